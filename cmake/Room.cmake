@@ -1,0 +1,27 @@
+# A room of the house: one folder, one static library (or header-only target), linked only to the rooms that it
+# may include. Its headers are reachable under their path from the top (host/tables.h) through a folder of links
+# of its own, so a target sees the headers of the rooms that it links and of no others.
+#
+#   add_room(<target> <folder> [LINKS <room or library>...])
+function(add_room target folder)
+    cmake_parse_arguments(ROOM "" "" "LINKS" ${ARGN})
+    set(source_folder "${PROJECT_SOURCE_DIR}/${folder}")
+    set(link_root "${PROJECT_BINARY_DIR}/rooms/${target}")
+    file(GLOB headers CONFIGURE_DEPENDS "${source_folder}/*.h")
+    file(GLOB sources CONFIGURE_DEPENDS "${source_folder}/*.cpp")
+    file(REMOVE_RECURSE "${link_root}")
+    file(MAKE_DIRECTORY "${link_root}/${folder}")
+    foreach(header IN LISTS headers)
+        get_filename_component(name "${header}" NAME)
+        file(CREATE_LINK "${header}" "${link_root}/${folder}/${name}" SYMBOLIC)
+    endforeach()
+    if(sources)
+        add_library(${target} STATIC ${sources} ${headers})
+        set(scope PUBLIC)
+    else()
+        add_library(${target} INTERFACE)
+        set(scope INTERFACE)
+    endif()
+    target_include_directories(${target} ${scope} "${link_root}")
+    target_link_libraries(${target} ${scope} ${ROOM_LINKS})
+endfunction()
