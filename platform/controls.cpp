@@ -29,7 +29,9 @@ Control::Control(Window& window, ControlKind kind, const ControlPlan& plan)
     window_.controls_.push_back(this);
 }
 
-Control::~Control() { std::erase(window_.controls_, this); }
+Control::~Control() {
+    std::erase(window_.controls_, this);
+}
 
 std::string Control::fullName() const {
     std::string name(plan_.name);
@@ -37,7 +39,9 @@ std::string Control::fullName() const {
     return name;
 }
 
-bool Control::writable() const { return !window_.unloaded(); }
+bool Control::writable() const {
+    return !window_.unloaded();
+}
 
 void Control::changed(ControlProperty property) {
     if (window_.observer()) window_.observer()->controlChanged(*this, property);
@@ -59,7 +63,9 @@ void Control::setTag(std::string_view tag) {
     if (writable()) tag_ = tag;
 }
 
-bool Control::takesFocus() const { return canHaveFocus(kind_) && visible_ && enabled_ && writable(); }
+bool Control::takesFocus() const {
+    return canHaveFocus(kind_) && visible_ && enabled_ && writable();
+}
 
 void Control::setFocus() {
     if (!takesFocus()) return;
@@ -110,7 +116,8 @@ void OptionButton::setValue(bool value) {
     if (value) {
         for (Control* other : window().controls()) {
             auto* option = dynamic_cast<OptionButton*>(other);
-            if (option && option != this && option->plan().container == plan().container) option->setValue(false);
+            if (option && option != this && option->plan().container == plan().container)
+                option->setValue(false);
         }
     }
     if (value == value_) return;

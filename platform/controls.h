@@ -46,18 +46,30 @@ inline constexpr int noTabStop = -1;
 
 /// What a window's class declares of a control, once, for every body of the desktop.
 struct ControlPlan {
-    std::string_view name;       ///< the control's name; elements of an array share it
-    int index = notIndexed;      ///< position in the control array
+    std::string_view name;   ///< the control's name; elements of an array share it
+    int index = notIndexed;  ///< position in the control array
     Rect rect;
-    int tabIndex = noTabStop;    ///< place in the tab order; option buttons of one container are one stop
-    std::string_view caption;    ///< "&" marks a mnemonic in push buttons, option buttons and check boxes
-    int maxLength = 0;           ///< text boxes: characters that the user can type, 0 for any number
+    int tabIndex = noTabStop;  ///< place in the tab order; option buttons of one container are one stop
+    std::string_view caption;  ///< "&" marks a mnemonic in push buttons, option buttons and check boxes
+    int maxLength = 0;         ///< text boxes: characters that the user can type, 0 for any number
     bool visible = true;
     bool enabled = true;
     std::string_view container;  ///< name of the frame that holds it, empty for the window itself
 };
 
-enum class ControlProperty { Text, Caption, Visible, Enabled, Colors, Selection, Value, Range, Items, Columns, Rows };
+enum class ControlProperty {
+    Text,
+    Caption,
+    Visible,
+    Enabled,
+    Colors,
+    Selection,
+    Value,
+    Range,
+    Items,
+    Columns,
+    Rows
+};
 
 /// A body's view of a window's controls.
 class ControlObserver {
@@ -168,10 +180,12 @@ class PushButton : public Control {
     std::function<void()> onClick;
 };
 
-/// One of the option buttons of a container: choosing it clears the others. Setting it in code raises no event.
+/// One of the option buttons of a container: choosing it clears the others. Setting it in code raises no
+/// event.
 class OptionButton : public Control {
   public:
-    OptionButton(Window& window, const ControlPlan& plan) : Control(window, ControlKind::OptionButton, plan) {}
+    OptionButton(Window& window, const ControlPlan& plan)
+        : Control(window, ControlKind::OptionButton, plan) {}
     bool value() const noexcept { return value_; }
     void setValue(bool value);
     std::function<void()> onClick;
@@ -249,8 +263,8 @@ struct GridColumn {
     std::string format;  ///< "" or "DD/MM/YYYY"
 };
 
-/// A grid that shows a recordset and shares its current row: it follows the code's moves without an event, and
-/// the user's choice of a row moves the recordset.
+/// A grid that shows a recordset and shares its current row: it follows the code's moves without an event,
+/// and the user's choice of a row moves the recordset.
 class DataGrid : public Control {
   public:
     DataGrid(Window& window, const ControlPlan& plan) : Control(window, ControlKind::DataGrid, plan) {}
@@ -271,7 +285,8 @@ template <class T>
 class ControlArray {
   public:
     ControlArray(Window& window, std::initializer_list<ControlPlan> plans) {
-        for (const ControlPlan& plan : plans) elements_.emplace(plan.index, std::make_unique<T>(window, plan));
+        for (const ControlPlan& plan : plans)
+            elements_.emplace(plan.index, std::make_unique<T>(window, plan));
     }
     /// 340 (ControlArrayElement) for an index that the array lacks.
     T& operator[](int index) const {

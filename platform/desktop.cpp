@@ -11,7 +11,8 @@ MessageAnswer Desktop::messageBox(const Message& message) {
 
 void Desktop::reportError(const RuntimeError& error) {
     Message report;
-    report.text = "Error '" + plainNumber(error.number()) + "' en tiempo de ejecución:\r\n\r\n" + error.description();
+    report.text =
+        "Error '" + plainNumber(error.number()) + "' en tiempo de ejecución:\r\n\r\n" + error.description();
     report.icon = MessageIcon::Critical;
     messageBox(report);
 }

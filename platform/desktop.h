@@ -31,10 +31,10 @@ struct Message {
 
 /// The open-file record of the common dialogs (OPENFILENAME); members that are not here are zero or null.
 struct OpenFileName {
-    std::string lpstrFilter;          ///< handed over unchanged; a buffer of zeros follows it
+    std::string lpstrFilter;  ///< handed over unchanged; a buffer of zeros follows it
     std::uint32_t nFilterIndex = 0;
-    std::string lpstrFile;            ///< in: the buffer's content; out: what the dialog left in it
-    std::uint32_t nMaxFile = 0;       ///< the buffer's size in bytes
+    std::string lpstrFile;       ///< in: the buffer's content; out: what the dialog left in it
+    std::uint32_t nMaxFile = 0;  ///< the buffer's size in bytes
     std::string lpstrFileTitle;
     std::uint32_t nMaxFileTitle = 0;
     std::string lpstrInitialDir;
@@ -64,7 +64,8 @@ class Desktop {
 
     /// Lets the message loop work off what is pending.
     virtual void doEvents() = 0;
-    /// Types `keys` ("\t" or "{TAB}") into the active window; with `wait` they are worked off before it returns.
+    /// Types `keys` ("\t" or "{TAB}") into the active window; with `wait` they are worked off before it
+    /// returns.
     virtual void sendKeys(std::string_view keys, bool wait) = 0;
 
     virtual void pointer(PointerShape shape) = 0;

@@ -28,7 +28,9 @@ void Window::setCaption(std::string_view caption) {
     if (observer_) observer_->windowChanged();
 }
 
-void Window::setTag(std::string_view tag) { tag_ = tag; }
+void Window::setTag(std::string_view tag) {
+    tag_ = tag;
+}
 
 void Window::setEnabled(bool enabled) {
     enabled_ = enabled;

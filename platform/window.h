@@ -1,7 +1,8 @@
 #pragma once
 
 // A window: controls, the handlers of its events and the rules by which they run, the same for every body of
-// the desktop. A handler without a trap of its own lets its error reach handle(), which reports it and goes on.
+// the desktop. A handler without a trap of its own lets its error reach handle(), which reports it and goes
+// on.
 
 #include <cstdint>
 #include <functional>
@@ -47,8 +48,8 @@ class Window {
     /// The control that has the focus, or nullptr.
     Control* activeControl() const noexcept { return active_; }
 
-    /// Closes the window; a second call does nothing. In the middle of a run the window disappears and the run
-    /// goes on to its end.
+    /// Closes the window; a second call does nothing. In the middle of a run the window disappears and the
+    /// run goes on to its end.
     void Unload();
     bool unloaded() const noexcept { return unloaded_; }
     /// Unloaded, with no handler running any more.
@@ -67,7 +68,8 @@ class Window {
     /// The focus is on `control` now. The handlers run at the next settleFocus().
     void focusOn(Control& control);
     /// Runs the lost- and got-focus handlers that the focus moves made due, lost before got. True when a
-    /// lost-focus handler showed a message or moved the focus: the click that caused it must not be delivered.
+    /// lost-focus handler showed a message or moved the focus: the click that caused it must not be
+    /// delivered.
     bool settleFocus();
 
   protected:

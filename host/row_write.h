@@ -1,0 +1,40 @@
+#pragma once
+
+// The steps of writing one row through the host's table writer.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "host/host_database.h"
+#include "host/tables.h"
+
+namespace pxtarvo {
+
+/// Which of the two opening members of a write is called first; the procedures differ.
+enum class AbrirCon { Tabla, Limpiar };
+
+/// One write: opened by the constructor, columns added in order, ended by one of the three last members.
+class EscrituraFila {
+  public:
+    EscrituraFila(const ObjectRef<HostDatabase>& bd, const Tabla& tabla, AbrirCon primero = AbrirCon::Tabla);
+
+    /// Adds a column with its own kind.
+    EscrituraFila& agregar(const Columna& columna, const Variant& vValor);
+    /// Adds a column that holds the server's current date and time.
+    EscrituraFila& agregarFechaServidor(const Columna& columna);
+
+    /// Updates the rows that `sCondicion` (see condicion()) names; a soft failure goes unnoticed.
+    void actualizar(std::string_view sCondicion);
+    /// False when the host refuses, with the reason in `sMensaje`.
+    bool insertar(std::string& sMensaje);
+    bool borrar(std::string_view sCondicion, std::string& sMensaje);
+
+  private:
+    const ObjectRef<HostDatabase>& bd_;
+};
+
+/// " WHERE " column " = " number, as the table writer wants it.
+std::string condicion(const Columna& clave, std::int32_t nValor);
+
+}  // namespace pxtarvo

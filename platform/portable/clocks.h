@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/clock.h"
+
+namespace pxtarvo::portable {
+
+/// The machine's local time.
+class SystemClock : public Clock {
+  public:
+    CalendarTime now() const override;
+};
+
+/// A clock that stands still, for runs that must give the same result every day.
+class FixedClock : public Clock {
+  public:
+    explicit FixedClock(const CalendarTime& time) : time_(time) {}
+    CalendarTime now() const override { return time_; }
+
+  private:
+    CalendarTime time_;
+};
+
+}  // namespace pxtarvo::portable

@@ -1,0 +1,29 @@
+#pragma once
+
+// Where the files named with a drive letter are: C: is a folder of this machine, looked up as Windows looks
+// names up, without regard to case.
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace pxtarvo::portable {
+
+class DrivePaths {
+  public:
+    /// `driveC` is the folder that stands for drive C:, UTF-8; none when nothing does.
+    explicit DrivePaths(std::optional<std::string> driveC = std::nullopt);
+
+    /// The system's own path of `path` (UTF-8). Behind a drive letter the components, separated by either slash,
+    /// are looked up one by one ignoring case, accented letters included; an exact name goes first, then the
+    /// first one in byte order; what does not exist is appended as it stands. ".." does not leave the drive.
+    /// A drive that nothing stands for gives a path that cannot exist. Any other path comes back unchanged.
+    /// Raises nothing.
+    std::string resolve(std::string_view path) const;
+
+  private:
+    std::optional<std::filesystem::path> driveC_;
+};
+
+}  // namespace pxtarvo::portable

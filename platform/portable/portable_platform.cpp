@@ -1,0 +1,30 @@
+#include "platform/portable/portable_platform.h"
+
+#include "platform/portable/freexl_spreadsheet.h"
+#include "platform/portable/jet_connection.h"
+#include "platform/portable/stream_recordset.h"
+
+namespace pxtarvo::portable {
+
+PortablePlatform::PortablePlatform(PortableOptions options, SimulatedUser& user)
+    : options_(std::move(options)), paths_(options_.driveC), files_(paths_), desktop_(user) {
+    if (!options_.makeConnection) {
+        options_.makeConnection = [](const DrivePaths& paths) -> ObjectRef<Connection> {
+            return makeObject<JetConnection>(paths);
+        };
+    }
+}
+
+ObjectRef<Connection> PortablePlatform::createConnection() {
+    return options_.makeConnection(paths_);
+}
+
+ObjectRef<Recordset> PortablePlatform::createRecordset() {
+    return makeObject<StreamRecordset>();
+}
+
+ObjectRef<SpreadsheetApplication> PortablePlatform::createSpreadsheet() {
+    return makeObject<FreexlApplication>(paths_);
+}
+
+}  // namespace pxtarvo::portable

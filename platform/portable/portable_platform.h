@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/platform.h"
+#include "platform/portable/drive_paths.h"
+#include "platform/portable/sequential_files.h"
+#include "platform/portable/simulated_desktop.h"
+
+namespace pxtarvo::portable {
+
+/// What a portable platform is made of.
+struct PortableOptions {
+    std::string driveC;  ///< folder that stands for drive C:, empty for none
+    std::shared_ptr<const Clock> clock;
+    std::string moduleFolder = "C:\\TARVO";
+    /// Makes the connections that the plug-in creates; by default readers of Access files.
+    std::function<ObjectRef<Connection>(const DrivePaths&)> makeConnection;
+};
+
+/// The platform without Windows.
+class PortablePlatform : public Platform {
+  public:
+    /// `user` must outlive the platform.
+    PortablePlatform(PortableOptions options, SimulatedUser& user);
+
+    ObjectRef<Connection> createConnection() override;
+    ObjectRef<Recordset> createRecordset() override;
+    ObjectRef<SpreadsheetApplication> createSpreadsheet() override;
+    SimulatedDesktop& desktop() override { return desktop_; }
+    TextFiles& textFiles() override { return files_; }
+    const Clock& clock() const override { return *options_.clock; }
+    const Locale& locale() const override { return spanishLocale(); }
+    std::string moduleFolder() const override { return options_.moduleFolder; }
+
+    const DrivePaths& paths() const noexcept { return paths_; }
+
+  private:
+    PortableOptions options_;
+    DrivePaths paths_;
+    SequentialFiles files_;
+    SimulatedDesktop desktop_;
+};
+
+}  // namespace pxtarvo::portable
