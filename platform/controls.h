@@ -49,12 +49,12 @@ struct ControlPlan {
     std::string_view name;   ///< the control's name; elements of an array share it
     int index = notIndexed;  ///< position in the control array
     Rect rect;
-    int tabIndex = noTabStop;  ///< place in the tab order; option buttons of one container are one stop
-    std::string_view caption;  ///< "&" marks a mnemonic in push buttons, option buttons and check boxes
-    int maxLength = 0;         ///< text boxes: characters that the user can type, 0 for any number
+    int tabIndex = noTabStop;    ///< place in the tab order; option buttons of one container are one stop
+    std::string_view caption{};  ///< "&" marks a mnemonic in push buttons, option buttons and check boxes
+    int maxLength = 0;           ///< text boxes: characters that the user can type, 0 for any number
     bool visible = true;
     bool enabled = true;
-    std::string_view container;  ///< name of the frame that holds it, empty for the window itself
+    std::string_view container{};  ///< name of the frame that holds it, empty for the window itself
 };
 
 enum class ControlProperty {

@@ -1,0 +1,221 @@
+#include "fields/code_fields.h"
+
+#include "platform/conversion.h"
+#include "platform/text.h"
+
+namespace pxtarvo {
+
+namespace {
+
+constexpr double nColorFondo = 16777215;  // white
+constexpr double nColorFoco = 65535;      // yellow
+constexpr std::size_t nSinEleccion = 2;   // an answer of the search list up to this length chose nothing
+constexpr std::int32_t nBusquedaInteractiva = -1;
+constexpr std::string_view sFormatoFecha = "dd/mm/yyyy";
+constexpr std::string_view sFormatoImporte = "#,###,##0.00";
+
+constexpr std::string_view sProveedores =
+    "Select Pro_ID,Pro_COD,(isnull((CASE WHEN Pro_TIPDOC =0 THEN Pro_NOM ELSE Pro_Nom + ' ' + Pro_APE1 + ' ' "
+    "+ "
+    "Pro_APE2 END),Pro_comer)) as Pro_Nom FROM Pro";
+constexpr std::string_view sProveedoresPorNombreComercial =
+    "Select Pro_ID,Pro_COD,Pro_COMER FROM Pro ORDER BY Pro_COMER";
+constexpr std::string_view sMarcas = "Select Marca_ID,Marca_Des,Marca_CodAbrev FROM Marcas";
+
+constexpr std::string_view sPreguntaNombreFiscal =
+    "Desea Buscar por el nombre Fiscal ?.\r\nSi contesta NO, la busqueda será por Nombre Comercial";
+
+bool vacio(std::string_view sTexto) {
+    return trimBlanks(sTexto).empty();
+}
+
+}  // namespace
+
+CamposCodigo::CamposCodigo(Window& ventana, const ControlArray<TextBox>& Text1, const ReglasVentana& reglas)
+    : ventana_(ventana), Text1_(Text1), reglas_(reglas) {}
+
+void CamposCodigo::crearAyuda() {
+    oAyuda = goInstancia().crearAyuda();
+    oAyuda->ColorFoco(nColorFoco);
+    oAyuda->ColorFondo(nColorFondo);
+    oAyuda->Conexion(MyBd()->Conexion());
+}
+
+void CamposCodigo::escribir(int Index, std::string_view sTexto) {
+    Text1_[Index].setText(sTexto);
+}
+
+void CamposCodigo::avisarEnCampo(std::string_view sTexto, int Index) {
+    ventana_.setTag(etiquetaAviso);
+    avisar(sTexto);
+    Text1_[Index].setFocus();
+}
+
+void CamposCodigo::buscarProveedorPorNombre() {
+    Message pregunta;
+    pregunta.text = sPreguntaNombreFiscal;
+    pregunta.buttons = MessageButtons::YesNo;
+    pregunta.icon = MessageIcon::Information;
+    const bool bFiscal = ventana_.platform().desktop().messageBox(pregunta) == MessageAnswer::Yes;
+
+    Busqueda busqueda;
+    busqueda.sSQL = bFiscal ? sProveedores : sProveedoresPorNombreComercial;
+    busqueda.sCampo = bFiscal ? "Pro_Nom" : "Pro_COMER";
+    busqueda.sTitulo1 = "Codigo";
+    busqueda.sTitulo2 = "Nombre";
+    busqueda.sTituloVentana =
+        bFiscal ? "Buscar Proveedores por nombre Fiscal" : "Buscar Proveedores por nombre Comercial";
+    busqueda.nAncho1 = 600;
+    busqueda.nAncho2 = 6000;
+    aceptarProveedor(oAyuda->Buscar(busqueda));
+}
+
+void CamposCodigo::aceptarProveedor(const std::string& sElegido) {
+    if (characterCount(sElegido) <= nSinEleccion) {
+        escribir(reglas_.nProveedor, "");
+        escribir(reglas_.nProveedor + 1, "");
+        return;
+    }
+    const std::vector<std::string> partes = split(sElegido, separadorBuscar);
+    if (partes.size() < 3) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+    IdProveedor = toLong(partes[0], ventana_.platform().locale());
+    escribir(reglas_.nProveedor, partes[1]);
+    escribir(reglas_.nProveedor + 1, partes[2]);
+}
+
+void CamposCodigo::msBuscarProveedor(std::int32_t nProveedor) {
+    if (nProveedor < 0) {
+        buscarProveedorPorNombre();
+        return;
+    }
+    const std::string sSQL = std::string(sProveedores) + " where Pro_COD=" + plainNumber(nProveedor);
+    const ObjectRef<Recordset> rs = MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified);
+    if (rs->RecordCount() < 1) {
+        escribir(reglas_.nProveedor, "");
+        escribir(reglas_.nProveedor + 1, "");
+        return;
+    }
+    const Locale& locale = ventana_.platform().locale();
+    IdProveedor = toLong(rs->Fields("Pro_Id"), locale);
+    escribir(reglas_.nProveedor + 1, joinedText(rs->Fields("Pro_nom"), locale));
+    rs->Close();
+}
+
+void CamposCodigo::msBuscarMarca(std::string& sMarca) {
+    IdMarca = 0;
+    if (vacio(sMarca)) {
+        Busqueda busqueda;
+        busqueda.sSQL = sMarcas;
+        busqueda.sCampo = "Marca_Des";
+        busqueda.sTitulo1 = "Nombre";
+        busqueda.sTitulo2 = "Codigo";
+        busqueda.sTituloVentana = "Buscar Marcas por nombre";
+        busqueda.nAncho1 = 6000;
+        busqueda.nAncho2 = 600;
+        const std::string sElegido = oAyuda->Buscar(busqueda);
+        if (characterCount(sElegido) > nSinEleccion) {
+            const std::vector<std::string> partes = split(sElegido, separadorBuscar);
+            if (partes.size() < 3) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+            sMarca = partes[2];
+        }
+    }
+    if (vacio(sMarca)) return;
+
+    const std::string sSQL = std::string(sMarcas) + " where Marca_CodAbrev = '" + sMarca + "'";
+    const ObjectRef<Recordset> rs = MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified);
+    if (rs->RecordCount() < 1) {
+        escribir(reglas_.nMarca, "");
+        escribir(reglas_.nMarca + 1, "");
+        return;
+    }
+    const Locale& locale = ventana_.platform().locale();
+    IdMarca = toLong(rs->Fields("Marca_Id"), locale);
+    escribir(reglas_.nMarca, joinedText(rs->Fields("Marca_CodAbrev"), locale));
+    escribir(reglas_.nMarca + 1, joinedText(rs->Fields("Marca_Des"), locale));
+    rs->Close();
+}
+
+void CamposCodigo::Text1_GotFocus(int Index) {
+    TextBox& campo = Text1_[Index];
+    switch (reglas_.campo(Index).alEntrar) {
+        case AlEntrar::Nada:
+            break;
+        case AlEntrar::SoltarProveedor:
+            IdProveedor = 0;
+            break;
+        case AlEntrar::QuitarBarras:
+            campo.setText(replaced(campo.text(), "/", ""));
+            break;
+    }
+    oAyuda->EntrarCampo(campo, "");
+}
+
+void CamposCodigo::Text1_LostFocus(int Index) {
+    TextBox& campo = Text1_[Index];
+    const AlSalir alSalir = reglas_.campo(Index).alSalir;
+    oAyuda->SalirCampo(campo, "");
+    if (campo.text().empty()) {
+        if (alSalir == AlSalir::BuscarProveedor) IdProveedor = 0;
+        if (alSalir == AlSalir::BuscarMarca) IdMarca = 0;
+        return;
+    }
+    switch (alSalir) {
+        case AlSalir::Nada:
+            break;
+        case AlSalir::BuscarProveedor:
+            msBuscarProveedor(toLong(campo.text(), ventana_.platform().locale()));
+            if (IdProveedor == 0) avisarEnCampo("Codigo Proveedor no existe", Index);
+            break;
+        case AlSalir::BuscarMarca: {
+            std::string sMarca = campo.text();
+            msBuscarMarca(sMarca);
+            if (IdMarca == 0) avisarEnCampo("Codigo Marca no existe", Index);
+            break;
+        }
+        case AlSalir::Fecha:
+            oAyuda->SalirCampo(campo, sFormatoFecha);
+            break;
+        case AlSalir::Importe:
+            oAyuda->SalirCampo(campo, sFormatoImporte);
+            break;
+    }
+}
+
+void CamposCodigo::Text1_KeyPress(int Index, std::int16_t& KeyAscii) {
+    const Filtro filtro = reglas_.campo(Index).filtro;
+    if (filtro != Filtro::Ninguno) oAyuda->FiltrarTecla(Text1_[Index], KeyAscii, filtro == Filtro::Fecha);
+}
+
+void CamposCodigo::Form_KeyUp(std::int16_t KeyCode, std::int16_t) {
+    Desktop& desktop = ventana_.platform().desktop();
+    switch (KeyCode) {
+        case vkReturn: {
+            const bool bCierraAviso = !ventana_.tag().empty();
+            ventana_.setTag("");
+            if (!bCierraAviso) desktop.sendKeys(reglas_.sTeclaTab, reglas_.bEsperarTab);
+            break;
+        }
+        case vkEscape:
+            ventana_.Unload();
+            break;
+        case vkPageUp:
+        case vkPageDown:
+            break;
+        case vkF1: {
+            const Control* activo = ventana_.activeControl();
+            if (!activo) break;
+            if (activo->tag() == etiquetaProveedor) {
+                msBuscarProveedor(nBusquedaInteractiva);
+            } else if (activo->tag() == etiquetaMarca) {
+                std::string sMarca;
+                msBuscarMarca(sMarca);
+            }
+            break;
+        }
+        default:
+            ventana_.setTag("");
+            desktop.doEvents();
+    }
+}
+
+}  // namespace pxtarvo

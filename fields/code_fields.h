@@ -1,0 +1,60 @@
+#pragma once
+
+// The supplier and brand code fields of a window: their check against the host's tables, their F1 searches
+// and the focus and key handling that goes with them.
+
+#include <cstdint>
+#include <string>
+
+#include "fields/window_rules.h"
+#include "host/host_field_helper.h"
+#include "platform/window.h"
+#include "plugin/module/mdo_pxtarvo.h"
+
+namespace pxtarvo {
+
+inline constexpr std::string_view etiquetaProveedor = "Proveedor";
+inline constexpr std::string_view etiquetaMarca = "Marca";
+/// The window's tag after a message: the next Enter only closed that message.
+inline constexpr std::string_view etiquetaAviso = "e";
+
+/// None of the members traps an error: a code that is no number is 13, a failing query its provider's error.
+class CamposCodigo {
+  public:
+    CamposCodigo(Window& ventana, const ControlArray<TextBox>& Text1, const ReglasVentana& reglas);
+
+    /// Pro_ID of the chosen supplier, 0 when none.
+    std::int32_t IdProveedor = 0;
+    /// Marca_ID of the chosen brand, 0 when none.
+    std::int32_t IdMarca = 0;
+    ObjectRef<HostFieldHelper> oAyuda;
+
+    /// Creates the helper and gives it the colours and the host's connection.
+    void crearAyuda();
+
+    /// Looks up the supplier code `nProveedor`; a negative one asks the user to search.
+    void msBuscarProveedor(std::int32_t nProveedor);
+    /// Looks up the brand code `sMarca`; an empty or blank one asks the user to search, and takes the code
+    /// chosen.
+    void msBuscarMarca(std::string& sMarca);
+
+    void Text1_GotFocus(int Index);
+    void Text1_LostFocus(int Index);
+    void Text1_KeyPress(int Index, std::int16_t& KeyAscii);
+    void Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift);
+
+    /// Shows `sTexto` so that the Enter which closes it does not move the focus, then puts the focus on
+    /// `Text1(Index)`.
+    void avisarEnCampo(std::string_view sTexto, int Index);
+
+  private:
+    void buscarProveedorPorNombre();
+    void aceptarProveedor(const std::string& sElegido);
+    void escribir(int Index, std::string_view sTexto);
+
+    Window& ventana_;
+    const ControlArray<TextBox>& Text1_;
+    const ReglasVentana& reglas_;
+};
+
+}  // namespace pxtarvo

@@ -1,0 +1,139 @@
+#include "import/frm_imp_tarifas.h"
+
+#include "platform/conversion.h"
+#include "platform/text.h"
+
+namespace pxtarvo {
+
+namespace {
+
+constexpr WindowPlan planVentana{
+    .name = "frmImpTarifas", .caption = " Importación de Tarifa de recambios ", .width = 676, .height = 268};
+
+constexpr std::string_view aniosTarifa[] = {"2006", "2007", "2008", "2009", "2010", "2011", "2012"};
+constexpr int posicionAnioInicial = 6;
+constexpr int nProveedorInicial = 24;
+constexpr std::string_view sMarcaInicial = "SAME";
+
+constexpr std::string_view sRutaTarifa = "C:\\TARVO\\TARIFA";
+constexpr std::string_view sExtensionTarifa = ".MDB";
+constexpr std::string_view sRutaCodigosBarras = "C:\\TARVO\\CÓDIGO DE BARRAS";
+constexpr std::string_view sExtensionCodigosBarras = ".xls";
+
+constexpr std::string_view sFiltroFichero = "*.xls";
+constexpr std::string_view sTituloFichero = "Selección del fichero de tarifas para importar";
+
+enum Opcion { opcionTarifa = 0, opcionCodigosBarras = 1 };
+enum Campo { campoFichero = 0, campoProveedor = 1, campoMarca = 3 };
+
+}  // namespace
+
+frmImpTarifas::frmImpTarifas(Platform& platform)
+    : Window(platform, planVentana),
+      Shape1(*this, {.name = "Shape1", .rect = {8, 8, 660, 146}}),
+      Option1(*this, {{.name = "Option1",
+                       .index = opcionTarifa,
+                       .rect = {20, 18, 250, 20},
+                       .tabIndex = 0,
+                       .caption = "Proveedor Same Deutz - Fahr Iberica"},
+                      {.name = "Option1",
+                       .index = opcionCodigosBarras,
+                       .rect = {284, 18, 90, 20},
+                       .tabIndex = 1,
+                       .caption = "AMA"}}),
+      Label1(*this,
+             {{.name = "Label1", .index = 0, .rect = {20, 54, 146, 16}, .caption = "Fichero origen de datos"},
+              {.name = "Label1", .index = 1, .rect = {20, 88, 146, 16}, .caption = "Proveedor (F1 Busqueda)"},
+              {.name = "Label1", .index = 2, .rect = {20, 122, 146, 16}, .caption = "Marca (F1 Busqueda)"},
+              {.name = "Label1", .index = 3, .rect = {486, 20, 64, 16}, .caption = "Ejercicio"}}),
+      Combo1(*this, {.name = "Combo1", .rect = {556, 16, 100, 160}, .tabIndex = 2}),
+      Text1(*this, {{.name = "Text1", .index = campoFichero, .rect = {172, 50, 344, 22}, .tabIndex = 3},
+                    {.name = "Text1", .index = campoProveedor, .rect = {172, 84, 80, 22}, .tabIndex = 6},
+                    {.name = "Text1", .index = campoProveedor + 1, .rect = {258, 84, 398, 22}, .tabIndex = 7},
+                    {.name = "Text1", .index = campoMarca, .rect = {172, 118, 80, 22}, .tabIndex = 8},
+                    {.name = "Text1", .index = campoMarca + 1, .rect = {258, 118, 398, 22}, .tabIndex = 9}}),
+      cmdFichero(*this, {.name = "cmdFichero", .rect = {520, 49, 28, 24}, .tabIndex = 4, .caption = "..."}),
+      XPButton2(
+          *this,
+          {.name = "XPButton2", .rect = {554, 49, 102, 24}, .tabIndex = 5, .caption = "Buscar Fichero"}),
+      XPButton1(
+          *this,
+          {.name = "XPButton1", .rect = {172, 166, 140, 30}, .tabIndex = 10, .caption = "Iniciar proceso"}),
+      ProgressBar1(*this, {.name = "ProgressBar1", .rect = {8, 208, 660, 18}, .visible = false}),
+      Label2(*this, {.name = "Label2", .rect = {8, 236, 660, 16}, .caption = "Label2"}),
+      campos_(*this, Text1, reglasImportacion) {
+    for (const auto& [indice, opcion] : Option1)
+        opcion->onClick = [this, Index = indice] { Option1_Click(Index); };
+    for (const auto& [indice, campo] : Text1) {
+        campo->onGotFocus = [this, Index = indice] { campos_.Text1_GotFocus(Index); };
+        campo->onLostFocus = [this, Index = indice] { campos_.Text1_LostFocus(Index); };
+        campo->onKeyPress = [this, Index = indice](std::int16_t& KeyAscii) {
+            campos_.Text1_KeyPress(Index, KeyAscii);
+        };
+    }
+    cmdFichero.onClick = [this] { cmdFichero_Click(); };
+    XPButton1.onClick = [this] { XPButton1_Click(); };
+}
+
+void frmImpTarifas::Form_Load() {
+    campos_.crearAyuda();
+    for (const std::string_view anio : aniosTarifa) Combo1.addItem(anio);
+    Combo1.setListIndex(posicionAnioInicial);
+    Option1[opcionTarifa].setValue(true);
+    Option1_Click(opcionTarifa);
+    Text1[campoProveedor].setText(plainNumber(nProveedorInicial));
+    Text1[campoMarca].setText(sMarcaInicial);
+    Label2.setCaption("");
+    Text1[campoProveedor].setTag(etiquetaProveedor);
+    Text1[campoMarca].setTag(etiquetaMarca);
+    campos_.msBuscarProveedor(toLong(Text1[campoProveedor].text(), platform().locale()));
+    std::string sMarca = Text1[campoMarca].text();
+    campos_.msBuscarMarca(sMarca);
+}
+
+void frmImpTarifas::Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift) {
+    campos_.Form_KeyUp(KeyCode, Shift);
+}
+
+void frmImpTarifas::Option1_Click(int Index) {
+    const bool bTarifa = Index == opcionTarifa;
+    std::string sRuta(bTarifa ? sRutaTarifa : sRutaCodigosBarras);
+    sRuta.append(Combo1.text()).append(bTarifa ? sExtensionTarifa : sExtensionCodigosBarras);
+    Text1[campoFichero].setText(sRuta);
+}
+
+void frmImpTarifas::cmdFichero_Click() {
+    // Cancelling answers with an empty text, which empties the field.
+    const std::string sRuta = SeleccionarFichero(platform().moduleFolder(), sFiltroFichero, sTituloFichero);
+    Text1[campoFichero].setText(trimBlanks(sRuta));
+}
+
+void frmImpTarifas::XPButton1_Click() {
+    // Both checks only warn: the import runs all the same.
+    if (campos_.IdProveedor == 0)
+        campos_.avisarEnCampo("Debe indicar el codigo de proveedor", campoProveedor);
+    if (campos_.IdMarca == 0) campos_.avisarEnCampo("Debe indicar el codigo de la marca", campoMarca);
+
+    if (!Option1[opcionTarifa].value()) return;
+    const std::string sAnio = Combo1.text();
+    if (sAnio == "2007") {
+        msImportarTarifa2007();
+    } else if (sAnio == "2008") {
+        msImportarTarifa2008();
+    } else if (sAnio == "2009") {
+        msImportarTarifa2009();
+    } else if (sAnio != "2006") {
+        std::string sTabla(sTablaTarifa);
+        msImportarTarifa2010(sTabla);
+    }
+}
+
+ObjectRef<Recordset> frmImpTarifas::consultar(std::string_view sSQL) {
+    return MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified);
+}
+
+std::string frmImpTarifas::texto(const Variant& valor) const {
+    return joinedText(valor, platform().locale());
+}
+
+}  // namespace pxtarvo
