@@ -15,7 +15,7 @@ struct CalendarTime {
     friend bool operator==(const CalendarTime&, const CalendarTime&) = default;
 };
 
-/// Rounded to the nearest second.
+/// Rounded to the nearest second, which may carry over midnight. 6 (Overflow) outside the years 100 to 9999.
 CalendarTime toCalendar(Date date);
 /// The members must be in their ranges.
 Date toDate(const CalendarTime& time);
