@@ -1,0 +1,182 @@
+// A host that refuses, fails, changes its context or has a transaction of its own, and users who do not wait.
+
+#include <gmock/gmock.h>
+
+#include "scenario/scene.h"
+
+namespace pxtarvo::test {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+class HostBehaviour : public Scene {
+  protected:
+    void SetUp() override {
+        options.makeSource =
+            memorySource({listRow("A", 1.0, "C"), listRow("B", 2.0, "M"), listRow("C", 3.0, "C")});
+        createEmptyDealer();
+        sql("INSERT INTO Art (ART_Cod,ART_PVE,Art_Marca,Art_Estado) VALUES ('VIEJO',5,1,0)");
+    }
+
+    void refuse(devhost::WriteKind kind, std::string_view table, std::string_view message) {
+        host().state().beforeWrite = [=](const devhost::HostWrite& write) -> std::optional<std::string> {
+            if (write.kind == kind && write.table == table) return std::string(message);
+            return std::nullopt;
+        };
+    }
+};
+
+TEST_F(HostBehaviour, RefusedArticleInsertStopsTheRunWithTheHostsText) {
+    refuse(devhost::WriteKind::Insert, "Art", "Tabla bloqueada por otro usuario");
+    const std::string before = databaseBytes();
+    import({});
+    EXPECT_EQ(messageTexts().back(), "Registro 1. Tabla bloqueada por otro usuario");
+    EXPECT_TRUE(before == databaseBytes());
+    EXPECT_THAT(recordOf("insert"), ElementsAre(HasSubstr("\"ok\":false")));
+}
+
+TEST_F(HostBehaviour, OtherRefusalsGoUnnoticed) {
+    struct Case {
+        devhost::WriteKind kind;
+        const char* table;
+        const char* query;
+        const char* left;
+    };
+    const Case cases[] = {
+        {devhost::WriteKind::Insert, "Aat", "SELECT count(*) FROM Aat", "0"},
+        {devhost::WriteKind::Insert, "ArtPro", "SELECT count(*) FROM ArtPro", "0"},
+        {devhost::WriteKind::Update, "Art", "SELECT ART_PVE FROM Art WHERE Art_Cod = 'A'", "0,5"},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.table);
+        SetUp();
+        sql("INSERT INTO Art (ART_Cod,ART_PVE) VALUES ('A',0.5)");
+        refuse(one.kind, one.table, "no");
+        import({});
+        EXPECT_EQ(messageTexts().back(), "Proceso finalizado con exito");
+        EXPECT_EQ(value(one.query), one.left);
+        EXPECT_EQ(value("SELECT count(*) FROM Art"), "4");
+    }
+}
+
+TEST_F(HostBehaviour, FailingCallRollsBack) {
+    host().state().beforeWrite = [](const devhost::HostWrite& write) -> std::optional<std::string> {
+        if (write.table == "ArtPro") throw RuntimeError(-2147467259, "Se ha perdido la conexión");
+        return std::nullopt;
+    };
+    const std::string before = databaseBytes();
+    import({});
+    EXPECT_EQ(messageTexts().back(), "Registro 1. Se ha perdido la conexión");
+    EXPECT_TRUE(before == databaseBytes());
+}
+
+/// From the second row on the plug-in works through the context that the host handed over during the first
+/// one.
+TEST_F(HostBehaviour, NewContextIsUsedFromTheNextRowOn) {
+    violationsExpected = true;  // the rows change contexts without the host's own rotation
+    std::vector<std::string> tables;
+    const auto other = std::make_shared<devhost::HostState>(host().state());
+    other->rotate = nullptr;
+    other->checks = nullptr;
+    other->beforeWrite = [&](const devhost::HostWrite& write) -> std::optional<std::string> {
+        tables.emplace_back(write.table);
+        return std::nullopt;
+    };
+    host().state().rotate = nullptr;
+    int yields = 0;
+    inWindow([&](frmImpTarifas& window) {
+        user().onYielded = [&] {
+            if (++yields == 2) host().handOver(makeObject<devhost::DevHostDatabase>(other));
+        };
+        press(window);
+    });
+    EXPECT_EQ(messageTexts().back(), "Proceso finalizado con exito");
+    EXPECT_THAT(tables, ElementsAre("Art", "Aat", "ArtPro", "Art", "Aat", "ArtPro"));
+}
+
+TEST_F(HostBehaviour, ContextNeverSetFailsAtTheFirstUse) {
+    host().handOver(nullptr);
+    EXPECT_FALSE(host().instance().MyBd());
+    try {
+        host().run();
+        FAIL() << "no error";
+    } catch (const RuntimeError& error) {
+        EXPECT_TRUE(error.is(ErrorNumber::ObjectNotSet));
+        EXPECT_EQ(error.description(), "Variable de objeto o bloque With no establecido");
+    }
+}
+
+/// A transaction of the host's own is rolled back by the run that finds it.
+TEST_F(HostBehaviour, TransactionAlreadyOpen) {
+    sql("UPDATE Art SET ART_PVE = 6");
+    host().connection()->BeginTrans();
+    sql("UPDATE Art SET ART_PVE = 7");
+    import({});
+    EXPECT_THAT(messageTexts().back(), testing::StartsWith("Registro 0. "));
+    EXPECT_EQ(value("SELECT ART_PVE FROM Art"), "6");
+    EXPECT_THROW(host().connection()->RollbackTrans(), RuntimeError);
+}
+
+/// The second run cannot begin its transaction, rolls back the first one's and closes the window. What the
+/// first one writes afterwards stays; its commit and its roll back are both refused.
+TEST_F(HostBehaviour, SecondRunDuringTheFirst) {
+    int yields = 0;
+    inWindow([&](frmImpTarifas& window) {
+        user().onYielded = [&] {
+            if (++yields == 2) press(window);
+        };
+        press(window);
+    });
+    EXPECT_THAT(messageTexts(),
+                ElementsAre("stabla List", "stabla List", "stabla List", "stabla List",
+                            testing::StartsWith("Registro 0. "),
+                            testing::StartsWith("Error '-2147168242' en tiempo de ejecución:")));
+    EXPECT_THAT(recordOf("unload"), ElementsAre("{\"call\":\"unload\",\"window\":\"frmImpTarifas\"}"));
+    EXPECT_THAT(column("SELECT Art_Cod FROM Art ORDER BY Art_Id"), ElementsAre("VIEJO", "B", "C"));
+    EXPECT_EQ(value("SELECT Art_Estado FROM Art WHERE Art_Cod = 'VIEJO'"), "0");
+}
+
+/// The run goes on to its end without the window; the identifiers keep their values.
+TEST_F(HostBehaviour, WindowClosedInTheMiddleOfARun) {
+    int yields = 0;
+    std::string label;
+    inWindow([&](frmImpTarifas& window) {
+        user().onYielded = [&] {
+            if (++yields == 2) host().desktop().press(vkEscape);
+        };
+        press(window);
+        label = window.Label2.caption();
+    });
+    EXPECT_EQ(label, "Procesado registro 1 A");
+    EXPECT_EQ(messageTexts().back(), "Proceso finalizado con exito");
+    EXPECT_EQ(value("SELECT count(*) FROM ArtPro WHERE ARP_Idp = 4"), "3");
+    EXPECT_EQ(value("SELECT count(*) FROM Art WHERE Art_Marca = 1 AND Art_Estado = 0"), "3");
+    EXPECT_EQ(recordOf("unload").size(), 1u);
+}
+
+TEST_F(HostBehaviour, EscOnTheFirstNoticeClosesTheWindowAndTheRunGoesOn) {
+    user().replies.push_back({MessageAnswer::Ok, vkEscape});
+    import({});
+    EXPECT_EQ(messageTexts().back(), "Proceso finalizado con exito");
+    EXPECT_EQ(value("SELECT count(*) FROM ArtPro"), "3");
+    EXPECT_EQ(recordOf("unload").size(), 1u);
+}
+
+TEST_F(HostBehaviour, NewestInstanceAnswers) {
+    std::weak_ptr<PXTarvor> second;
+    {
+        const auto instance = PXTarvor::crear({});
+        second = instance;
+        EXPECT_EQ(&goInstancia(), instance.get());
+    }
+    EXPECT_FALSE(second.expired()) << "the module keeps the newest instance";
+    dropHost();
+    host();
+    EXPECT_TRUE(second.expired()) << "a newer instance replaces it";
+}
+
+}  // namespace
+
+}  // namespace pxtarvo::test

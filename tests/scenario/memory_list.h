@@ -1,0 +1,28 @@
+#pragma once
+
+// A source list that no sample file holds: rows given by the test, read through the same recordset as a
+// file's.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/database.h"
+#include "platform/portable/drive_paths.h"
+#include "platform/portable/row_source.h"
+
+namespace pxtarvo::test {
+
+/// One row by position, as long as the list's columns.
+using ListRow = std::vector<Variant>;
+
+/// A row as the yearly lists have it: code, price, date, group, description at their positions.
+ListRow listRow(Variant code, Variant price, Variant group, Variant description = "DESCRIPCION",
+                Variant date = Variant(Date{39630.0}) /* 1 July 2008 */);
+
+/// What makes the connections to such a list, for DevHostOptions::makeSource. `beforeRow` runs before each
+/// row is delivered (1-based number), and may raise.
+std::function<ObjectRef<Connection>(const portable::DrivePaths&)> memorySource(
+    std::vector<ListRow> rows, std::function<void(std::size_t)> beforeRow = {});
+
+}  // namespace pxtarvo::test

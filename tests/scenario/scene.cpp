@@ -1,0 +1,136 @@
+#include "scenario/scene.h"
+
+#include <stdlib.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "devhost/sample_dealer.h"
+#include "devhost/schema.h"
+#include "platform/conversion.h"
+#include "platform/portable/clocks.h"
+#include "platform/portable/sqlite_connection.h"
+
+namespace pxtarvo::test {
+
+namespace {
+
+std::filesystem::path temporaryFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "pxtarvo-XXXXXX").string();
+    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+    return name;
+}
+
+}  // namespace
+
+Scene::Scene() : folder(temporaryFolder()) {
+    options.database = (folder / "dealer.db").string();
+    options.driveC = (folder / "c").string();
+    options.clock = std::make_shared<portable::FixedClock>(sceneTime);
+    options.recorder =
+        std::make_shared<devhost::Recorder>([this](std::string_view line) { record.emplace_back(line); });
+    options.rotateContexts = true;
+    std::filesystem::create_directory(options.driveC);
+}
+
+Scene::~Scene() {
+    dropHost();
+    std::filesystem::remove_all(folder);
+}
+
+void Scene::dropHost() {
+    if (host_ && !violationsExpected) {
+        EXPECT_EQ(host_->violations(), std::vector<std::string>());
+    }
+    host_.reset();
+}
+
+std::string Scene::sample(std::string_view name) {
+    return std::string(PXTARVO_SAMPLES_DIR) + "/" + std::string(name);
+}
+
+void Scene::createEmptyDealer() {
+    dropHost();
+    std::filesystem::remove(options.database);
+    const auto connection = portable::SqliteConnection::create(options.database, *options.clock);
+    devhost::createSchema(*connection);
+    connection->Execute("INSERT INTO Pro (Pro_ID,Pro_COD,Pro_NOM,Pro_TIPDOC) VALUES (4,24,'RECAMBIOS',0)",
+                        -1);
+    connection->Execute("INSERT INTO Marcas (Marca_ID,Marca_Des,Marca_CodAbrev) VALUES (1,'Same','SAME')",
+                        -1);
+}
+
+void Scene::createSampleDealer() {
+    dropHost();
+    std::filesystem::remove(options.database);
+    const auto connection = portable::SqliteConnection::create(options.database, *options.clock);
+    devhost::createSchema(*connection);
+    devhost::fillSampleDealer(*connection);
+}
+
+void Scene::sql(std::string_view statement) {
+    host().connection()->Execute(statement, adOptionUnspecified);
+}
+
+std::vector<std::string> Scene::column(std::string_view query) {
+    std::vector<std::string> values;
+    const ObjectRef<Recordset> rows = host().connection()->Execute(query, adOptionUnspecified);
+    for (; !rows->Eof(); rows->MoveNext()) {
+        const Variant cell = rows->Fields(0);
+        values.push_back(cell.isNull() ? "NULL" : joinedText(cell, spanishLocale()));
+    }
+    return values;
+}
+
+std::string Scene::value(std::string_view query) {
+    return column(query).at(0);
+}
+
+devhost::DevHost& Scene::host() {
+    if (!host_) host_ = std::make_unique<devhost::DevHost>(options);
+    return *host_;
+}
+
+void Scene::inWindow(std::function<void(frmImpTarifas&)> actions) {
+    user().onWindowShown = [&](Window& window) { actions(dynamic_cast<frmImpTarifas&>(window)); };
+    host().run();
+}
+
+void Scene::fillIn(frmImpTarifas& window, const ImportSteps& steps) {
+    portable::SimulatedDesktop& desktop = host().desktop();
+    if (!steps.year.empty()) desktop.choose(window.Combo1, steps.year);
+    if (!steps.file.empty()) desktop.type(window.Text1[0], steps.file);
+    if (steps.supplier) desktop.type(window.Text1[1], *steps.supplier);
+    if (steps.brand) desktop.type(window.Text1[3], *steps.brand);
+}
+
+void Scene::import(const ImportSteps& steps) {
+    inWindow([&](frmImpTarifas& window) {
+        fillIn(window, steps);
+        press(window);
+    });
+}
+
+std::vector<std::string> Scene::messageTexts() {
+    std::vector<std::string> texts;
+    for (const devhost::ShownMessage& shown : user().messages()) texts.push_back(shown.message.text);
+    return texts;
+}
+
+std::vector<std::string> Scene::recordOf(std::string_view call) const {
+    std::vector<std::string> lines;
+    const std::string start = "{\"call\":\"" + std::string(call) + "\"";
+    for (const std::string& line : record) {
+        if (line.starts_with(start)) lines.push_back(line);
+    }
+    return lines;
+}
+
+std::string Scene::databaseBytes() {
+    std::ifstream file(options.database, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
+
+}  // namespace pxtarvo::test

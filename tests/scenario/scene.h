@@ -1,0 +1,76 @@
+#pragma once
+
+// A dealer's database in a folder of its own, the development host over it, and a user who works in the
+// import window. The host hands over a new context after every use and notes what breaks its rules; a scene
+// ends with the check that nothing did.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "devhost/dev_host.h"
+#include "import/frm_imp_tarifas.h"
+#include "scenario/memory_list.h"
+
+namespace pxtarvo::test {
+
+inline constexpr CalendarTime sceneTime{2012, 7, 25, 10, 30, 0};
+
+/// What the user changes in the import window before pressing "Iniciar proceso"; empty leaves a field alone.
+struct ImportSteps {
+    std::string year;
+    std::string file;
+    std::optional<std::string> supplier{};
+    std::optional<std::string> brand{};
+};
+
+class Scene : public ::testing::Test {
+  protected:
+    Scene();
+    ~Scene() override;
+
+    /// The host's tables without rows, but for supplier 24 (Pro_ID 4) and brand SAME (Marca_ID 1).
+    void createEmptyDealer();
+    /// The sample dealer.
+    void createSampleDealer();
+    /// Runs a statement in the host's dialect on the database, before or after a run.
+    void sql(std::string_view statement);
+    /// The values of the first column of a query's rows, as texts; Null as "NULL".
+    std::vector<std::string> column(std::string_view query);
+    std::string value(std::string_view query);
+
+    /// The host, made at the first call with `options`.
+    devhost::DevHost& host();
+    devhost::DevUser& user() { return host().user(); }
+    /// Drops the host; the next use makes a new one with the options as they are then.
+    void dropHost();
+    /// Opens the import window and lets `actions` work in it.
+    void inWindow(std::function<void(frmImpTarifas&)> actions);
+    /// The usual way through the window.
+    void import(const ImportSteps& steps);
+    void fillIn(frmImpTarifas& window, const ImportSteps& steps);
+    void press(frmImpTarifas& window) { host().desktop().click(window.XPButton1); }
+
+    std::vector<std::string> messageTexts();
+    /// The record's lines of this call.
+    std::vector<std::string> recordOf(std::string_view call) const;
+    /// Every byte of the database file.
+    std::string databaseBytes();
+
+    static std::string sample(std::string_view name);
+
+    std::filesystem::path folder;
+    devhost::DevHostOptions options;
+    std::vector<std::string> record;
+    /// For the tests of a host that itself breaks a rule.
+    bool violationsExpected = false;
+
+  private:
+    std::unique_ptr<devhost::DevHost> host_;
+};
+
+}  // namespace pxtarvo::test
