@@ -3,6 +3,7 @@
 #include <glib.h>
 
 #include <memory>
+#include <optional>
 #include <system_error>
 #include <vector>
 
@@ -61,15 +62,11 @@ std::optional<fs::path> entryIgnoringCase(const fs::path& folder, std::string_vi
 
 }  // namespace
 
-DrivePaths::DrivePaths(std::optional<std::string> driveC) {
-    if (driveC) driveC_ = fs::path(*driveC);
-}
-
 std::string DrivePaths::resolve(std::string_view path) const {
     if (!hasDriveLetter(path)) return std::string(path);
-    if (!driveC_ || g_ascii_toupper(path[0]) != 'C') return std::string(impossibleFolder).append(path);
+    if (driveC_.empty() || g_ascii_toupper(path[0]) != 'C') return std::string(impossibleFolder).append(path);
 
-    fs::path resolved = *driveC_;
+    fs::path resolved = driveC_;
     bool exists = true;
     for (const std::string_view component : components(path.substr(2))) {
         std::optional<fs::path> entry;

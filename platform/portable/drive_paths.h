@@ -4,7 +4,6 @@
 // names up, without regard to case.
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,18 +11,18 @@ namespace pxtarvo::portable {
 
 class DrivePaths {
   public:
-    /// `driveC` is the folder that stands for drive C:, UTF-8; none when nothing does.
-    explicit DrivePaths(std::optional<std::string> driveC = std::nullopt);
+    /// `driveC` is the folder that stands for drive C:, UTF-8; empty when nothing does.
+    explicit DrivePaths(std::string_view driveC = {}) : driveC_(driveC) {}
 
-    /// The system's own path of `path` (UTF-8). Behind a drive letter the components, separated by either slash,
-    /// are looked up one by one ignoring case, accented letters included; an exact name goes first, then the
-    /// first one in byte order; what does not exist is appended as it stands. ".." does not leave the drive.
-    /// A drive that nothing stands for gives a path that cannot exist. Any other path comes back unchanged.
-    /// Raises nothing.
+    /// The system's own path of `path` (UTF-8). Behind a drive letter the components, separated by either
+    /// slash, are looked up one by one ignoring case, accented letters included; an exact name goes first,
+    /// then the first one in byte order; what does not exist is appended as it stands. ".." does not leave
+    /// the drive. A drive that nothing stands for gives a path that cannot exist. Any other path comes back
+    /// unchanged. Raises nothing.
     std::string resolve(std::string_view path) const;
 
   private:
-    std::optional<std::filesystem::path> driveC_;
+    std::filesystem::path driveC_;
 };
 
 }  // namespace pxtarvo::portable
