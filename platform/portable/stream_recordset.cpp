@@ -31,9 +31,10 @@ void StreamRecordset::Open(std::string_view source, const ObjectRef<Connection>&
     if (rows_) throw RuntimeError(ErrorNumber::ObjectOpen);
     auto* rowSource = dynamic_cast<RowSource*>(connection.shared().get());
     if (rowSource == nullptr || connection->State() == adStateClosed) {
-        throw RuntimeError(adErrInvalidConnection,
-                           "La conexión no puede usarse para realizar esta operación. Está cerrada o no es válida "
-                           "en este contexto.");
+        throw RuntimeError(
+            adErrInvalidConnection,
+            "La conexión no puede usarse para realizar esta operación. Está cerrada o no es válida "
+            "en este contexto.");
     }
     rows_ = rowSource->openRows(source);
     try {
@@ -51,7 +52,9 @@ void StreamRecordset::Close() {
     connection_.reset();
 }
 
-std::int32_t StreamRecordset::State() const { return rows_ ? adStateOpen : adStateClosed; }
+std::int32_t StreamRecordset::State() const {
+    return rows_ ? adStateOpen : adStateClosed;
+}
 
 bool StreamRecordset::Bof() const {
     openRows();
@@ -92,7 +95,9 @@ void StreamRecordset::AbsolutePosition(std::int32_t) {
     raiseNotAvailable();
 }
 
-std::int32_t StreamRecordset::FieldCount() const { return openRows().columnCount(); }
+std::int32_t StreamRecordset::FieldCount() const {
+    return openRows().columnCount();
+}
 
 std::string StreamRecordset::FieldName(std::int32_t position) const {
     const RowStream& rows = openRows();
@@ -110,7 +115,8 @@ Variant StreamRecordset::Fields(std::int32_t position) const {
 Variant StreamRecordset::Fields(std::string_view name) const {
     const RowStream& rows = openRows();
     std::int32_t position = 0;
-    while (position < rows.columnCount() && !equalIgnoringAsciiCase(rows.columnName(position), name)) ++position;
+    while (position < rows.columnCount() && !equalIgnoringAsciiCase(rows.columnName(position), name))
+        ++position;
     return Fields(position);
 }
 

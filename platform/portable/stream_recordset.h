@@ -1,7 +1,7 @@
 #pragma once
 
-// The recordset of a source list: its rows are read as the code walks them, forwards, and again from the start
-// when it asks for the first one once more.
+// The recordset of a source list: its rows are read as the code walks them, forwards, and again from the
+// start when it asks for the first one once more.
 
 #include <cstdint>
 #include <memory>
@@ -19,8 +19,8 @@ inline constexpr std::int32_t adErrFeatureNotAvailable = 3251;
 
 class StreamRecordset : public Recordset {
   public:
-    /// `connection` must be open and a RowSource, else 3709; it is kept until Close. Whatever cursor and lock are
-    /// asked for, this one is what the connection has. The first row is current afterwards.
+    /// `connection` must be open and a RowSource, else 3709; it is kept until Close. Whatever cursor and lock
+    /// are asked for, this one is what the connection has. The first row is current afterwards.
     void Open(std::string_view source, const ObjectRef<Connection>& connection, std::int32_t cursorType,
               std::int32_t lockType, std::int32_t options) override;
     void Close() override;
