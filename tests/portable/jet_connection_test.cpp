@@ -1,0 +1,258 @@
+#include "platform/portable/jet_connection.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "portable/temporary_folder.h"
+
+namespace pxtarvo::portable {
+namespace {
+
+constexpr std::int32_t failure = -2147467259;
+
+std::string connectionString(const std::string& path) {
+    return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path + ";Persist Security Info=False";
+}
+
+ObjectRef<Connection> connected(const std::string& path) {
+    auto connection = makeObject<JetConnection>(DrivePaths(PXTARVO_SAMPLES_DIR));
+    connection->ConnectionString(connectionString(path));
+    connection->Open("", "", adOptionUnspecified);
+    return connection;
+}
+
+ObjectRef<Recordset> query(const std::string& path, std::string_view statement = "SELECT * FROM List") {
+    return connected(path)->Execute(statement, adCmdText);
+}
+
+TEST(JetConnection, ReadsEveryKindOfColumnInTheSampleLists) {
+    enum { Linea, Codigo, Sustituye, Precio, Fecha, Grupo, Peso, Unidades, Origen, Descripcion };
+    const struct {
+        const char* file;
+        int row;  ///< from 1
+        int column;
+        Variant value;
+    } cases[] = {
+        {"TARIFA2008.MDB", 1, Linea, std::int32_t{1}},
+        {"TARIFA2008.MDB", 1, Codigo, "0.017.2859.0/0"},
+        {"TARIFA2008.MDB", 1, Sustituye, Null()},
+        {"TARIFA2008.MDB", 1, Precio, 6.9},
+        {"TARIFA2008.MDB", 1, Fecha, Date{39587}},
+        {"TARIFA2008.MDB", 1, Peso, 5.905F},
+        {"TARIFA2008.MDB", 1, Unidades, std::int16_t{3}},
+        {"TARIFA2008.MDB", 2, Descripcion, " SENSOR PRESIÓN 1"},
+        {"TARIFA2007.MDB", 1, Codigo, "  1000015 "},
+        {"TARIFA2007.MDB", 2, Descripcion, " EJE TRANSMISIÓN 1"},
+        {"TARIFA2009.MDB", 1, Precio, Currency{105600}},
+        {"list-decimal-price.mdb", 2, Precio, Decimal{.low = 12007, .scale = 3}},
+        {"list-whole-price.mdb", 2, Precio, std::int32_t{3}},
+        {"list-numeric-code.mdb", 2, Codigo, 20000001.0},
+        {"list-numeric-group.mdb", 1, Grupo, std::int32_t{89}},
+        {"list-text-price.mdb", 2, Precio, "1.234,56"},
+        {"list-text-date.mdb", 15, Fecha, "pronto"},
+        {"list-null-date-row-9.mdb", 9, Fecha, Null()},
+        {"list-empty-price-row-34.mdb", 34, Precio, Null()},
+        {"list-nulls-and-empty-texts.mdb", 26, Codigo, Null()},
+        {"list-nulls-and-empty-texts.mdb", 27, Codigo, ""},
+    };
+    for (const auto& [file, row, column, value] : cases) {
+        const auto rows = query(tests::sample(file));
+        for (int passed = 1; passed < row; ++passed) rows->MoveNext();
+        EXPECT_EQ(rows->Fields(column), value) << file << " row " << row << " column " << column;
+    }
+}
+
+TEST(JetConnection, CountsAndNamesWithoutRegardToCase) {
+    const struct {
+        const char* path;
+        const char* statement;
+        std::int32_t rows;
+    } cases[] = {
+        {"C:\\tarifa2012.mdb", "SELECT count(*) FROM List", 2000},
+        {"C:\\TARIFA2012.MDB", "select  COUNT ( * )\r\nfrom [list] ;", 2000},
+        {"C:\\TARIFA2006.MDB", "SELECT count(*) FROM 31EUR000", 500},
+        {"C:\\list-empty-table.mdb", "SELECT count(*) FROM List", 0},
+    };
+    for (const auto& [path, statement, rows] : cases) {
+        EXPECT_EQ(query(path, statement)->Fields(0), Variant(rows)) << statement;
+    }
+    EXPECT_TRUE(query("C:\\list-empty-table.mdb")->Eof());
+    int passed = 0;
+    for (auto rows = query("C:\\TARIFA2012.MDB"); !rows->Eof(); rows->MoveNext()) {
+        EXPECT_EQ(rows->Fields("LINEA"), Variant(std::int32_t{++passed}));
+    }
+    EXPECT_EQ(passed, 2000);
+}
+
+TEST(JetConnection, TellsWhatIsWrongWithAFileAndNothingElseDoes) {
+    const tests::TemporaryFolder folder;
+    const std::string good = tests::bytesOf(tests::sample("TARIFA2012.MDB"));
+    std::filesystem::create_directory(folder.file("carpeta.mdb"));
+    std::string access97 = good.substr(0, 4096);
+    access97[20] = 0;
+    folder.write("97.mdb", access97);
+    folder.write("vacío.mdb", "");
+    folder.write("cabecera.mdb", good.substr(0, 5000));
+    folder.write("tabla.mdb", good.substr(0, 77824));
+
+    const struct {
+        std::string path;
+        std::int32_t number;
+        std::string description;
+    } cases[] = {
+        {"", failure, "No se pudo encontrar el archivo ''."},
+        {"C:\\no está.mdb", failure, "No se pudo encontrar el archivo 'C:\\no está.mdb'."},
+        {"D:\\TARIFA2012.MDB", failure, "No se pudo encontrar el archivo 'D:\\TARIFA2012.MDB'."},
+        {folder.file("carpeta.mdb"), failure, "no puede abrir el archivo '"},
+        {folder.file("vacío.mdb"), failure, "vacío.mdb' no reconocido."},
+        {tests::sample("CÓDIGO DE BARRAS2008.xls"), failure, "2008.xls' no reconocido."},
+        {folder.file("97.mdb"), failure, "Access 97"},
+        {folder.file("cabecera.mdb"), failure, "dañado"},
+        {folder.file("tabla.mdb"), failure, "dañado"},
+        {"C:\\no-list-table.mdb", -2147217865, "tabla o consulta de entrada 'List'."},
+    };
+    testing::internal::CaptureStderr();
+    for (const auto& [path, number, description] : cases) {
+        try {
+            query(path);
+            ADD_FAILURE() << path << " opened";
+        } catch (const RuntimeError& error) {
+            EXPECT_EQ(error.number(), number) << path;
+            EXPECT_NE(error.description().find(description), std::string::npos) << error.description();
+        }
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(JetConnection, AFileCutOffRaisesWhereItsRowsEnd) {
+    const auto rows = query("C:\\list-truncated.mdb");
+    for (int pass = 0; pass < 2; ++pass) {  // the second one must not take the missing page for read
+        int passed = 0;
+        EXPECT_EQ(tests::errorOf([&] {
+                      for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) ++passed;
+                  }),
+                  failure);
+        EXPECT_EQ(passed, 770);
+    }
+}
+
+std::size_t number(std::string_view bytes, std::size_t offset, std::size_t width) {
+    std::size_t result = 0;
+    while (width-- > 0) result = result << 8 | static_cast<unsigned char>(bytes[offset + width]);
+    return result;
+}
+
+void put(std::string& bytes, std::size_t offset, std::size_t value, std::size_t width) {
+    for (std::size_t i = 0; i < width; ++i) bytes[offset + i] = static_cast<char>(value >> 8 * i & 0xFF);
+}
+
+TEST(JetConnection, SkipsDeletedRowsAndFollowsMovedOnes) {
+    // The page whose rows are the ten of the list; an entry of two bytes for each row stands from byte 14 on.
+    std::string bytes = tests::bytesOf(tests::sample("list-six-columns.mdb"));
+    std::size_t page = 4096;
+    while (bytes[page] != 1 || number(bytes, page + 12, 2) != 10) page += 4096;
+    const auto entry = [page](std::size_t row) { return page + 14 + 2 * row; };
+    const std::size_t definition = number(bytes, page + 4, 4) * 4096;
+
+    const std::size_t third = number(bytes, entry(2), 2);
+    put(bytes, entry(2), third | 0x4000, 2);
+    put(bytes, page + third, page / 4096 << 8 | 9, 4);             // the third row is where the tenth was
+    put(bytes, entry(9), number(bytes, entry(9), 2) | 0x8000, 2);  // and only its pointer leads there
+    put(bytes, entry(4), number(bytes, entry(4), 2) | 0xC000, 2);  // the fifth is deleted
+    put(bytes, definition + 16, 8, 4);
+
+    const auto lines = [&](const std::string& content) {
+        const tests::TemporaryFolder folder;
+        std::vector<std::int32_t> result;
+        for (auto rows = query(folder.write("list.mdb", content)); !rows->Eof(); rows->MoveNext()) {
+            result.push_back(*rows->Fields(0).get<std::int32_t>());
+        }
+        return result;
+    };
+    EXPECT_EQ(lines(bytes), (std::vector<std::int32_t>{1, 2, 10, 4, 6, 7, 8, 9}));
+
+    std::string circle = bytes;
+    put(circle, page + third, page / 4096 << 8 | 2, 4);
+    std::string outside = bytes;
+    put(outside, entry(6), 0x1FFF, 2);
+    std::string fewer = bytes;
+    put(fewer, definition + 16, 9, 4);
+    for (const std::string& damaged : {circle, outside, fewer}) {
+        EXPECT_EQ(tests::errorOf([&] { lines(damaged); }), failure);
+    }
+}
+
+TEST(JetConnection, ReadsConnectionStringsAsOleDbDoes) {
+    const tests::TemporaryFolder folder;
+    const std::string bytes = tests::bytesOf(tests::sample("list-six-columns.mdb"));
+    const std::string provider = "Provider=Microsoft.Jet.OLEDB.4.0;";
+    const std::string odd = folder.write("a 'ñ\" ;=.mdb", bytes);
+    const std::string plain = folder.write("it's a=list.mdb", bytes);
+    std::string doubled = odd;
+    doubled.insert(doubled.find('"'), 1, '"');
+
+    const struct {
+        std::string text;
+        std::int32_t number;
+    } cases[] = {
+        {connectionString(plain), 0},
+        {" ; provider = MICROSOFT.jet.oledb.4.0 ;DATA SOURCE= \"" + doubled + "\" ;", 0},
+        {provider + "Data Source=x;Data Source=" + plain + "  ", 0},
+        {connectionString(odd), -2147217805},
+        {provider + "Data Source=\"" + plain, -2147217805},
+        {provider + "Data Source='x'y", -2147217805},
+        {provider + "=x", -2147217805},
+        {provider + "Extended Properties=Excel 8.0;Data Source=" + plain, failure},
+        {"Data Source=" + plain, 3706},
+        {"Provider=SQLOLEDB;Data Source=" + plain, 3706},
+    };
+    for (const auto& [text, number] : cases) {
+        const auto connection = makeObject<JetConnection>(DrivePaths());
+        EXPECT_EQ(tests::errorOf([&] {
+                      connection->ConnectionString(text);
+                      connection->Open("", "", adOptionUnspecified);
+                  }),
+                  number)
+            << text;
+        EXPECT_EQ(connection->State(), number == 0 ? adStateOpen : adStateClosed) << text;
+    }
+}
+
+TEST(JetConnection, RefusesOtherStatementsAndMisplacedCalls) {
+    const auto connection = connected("C:\\TARIFA2012.MDB");
+    for (const char* statement :
+         {"", "DELETE FROM List", "SELECT * FROM", "SELECT * FROM List WHERE Linea = 1",
+          "SELECT * FROM [List", "SELECT Codigo FROM List", "SELECT *, * FROM List",
+          "SELECT * FROM List; SELECT * FROM List", "SELECT count(* FROM List", "SELECT*FROM[]",
+          "UPDATE List SET Linea = 1"}) {
+        EXPECT_EQ(tests::errorOf([&] { connection->Execute(statement, adCmdText); }), -2147217900)
+            << statement;
+    }
+    EXPECT_EQ(tests::errorOf([&] { connection->Open("", "", -1); }), 3705);
+    EXPECT_EQ(tests::errorOf([&] { connection->CommitTrans(); }), -2147168242);
+    connection->BeginTrans();
+    EXPECT_EQ(tests::errorOf([&] { connection->BeginTrans(); }), -2147168237);
+    connection->RollbackTrans();
+    EXPECT_EQ(tests::errorOf([&] { connection->RollbackTrans(); }), -2147168242);
+
+    const auto closed = makeObject<JetConnection>(DrivePaths(PXTARVO_SAMPLES_DIR));
+    EXPECT_EQ(tests::errorOf([&] { closed->Execute("SELECT * FROM List", adCmdText); }), 3704);
+    closed->ConnectionString(connectionString("C:\\TARIFA2012.MDB"));
+    EXPECT_EQ(tests::errorOf([&] { closed->Open("sa", "", -1); }), -2147217843);
+    closed->Open("admin", "", -1);
+    EXPECT_EQ(closed->State(), adStateOpen);
+}
+
+TEST(JetConnection, TwoListsOfOneConnectionDoNotDisturbEachOther) {
+    const auto connection = connected("C:\\TARIFA2012.MDB");
+    const auto ahead = connection->Execute("SELECT * FROM List", adCmdText);
+    for (int i = 0; i < 1000; ++i) ahead->MoveNext();
+    const auto behind = connection->Execute("SELECT * FROM List", adCmdText);
+    EXPECT_EQ(ahead->Fields(0), Variant(std::int32_t{1001}));
+    EXPECT_EQ(behind->Fields(0), Variant(std::int32_t{1}));
+}
+
+}  // namespace
+}  // namespace pxtarvo::portable
