@@ -184,6 +184,66 @@ TEST(JetConnection, SkipsDeletedRowsAndFollowsMovedOnes) {
     }
 }
 
+TEST(JetConnection, PutsMemosTogetherWhereverTheyLie) {
+    // A memo of the list that lies in its row: twelve bytes of header, then the text.
+    const std::string bytes = tests::bytesOf(tests::sample("TARIFA2007.MDB"));
+    std::string text;
+    for (const char c : std::string_view(" EJE TRANSMISI")) text += {c, '\0'};
+    const std::size_t memo = bytes.find(text) - 12;
+    const std::size_t firstPage = bytes.size() / 4096;
+    ASSERT_LT(memo, bytes.size());
+
+    // Two further pages of one row each: the first one holds 2,000 characters and says where the second one
+    // is.
+    const auto page = [](const std::string& row) {
+        std::string result(4096, '\0');
+        result[0] = result[12] = 1;
+        put(result, 14, 4096 - row.size(), 2);
+        return result.replace(4096 - row.size(), row.size(), row);
+    };
+    const auto repeated = [](std::string_view piece, int times) {
+        std::string result;
+        while (times-- > 0) result += piece;
+        return result;
+    };
+    std::string link(4, '\0');
+    put(link, 0, (firstPage + 1) << 8, 4);
+    const std::string pages = page(link + repeated("\xF1\xF1", 2000)) + page(std::string(4, '\0') + "a");
+    const std::string onePiece = page(repeated(std::string_view("z\0", 2), 1500)) + page("");
+    const std::string switched(
+        "\xFF\xFE"
+        "ab\0\xAC\x20\0c\xF1",
+        10);
+
+    const struct {
+        std::size_t lengthAndFlags;
+        std::string inRow;  ///< in place of the text
+        std::string pages;
+        Variant text;  ///< Empty for damage
+    } cases[] = {
+        {0x80000000 | 10, switched, "", "ab€cñ"},
+        {0x80000000 | 0, "", "", ""},
+        {0x80000000 | 4000, "", "", Empty()},
+        {4000, "", pages, repeated("\uF1F1", 2000)},
+        {0x40000000 | 3000, "", onePiece, std::string(1500, 'z')},
+        {0x40000000 | 3002, "", onePiece, Empty()},
+        {4002, "", pages, Empty()},
+        {4000, "", "", Empty()},
+    };
+    const tests::TemporaryFolder folder;
+    for (const auto& [lengthAndFlags, inRow, more, text] : cases) {
+        std::string content = bytes + more;
+        put(content, memo, lengthAndFlags, 4);
+        put(content, memo + 4, firstPage << 8, 4);
+        content.replace(memo + 12, inRow.size(), inRow);
+        const auto rows = query(folder.write("list.mdb", content));
+        rows->MoveNext();
+        Variant read;
+        EXPECT_EQ(tests::errorOf([&] { read = rows->Fields("Descripcion"); }), text.isEmpty() ? failure : 0);
+        EXPECT_EQ(read, text) << std::hex << lengthAndFlags;
+    }
+}
+
 TEST(JetConnection, ReadsConnectionStringsAsOleDbDoes) {
     const tests::TemporaryFolder folder;
     const std::string bytes = tests::bytesOf(tests::sample("list-six-columns.mdb"));
