@@ -128,7 +128,7 @@ TEST(JetConnection, TellsWhatIsWrongWithAFileAndNothingElseDoes) {
 
 TEST(JetConnection, AFileCutOffRaisesWhereItsRowsEnd) {
     const auto rows = query("C:\\list-truncated.mdb");
-    for (int pass = 0; pass < 2; ++pass) {  // the second one must not take the missing page for read
+    for (int pass = 0; pass < 2; ++pass) {
         int passed = 0;
         EXPECT_EQ(tests::errorOf([&] {
                       for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) ++passed;
@@ -209,7 +209,7 @@ TEST(JetConnection, PutsMemosTogetherWhereverTheyLie) {
     std::string link(4, '\0');
     put(link, 0, (firstPage + 1) << 8, 4);
     const std::string pages = page(link + repeated("\xF1\xF1", 2000)) + page(std::string(4, '\0') + "a");
-    const std::string onePiece = page(repeated(std::string_view("z\0", 2), 1500)) + page("");
+    const std::string onePiece = page(repeated(std::string_view("z\0", 2), 1500));
     const std::string switched(
         "\xFF\xFE"
         "ab\0\xAC\x20\0c\xF1",
@@ -226,7 +226,9 @@ TEST(JetConnection, PutsMemosTogetherWhereverTheyLie) {
         {0x80000000 | 4000, "", "", Empty()},
         {4000, "", pages, repeated("\uF1F1", 2000)},
         {0x40000000 | 3000, "", onePiece, std::string(1500, 'z')},
+        {0x40000000 | 2998, "", onePiece, std::string(1499, 'z')},
         {0x40000000 | 3002, "", onePiece, Empty()},
+        {0x40000000 | 3000, "", onePiece.substr(0, 4095), Empty()},
         {4002, "", pages, Empty()},
         {4000, "", "", Empty()},
     };
@@ -239,7 +241,10 @@ TEST(JetConnection, PutsMemosTogetherWhereverTheyLie) {
         const auto rows = query(folder.write("list.mdb", content));
         rows->MoveNext();
         Variant read;
-        EXPECT_EQ(tests::errorOf([&] { read = rows->Fields("Descripcion"); }), text.isEmpty() ? failure : 0);
+        for (int reading = 0; reading < 2; ++reading) {  // half a page must not count as read the second time
+            EXPECT_EQ(tests::errorOf([&] { read = rows->Fields("Descripcion"); }),
+                      text.isEmpty() ? failure : 0);
+        }
         EXPECT_EQ(read, text) << std::hex << lengthAndFlags;
     }
 }
