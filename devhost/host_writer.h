@@ -66,6 +66,7 @@ class DevHostDatabase : public HostDatabase {
     class FieldList;
 
     void begin();
+    void giveUp();
     bool write(WriteKind kind, std::string& sMensaje);
     bool run(const HostWrite& write, std::string& sMensaje);
     void compose(const HostWrite& write);

@@ -37,13 +37,14 @@ class ProtocolChecks {
     void options(std::string_view member, std::int32_t options);
     void limpiar(std::int32_t nOpcion);
     void agregar(std::string_view column, std::int32_t nModo, bool camposReadAfresh);
-    /// A write is about to run. `rotating` is whether contexts are replaced after use.
-    void write(const HostWrite& write, const WriteConduct& conduct, bool rotating);
+    /// A write is about to run. `rotating` is whether contexts are replaced after use. True when the write is
+    /// the last one of its context.
+    bool write(const HostWrite& write, const WriteConduct& conduct, bool rotating);
 
   private:
     void report(std::string text);
     void columnTypes(const HostWrite& write);
-    void origin(const HostWrite& write, const WriteConduct& conduct);
+    bool origin(const HostWrite& write, const WriteConduct& conduct);
 
     std::vector<std::string> violations_;
     ContextNumber rowContext_ = 0;  ///< of the row's article write, 0 before it
