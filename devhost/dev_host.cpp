@@ -1,0 +1,78 @@
+#include "devhost/dev_host.h"
+
+#include "devhost/field_helper.h"
+#include "devhost/host_file.h"
+#include "devhost/recording_connection.h"
+#include "platform/portable/clocks.h"
+#include "platform/portable/jet_connection.h"
+
+namespace pxtarvo::devhost {
+
+/// What the plug-in's instance stands on; the instance outlives the host.
+struct DevHost::Stage {
+    Stage(portable::PortableOptions options, std::shared_ptr<Recorder> recorder)
+        : user(std::make_shared<DevUser>(std::move(recorder))), platform(std::move(options), *user) {}
+
+    std::shared_ptr<DevUser> user;
+    portable::PortablePlatform platform;
+};
+
+DevHost::DevHost(DevHostOptions options)
+    : checks_(std::make_shared<ProtocolChecks>()), state_(std::make_shared<HostState>()) {
+    std::shared_ptr<const Clock> clock = options.clock;
+    if (!clock) clock = std::make_shared<portable::SystemClock>();
+    if (!options.makeSource) {
+        options.makeSource = [](const portable::DrivePaths& paths) -> ObjectRef<Connection> {
+            return makeObject<portable::JetConnection>(paths);
+        };
+    }
+    state_->connection = openHostFile(options.database, clock);
+    state_->recorder = options.recorder;
+    state_->checks = checks_;
+    if (options.rotateContexts) state_->rotate = [this] { handOverNewContext(); };
+
+    portable::PortableOptions portable;
+    portable.driveC = options.driveC;
+    portable.clock = clock;
+    portable.makeConnection = [make = options.makeSource, recorder = options.recorder,
+                               checks = checks_](const portable::DrivePaths& paths) -> ObjectRef<Connection> {
+        return makeObject<RecordingSource>(make(paths), recorder, checks);
+    };
+    stage_ = std::make_shared<Stage>(std::move(portable), options.recorder);
+    state_->locale = &stage_->platform.locale();
+
+    Entorno entorno;
+    entorno.platform = std::shared_ptr<Platform>(stage_, &stage_->platform);
+    entorno.crearAyuda = [user = stage_->user, recorder = options.recorder,
+                          locale = state_->locale]() -> ObjectRef<HostFieldHelper> {
+        return makeObject<DevFieldHelper>(user, recorder, *locale);
+    };
+    instance_ = PXTarvor::crear(std::move(entorno));
+    handOverNewContext();
+}
+
+DevHost::~DevHost() {
+    state_->rotate = nullptr;
+    instance_->MyBd(nullptr);
+}
+
+void DevHost::run() {
+    instance_->jImportacionTarifas();
+}
+
+DevUser& DevHost::user() const noexcept {
+    return *stage_->user;
+}
+portable::PortablePlatform& DevHost::platform() const noexcept {
+    return stage_->platform;
+}
+
+void DevHost::handOverNewContext() {
+    handOver(makeObject<DevHostDatabase>(state_));
+}
+
+void DevHost::handOver(const ObjectRef<HostDatabase>& context) {
+    instance_->MyBd(context);
+}
+
+}  // namespace pxtarvo::devhost
