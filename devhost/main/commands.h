@@ -1,0 +1,17 @@
+#pragma once
+
+// The commands of pxtarvo-host. Each adds itself to the program's options and, once these are read, gives the
+// function that runs it; what that returns is the program's exit status.
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace pxtarvo::devhost {
+
+using Command = std::function<int()>;
+
+/// Sets `chosen` when the user names the command.
+void addInitCommand(CLI::App& program, Command& chosen);
+void addImportCommand(CLI::App& program, Command& chosen);
+
+}  // namespace pxtarvo::devhost

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string_view>
+
+namespace pxtarvo::devhost {
+
+/// What a command leaves the program with.
+enum ExitStatus {
+    exitDone = 0,          ///< it ended as its success message says
+    exitFailed = 1,        ///< it ended otherwise
+    exitWrongCommand = 2,  ///< the command line is wrong
+};
+
+/// Writes the reason as the last line on standard error; gives back `status`.
+int leave(ExitStatus status, std::string_view reason);
+
+}  // namespace pxtarvo::devhost

@@ -1,0 +1,58 @@
+#include "devhost/main/options.h"
+
+#include <cctype>
+#include <cstddef>
+#include <string_view>
+
+namespace pxtarvo::devhost {
+
+namespace {
+
+/// Exactly "YYYY-MM-DD HH:MM:SS".
+std::optional<CalendarTime> readTime(std::string_view text) {
+    constexpr std::string_view form = "0000-00-00 00:00:00";
+    if (text.size() != form.size()) return std::nullopt;
+    for (std::size_t at = 0; at < form.size(); ++at) {
+        const bool digit = std::isdigit(static_cast<unsigned char>(text[at])) != 0;
+        if (form[at] == '0' ? !digit : text[at] != form[at]) return std::nullopt;
+    }
+    const auto part = [&](std::size_t at, std::size_t length) {
+        return std::stoi(std::string(text.substr(at, length)));
+    };
+    const CalendarTime time{part(0, 4), part(5, 2), part(8, 2), part(11, 2), part(14, 2), part(17, 2)};
+    if (!isCalendarTime(time)) return std::nullopt;
+    return time;
+}
+
+}  // namespace
+
+void addCommonOptions(CLI::App& command, CommonOptions& options) {
+    command.add_option("DB", options.database, "the database file")->required();
+    command.add_option("--trace", options.trace, "write the record of the calls to this file")
+        ->type_name("FILE");
+    command
+        .add_option_function<std::string>(
+            "--now",
+            [&options](const std::string& text) {
+                options.now = readTime(text);
+                if (!options.now) throw CLI::ValidationError("--now", "not 'YYYY-MM-DD HH:MM:SS': " + text);
+            },
+            "the date and time that everything sees")
+        ->type_name("'YYYY-MM-DD HH:MM:SS'");
+    command
+        .add_option_function<std::string>(
+            "--answer",
+            [&options](const std::string& answer) {
+                options.answer = answer == "yes" ? MessageAnswer::Yes : MessageAnswer::No;
+            },
+            "the answer to every question (default: yes)")
+        ->check(CLI::IsMember({"yes", "no"}));
+    command.add_flag("--in-transaction", options.inTransaction,
+                     "open a transaction first and commit it at the end, as some hosts do");
+    command.add_option("--drive-c", options.driveC, "the folder that stands for drive C:")
+        ->type_name("DIR")
+        ->check(CLI::ExistingDirectory);
+    command.add_flag("--quiet", options.quiet, "show no progress");
+}
+
+}  // namespace pxtarvo::devhost

@@ -1,0 +1,133 @@
+#include "devhost/main/window_command.h"
+
+#include <exception>
+#include <iostream>
+#include <optional>
+#include <string>
+
+#include "devhost/main/exit_status.h"
+#include "devhost/main/progress_display.h"
+#include "platform/conversion.h"
+#include "platform/portable/clocks.h"
+#include "platform/text.h"
+
+namespace pxtarvo::devhost {
+
+namespace {
+
+/// A message's text as lines of the terminal.
+std::string asLines(std::string_view text) {
+    return replaced(text, "\r\n", "\n");
+}
+
+std::string asOneLine(std::string_view text) {
+    return replaced(replaced(text, "\r\n\r\n", " "), "\r\n", " ");
+}
+
+void print(const ShownMessage& shown) {
+    std::cout << asLines(shown.message.text) << '\n';
+    if (shown.message.buttons == MessageButtons::YesNo) {
+        std::cout << (shown.answer == MessageAnswer::Yes ? "> Sí\n" : "> No\n");
+    }
+    std::cout << std::flush;
+}
+
+std::string described(const RuntimeError& error) {
+    return "Error '" + plainNumber(error.number()) + "' en tiempo de ejecución: " + error.description();
+}
+
+/// The end of the host's own transaction. What a run that failed has rolled back is no failure of its own.
+std::optional<std::string> commit(DevHost& host, bool runSucceeded) {
+    try {
+        host.connection()->CommitTrans();
+    } catch (const RuntimeError& error) {
+        if (runSucceeded || !error.is(ErrorNumber::NoTransactionOpen)) return described(error);
+    }
+    return std::nullopt;
+}
+
+int report(const DevHost& host, int status) {
+    for (const std::string& violation : host.violations()) {
+        status = leave(exitFailed, "against the rules of the host's library: " + violation);
+    }
+    return status;
+}
+
+int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& command) {
+    DevUser& user = host.user();
+    ProgressDisplay progress;
+    user.yesNo = options.answer;
+    user.onMessage = [&](const ShownMessage& shown) {
+        progress.clear();
+        print(shown);
+    };
+    user.onWindowShown = [&](Window& window) {
+        if (!options.quiet) progress.show(window);
+        command.actions(host, window);
+        progress.end();
+    };
+    user.onYielded = [&] { progress.yielded(); };
+
+    if (options.inTransaction) host.connection()->BeginTrans();
+    std::optional<std::string> failure;
+    try {
+        host.run();
+    } catch (const RuntimeError& error) {
+        failure = described(error);
+    }
+    progress.end();
+    if (!failure && !user.lastMessageIs(command.successMessage)) {
+        failure = user.messages().empty() ? std::string(command.nothingHappened)
+                                          : asOneLine(user.messages().back().message.text);
+    }
+    if (options.inTransaction) {
+        if (auto refused = commit(host, !failure)) failure = std::move(refused);
+    }
+    return report(host, failure ? leave(exitFailed, *failure) : exitDone);
+}
+
+}  // namespace
+
+int leave(ExitStatus status, std::string_view reason) {
+    std::cerr << "pxtarvo-host: " << reason << std::endl;
+    return status;
+}
+
+std::shared_ptr<const Clock> clockFor(const CommonOptions& options) {
+    if (options.now) return std::make_shared<portable::FixedClock>(*options.now);
+    return std::make_shared<portable::SystemClock>();
+}
+
+std::shared_ptr<Recorder> recorderFor(const CommonOptions& options) {
+    if (options.trace.empty()) return nullptr;
+    return Recorder::toFile(options.trace);
+}
+
+int runInWindow(const CommonOptions& options, const WindowCommand& command) {
+    DevHostOptions hostOptions;
+    hostOptions.database = options.database;
+    hostOptions.driveC = options.driveC;
+    hostOptions.clock = clockFor(options);
+    try {
+        hostOptions.recorder = recorderFor(options);
+    } catch (const RuntimeError& error) {
+        return leave(exitFailed, options.trace + ": " + error.description());
+    }
+    try {
+        DevHost host(std::move(hostOptions));
+        return runInHost(host, options, command);
+    } catch (const RuntimeError& error) {
+        return leave(exitFailed, described(error));
+    }
+}
+
+void typeAndLeave(DevHost& host, TextBox& box, std::string_view text) {
+    host.desktop().type(box, text);
+    host.desktop().press(vkReturn);
+}
+
+void press(DevHost& host, PushButton& button) {
+    if (!host.desktop().click(button)) host.desktop().click(button);
+}
+
+}  // namespace pxtarvo::devhost

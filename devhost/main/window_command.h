@@ -1,0 +1,37 @@
+#pragma once
+
+// What the commands that work in a window have in common.
+
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "devhost/dev_host.h"
+#include "devhost/main/options.h"
+
+namespace pxtarvo::devhost {
+
+/// The clock that the options ask for.
+std::shared_ptr<const Clock> clockFor(const CommonOptions& options);
+/// The recorder that the options ask for, empty for none; 75 where its file cannot be written.
+std::shared_ptr<Recorder> recorderFor(const CommonOptions& options);
+
+struct WindowCommand {
+    /// Works in the import window.
+    std::function<void(DevHost& host, Window& window)> actions;
+    /// The message that ends a run which did what it was to do.
+    std::string_view successMessage;
+    /// Said when no message was shown at all.
+    std::string_view nothingHappened;
+};
+
+/// Opens the import window and runs the command in it: messages go to standard output, progress and the
+/// reason of a failure to standard error. Gives back the exit status.
+int runInWindow(const CommonOptions& options, const WindowCommand& command);
+
+/// Types `text` into the box, over what it holds, and leaves it with Enter.
+void typeAndLeave(DevHost& host, TextBox& box, std::string_view text);
+/// Presses a button; once more where a message of the field that lost the focus swallowed the click.
+void press(DevHost& host, PushButton& button);
+
+}  // namespace pxtarvo::devhost
