@@ -1,5 +1,7 @@
 #include "platform/windows/dispatch.h"
 
+#include <objbase.h>
+
 #include <cstring>
 #include <map>
 #include <memory>
@@ -7,6 +9,8 @@
 #include <string>
 #include <tuple>
 
+#include "platform/conversion.h"
+#include "platform/locale.h"
 #include "platform/runtime_error.h"
 #include "platform/text.h"
 #include "platform/windows/automation_errors.h"
@@ -148,6 +152,20 @@ void Dispatch::put(std::u16string_view member, const OwnedVariant& value) const 
 void Dispatch::putReference(std::u16string_view member, Reference<IDispatch> value) const {
     const OwnedVariant object(std::move(value));
     invoke(member, DISPATCH_PROPERTYPUTREF, packed(object));
+}
+
+std::int32_t Dispatch::number(std::u16string_view member) const {
+    return toLong(value(member), spanishLocale());
+}
+
+std::string Dispatch::text(std::u16string_view member) const {
+    const OwnedVariant answer = get(member);
+    if (V_VT(&answer.raw()) != VT_BSTR) throw RuntimeError(ErrorNumber::TypeMismatch);
+    return utf8Of(V_BSTR(&answer.raw()));
+}
+
+bool Dispatch::truth(std::u16string_view member) const {
+    return toBoolean(value(member), spanishLocale());
 }
 
 Dispatch Dispatch::asObject(const OwnedVariant& answer) const {

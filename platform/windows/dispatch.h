@@ -11,6 +11,7 @@
 #include <concepts>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "platform/variant.h"
@@ -61,6 +62,12 @@ class Dispatch {
         return asObject(call(member, arguments...));
     }
     Variant value(std::u16string_view member) const { return toVariant(get(member).raw()); }
+    /// A property that is a whole number of any width; 13 where it is none, 6 beyond 32 bits.
+    std::int32_t number(std::u16string_view member) const;
+    /// A property that is a text; 13 where it is none.
+    std::string text(std::u16string_view member) const;
+    /// A property that is a Boolean; any number but 0 is true.
+    bool truth(std::u16string_view member) const;
 
   private:
     /// Last argument first, as automation takes them; they stay the caller's.
