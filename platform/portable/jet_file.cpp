@@ -135,7 +135,7 @@ class JetFile::Handle {
     bool hasCatalog_ = false;
 };
 
-JetFile::JetFile(const std::string& place, std::string_view fileName) : fileName_(fileName) {
+JetFile::JetFile(const std::string& place, std::string_view fileName) : place_(place), fileName_(fileName) {
     checkSignature(place, fileName);
     handle_ = std::make_unique<Handle>(place);
     if (!handle_->usable()) raiseDamagedFile(fileName_);
@@ -180,16 +180,26 @@ std::uint32_t JetFile::nextPage(JetTable& table, std::uint32_t after) const {
     return static_cast<std::uint32_t>(page);
 }
 
+/// libmdb fills up a page that the file holds a part of. A file that someone is writing to grows.
+bool JetFile::holdsPage(std::uint32_t number) const {
+    if (number >= wholePages_) {
+        std::error_code failed;
+        const std::uintmax_t size = std::filesystem::file_size(place_, failed);
+        wholePages_ = failed ? 0 : size / jetPageSize;
+    }
+    return number < wholePages_;
+}
+
 void JetFile::readPage(std::uint32_t number, JetPage& page) const {
     MdbHandle& mdb = *handle_->get();
-    {
+    if (holdsPage(number)) {
         const LibmdbMessagesOff quiet;
         if (mdb_read_pg(&mdb, number) == static_cast<ssize_t>(jetPageSize)) {
             std::copy_n(mdb.pg_buf, jetPageSize, page.data());
             return;
         }
+        mdb.cur_pg = 0;  // libmdb takes a page that it failed to read for the current one
     }
-    mdb.cur_pg = 0;  // libmdb takes a page that it failed to read for the current one
     raiseDamagedFile(fileName_);
 }
 

@@ -76,12 +76,17 @@ class JetFile {
     JetTable table(std::string_view name) const;
     /// The next page of `table` after page `after` (0 to begin), or 0 after the last.
     std::uint32_t nextPage(JetTable& table, std::uint32_t after) const;
+    /// Raises -2147467259 when the file does not hold the whole page.
     void readPage(std::uint32_t number, JetPage& page) const;
 
   private:
     class Handle;
 
+    bool holdsPage(std::uint32_t number) const;
+
+    std::string place_;
     std::string fileName_;
+    mutable std::uint64_t wholePages_ = 0;  ///< that the file had when it was last asked
     std::unique_ptr<Handle> handle_;
 };
 

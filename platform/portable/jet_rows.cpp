@@ -138,7 +138,7 @@ void JetRows::readRowFrame() {
     columnsInRow_ = littleEndian16(row_.data());
     const std::size_t maskBytes = (columnsInRow_ + 7) / 8;
     std::size_t tail = maskBytes;
-    if (columnCountBytes + tail > row_.size()) raiseDamagedFile(file_->fileName());
+    if (columnsInRow_ == 0 || columnCountBytes + tail > row_.size()) raiseDamagedFile(file_->fileName());
     notNull_ = row_.last(maskBytes);
 
     variableColumnsInRow_ = 0;

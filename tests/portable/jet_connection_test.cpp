@@ -134,7 +134,7 @@ TEST(JetConnection, AFileCutOffRaisesWhereItsRowsEnd) {
                       for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) ++passed;
                   }),
                   failure);
-        EXPECT_EQ(passed, 770);
+        EXPECT_EQ(passed, 735);  // those on whole pages
     }
 }
 
@@ -177,9 +177,13 @@ TEST(JetConnection, SkipsDeletedRowsAndFollowsMovedOnes) {
     put(circle, page + third, page / 4096 << 8 | 2, 4);
     std::string outside = bytes;
     put(outside, entry(6), 0x1FFF, 2);
+    std::string zeros = bytes;
+    const std::size_t seventh = number(bytes, entry(6), 2);
+    const std::size_t length = number(bytes, entry(5), 2) - seventh;
+    zeros.replace(page + seventh, length, length, '\0');
     std::string fewer = bytes;
     put(fewer, definition + 16, 9, 4);
-    for (const std::string& damaged : {circle, outside, fewer}) {
+    for (const std::string& damaged : {circle, outside, zeros, fewer}) {
         EXPECT_EQ(tests::errorOf([&] { lines(damaged); }), failure);
     }
 }
@@ -241,7 +245,7 @@ TEST(JetConnection, PutsMemosTogetherWhereverTheyLie) {
         const auto rows = query(folder.write("list.mdb", content));
         rows->MoveNext();
         Variant read;
-        for (int reading = 0; reading < 2; ++reading) {  // half a page must not count as read the second time
+        for (int reading = 0; reading < 2; ++reading) {
             EXPECT_EQ(tests::errorOf([&] { read = rows->Fields("Descripcion"); }),
                       text.isEmpty() ? failure : 0);
         }
