@@ -35,7 +35,7 @@ Control::~Control() {
 
 std::string Control::fullName() const {
     std::string name(plan_.name);
-    if (plan_.index != notIndexed) name += "(" + std::to_string(plan_.index) + ")";
+    if (plan_.index != notIndexed) name.append("(").append(std::to_string(plan_.index)).append(")");
     return name;
 }
 
@@ -92,6 +92,12 @@ void TextBox::userText(std::string_view text) {
 void TextBox::setBackColor(std::uint32_t color) {
     if (!writable() || color == backColor_) return;
     backColor_ = color;
+    changed(ControlProperty::Colors);
+}
+
+void TextBox::setForeColor(std::uint32_t color) {
+    if (!writable() || color == foreColor_) return;
+    foreColor_ = color;
     changed(ControlProperty::Colors);
 }
 

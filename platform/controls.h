@@ -134,6 +134,8 @@ class TextBox : public Control {
     /// Colours as 0x00BBGGRR.
     std::uint32_t backColor() const noexcept { return backColor_; }
     void setBackColor(std::uint32_t color);
+    std::uint32_t foreColor() const noexcept { return foreColor_; }
+    void setForeColor(std::uint32_t color);
 
     /// Selection in characters.
     int selectionStart() const noexcept { return selectionStart_; }
@@ -150,6 +152,7 @@ class TextBox : public Control {
   private:
     std::string text_;
     std::uint32_t backColor_ = 0x00FFFFFF;
+    std::uint32_t foreColor_ = 0x00000000;
     int selectionStart_ = 0;
     int selectionLength_ = 0;
 };
