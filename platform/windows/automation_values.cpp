@@ -181,8 +181,8 @@ OwnedVariant OwnedVariant::reference(double& value) noexcept {
 OwnedVariant OwnedVariant::reference(OwnedVariant& value) noexcept {
     return byReference(VT_VARIANT, &value.value_);
 }
-OwnedVariant OwnedVariant::reference(IDispatch*& object) noexcept {
-    return byReference(VT_DISPATCH, &object);
+OwnedVariant OwnedVariant::reference(Reference<IDispatch>& object) noexcept {
+    return byReference(VT_DISPATCH, object.address());
 }
 
 const VARIANT& referredTo(const VARIANT& value, VARIANT& storage) noexcept {

@@ -49,6 +49,7 @@ class OwnedVariant {
     /// The same value in the same type: 16-bit integers stay VT_I2, and so on.
     OwnedVariant(const Variant& value);
     explicit OwnedVariant(std::string_view text);
+    explicit OwnedVariant(const std::string& text) : OwnedVariant(std::string_view(text)) {}
     explicit OwnedVariant(std::int32_t value) noexcept;
     explicit OwnedVariant(std::int16_t value) noexcept;
     explicit OwnedVariant(double value) noexcept;
@@ -65,14 +66,14 @@ class OwnedVariant {
     /// An optional argument that is left out.
     static OwnedVariant missing() noexcept;
 
-    // Arguments by reference, each of exactly the type that the called member declares.
+    // Arguments by reference, each of exactly the type that the called member declares. The member may
+    // replace what they refer to.
     static OwnedVariant reference(Bstr& text) noexcept;
     static OwnedVariant reference(std::int32_t& value) noexcept;
     static OwnedVariant reference(std::int16_t& value) noexcept;
     static OwnedVariant reference(double& value) noexcept;
     static OwnedVariant reference(OwnedVariant& value) noexcept;
-    /// The called member may replace the object; the count in `object` is the caller's before and after.
-    static OwnedVariant reference(IDispatch*& object) noexcept;
+    static OwnedVariant reference(Reference<IDispatch>& object) noexcept;
 
     const VARIANT& raw() const noexcept { return value_; }
     /// Where a function leaves a value for the caller.

@@ -47,6 +47,8 @@ class Reference {
         return &object_;
     }
     void** putVoid() { return reinterpret_cast<void**>(put()); }
+    /// Where a function may replace the object, its count included.
+    T** address() noexcept { return &object_; }
     /// Gives the count away.
     T* detach() noexcept { return std::exchange(object_, nullptr); }
 
