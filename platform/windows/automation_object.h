@@ -93,7 +93,8 @@ class AutomationObject : public IDispatch {
 /// A new object of one's own with its first count.
 template <class Object, class... Arguments>
 Reference<Object> makeAutomationObject(Arguments&&... arguments) {
-    return Reference<Object>::adopt(std::make_unique<Object>(std::forward<Arguments>(arguments)...).release());
+    return Reference<Object>::adopt(
+        std::make_unique<Object>(std::forward<Arguments>(arguments)...).release());
 }
 
 }  // namespace pxtarvo::windows
