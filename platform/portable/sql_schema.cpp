@@ -1,0 +1,57 @@
+#include "platform/portable/sql_schema.h"
+
+#include <algorithm>
+
+#include "platform/portable/sqlite_handles.h"
+#include "platform/text.h"
+
+namespace pxtarvo::portable {
+
+namespace {
+
+std::string textAt(sqlite3_stmt* statement, int column) {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+    return text ? std::string(text) : std::string();
+}
+
+template <class Named>
+const Named* findNamed(const std::vector<Named>& all, std::string_view name) {
+    const auto found = std::find_if(
+        all.begin(), all.end(), [name](const Named& one) { return equalIgnoringAsciiCase(one.name, name); });
+    return found == all.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+const SqlColumn* SqlTable::column(std::string_view name) const {
+    return findNamed(columns, name);
+}
+
+const SqlTable* SqlSchema::table(std::string_view name) const {
+    return findNamed(tables_, name);
+}
+
+bool SqlSchema::refresh(sqlite3* database) {
+    const StatementHandle asked = prepare(database, "PRAGMA schema_version");
+    step(asked.get());
+    const std::int64_t version = sqlite3_column_int64(asked.get(), 0);
+    if (version_ == version) return false;
+
+    std::vector<SqlTable> tables;
+    const StatementHandle columns =
+        prepare(database,
+                "SELECT t.name, c.name, c.type FROM sqlite_schema AS t, "
+                "pragma_table_info(t.name) AS c WHERE t.type IN ('table', 'view') "
+                "AND t.name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY t.name, c.cid");
+    while (step(columns.get())) {
+        std::string table = textAt(columns.get(), 0);
+        if (tables.empty() || tables.back().name != table) tables.push_back({std::move(table), {}});
+        tables.back().columns.push_back(
+            {textAt(columns.get(), 1), readDeclaration(textAt(columns.get(), 2))});
+    }
+    tables_ = std::move(tables);
+    version_ = version;
+    return true;
+}
+
+}  // namespace pxtarvo::portable
