@@ -1,0 +1,18 @@
+#pragma once
+
+// Hands a statement's literals to the prepared statement as its parameters.
+
+#include "platform/portable/sql_tokens.h"
+#include "platform/portable/sql_translator.h"
+
+struct sqlite3_stmt;
+
+namespace pxtarvo::portable {
+
+/// Binds a Number or Text token to SQLite's 1-based parameter. A literal that meets a date column is read day
+/// first, a text that meets a numeric column as a number; a number stored in a whole-number column loses its
+/// decimals. Raises ConversionFailed for what cannot be read so or does not fit. The statement may refer to
+/// the token's text until it is bound anew.
+void bindLiteral(sqlite3_stmt* statement, int parameter, const SqlToken& token, const LiteralUse& use);
+
+}  // namespace pxtarvo::portable

@@ -1,0 +1,179 @@
+#include "platform/portable/sqlite_connection.h"
+
+#include <utility>
+
+#include "platform/portable/client_recordset.h"
+#include "platform/portable/literal_binding.h"
+
+namespace pxtarvo::portable {
+
+namespace {
+
+constexpr int busyMilliseconds = 2000;  ///< how long a statement waits for another process's lock
+
+/// Makes a statement ready for its next run.
+class StatementReset {
+  public:
+    explicit StatementReset(sqlite3_stmt* statement) : statement_(statement) {}
+    StatementReset(const StatementReset&) = delete;
+    StatementReset& operator=(const StatementReset&) = delete;
+    ~StatementReset() { sqlite3_reset(statement_); }
+
+  private:
+    sqlite3_stmt* statement_;
+};
+
+DatabaseHandle openDatabase(const std::string& path, DatabaseMode mode) {
+    sqlite3* opened = nullptr;
+    const int create = mode == DatabaseMode::CreateIfMissing ? SQLITE_OPEN_CREATE : 0;
+    const int result =
+        sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | create, nullptr);
+    DatabaseHandle database(opened);
+    if (result != SQLITE_OK) {
+        throw RuntimeError(ErrorNumber::ProviderFailure,
+                           "No se puede abrir la base de datos '" + path + "'.");
+    }
+    return database;
+}
+
+int timesPrepared(sqlite3_stmt* statement) {
+    return sqlite3_stmt_status(statement, SQLITE_STMTSTATUS_REPREPARE, 0);
+}
+
+}  // namespace
+
+SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, DatabaseMode mode)
+    : functions_(clock), database_(openDatabase(path, mode)) {
+    sqlite3* const database = database_.get();
+    sqlite3_extended_result_codes(database, 1);
+    sqlite3_busy_timeout(database, busyMilliseconds);
+    // a misspelt "name" must never turn into a text
+    sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+    addServerFunctions(database, functions_);
+    // with a rollback journal an undone transaction leaves the file as it was, byte for byte
+    portable::run(database, "PRAGMA journal_mode = DELETE; PRAGMA cache_size = -32768");
+    schema_.refresh(database);
+}
+
+void SqliteConnection::ConnectionString(std::string_view) {
+    throw RuntimeError(ErrorNumber::ObjectOpen);
+}
+
+void SqliteConnection::Open(std::string_view, std::string_view, std::int32_t) {
+    throw RuntimeError(ErrorNumber::ObjectOpen);
+}
+
+void SqliteConnection::readColumns(PreparedStatement& statement) const {
+    sqlite3_stmt* const handle = statement.handle.get();
+    const int count = sqlite3_column_count(handle);
+    if (count == 0) return;
+    auto columns = std::make_shared<ResultColumns>();
+    for (int column = 0; column < count; ++column) {
+        const char* const declared = sqlite3_column_decltype(handle, column);
+        ColumnDeclaration declaration;
+        if (declared) {
+            declaration = readDeclaration(declared);
+        } else if (statement.translatedTypes.size() == static_cast<std::size_t>(count)) {
+            declaration = statement.translatedTypes[static_cast<std::size_t>(column)];
+        }
+        columns->push_back({sqlite3_column_name(handle, column), declaration});
+    }
+    statement.columns = std::move(columns);
+}
+
+std::unique_ptr<PreparedStatement> SqliteConnection::prepareTranslated(std::string_view commandText) {
+    Translation translation = translateStatement(commandText, schema_);
+    auto statement = std::make_unique<PreparedStatement>();
+    statement->handle = prepare(database_.get(), translation.sql, SQLITE_PREPARE_PERSISTENT);
+    statement->servesShape = translation.servesShape();
+    statement->literals = std::move(translation.literals);
+    statement->translatedTypes = std::move(translation.columns);
+    readColumns(*statement);
+    return statement;
+}
+
+ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement) {
+    sqlite3_stmt* const handle = statement.handle.get();
+    const StatementReset reset(handle);
+    for (std::size_t index = 0; index < statement.literals.size(); ++index) {
+        const LiteralUse& use = statement.literals[index];
+        if (use.bound) bindLiteral(handle, static_cast<int>(index) + 1, shape_.literals[index], use);
+    }
+    functions_.beginStatement();
+    bool row = step(handle);
+    if (const int times = timesPrepared(handle); times != statement.preparations) {
+        statement.preparations = times;
+        readColumns(statement);
+    }
+    if (!statement.columns) return makeObject<ClientRecordset>();
+    auto rows = std::make_shared<StoredRows>(statement.columns);
+    for (; row; row = step(handle)) rows->append(handle);
+    return makeObject<ClientRecordset>(std::move(rows));
+}
+
+ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std::int32_t) {
+    refuseLostTransaction();
+    takeShape(commandText, shape_);
+    try {
+        PreparedStatement* statement = cache_.find(shape_.key);
+        if (statement) return run(*statement);
+        if (schema_.refresh(database_.get())) cache_.clear();
+        std::unique_ptr<PreparedStatement> prepared = prepareTranslated(commandText);
+        if (!prepared->servesShape) return run(*prepared);
+        return run(cache_.insert(shape_.key, std::move(prepared)));
+    } catch (const RuntimeError&) {
+        checkTransaction();
+        if (functions_.raised) throw *std::exchange(functions_.raised, std::nullopt);
+        throw;
+    }
+}
+
+void SqliteConnection::checkTransaction() noexcept {
+    if (transaction_ == Transaction::Open && sqlite3_get_autocommit(database_.get()) != 0) {
+        transaction_ = Transaction::Lost;
+    }
+}
+
+void SqliteConnection::refuseLostTransaction() const {
+    if (transaction_ == Transaction::Lost) {
+        throw RuntimeError(ErrorNumber::ProviderFailure, "Un error anterior deshizo la transacción.");
+    }
+}
+
+void SqliteConnection::BeginTrans() {
+    if (transaction_ != Transaction::None) throw RuntimeError(ErrorNumber::TransactionAlreadyOpen);
+    portable::run(database_.get(), "BEGIN IMMEDIATE");
+    transaction_ = Transaction::Open;
+}
+
+void SqliteConnection::CommitTrans() {
+    if (transaction_ == Transaction::None) throw RuntimeError(ErrorNumber::NoTransactionOpen);
+    refuseLostTransaction();
+    try {
+        portable::run(database_.get(), "COMMIT");
+    } catch (const RuntimeError&) {
+        checkTransaction();
+        throw;
+    }
+    transaction_ = Transaction::None;
+}
+
+void SqliteConnection::RollbackTrans() {
+    if (transaction_ == Transaction::None) throw RuntimeError(ErrorNumber::NoTransactionOpen);
+    if (transaction_ == Transaction::Open) portable::run(database_.get(), "ROLLBACK");
+    transaction_ = Transaction::None;
+}
+
+void SqliteConnection::runNative(const std::string& script) {
+    refuseLostTransaction();
+    cache_.clear();
+    try {
+        portable::run(database_.get(), script.c_str());
+    } catch (const RuntimeError&) {
+        checkTransaction();
+        throw;
+    }
+}
+
+}  // namespace pxtarvo::portable

@@ -1,0 +1,82 @@
+#pragma once
+
+// The host connection of the portable body: a SQLite file that takes the statements of the host's server.
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/clock.h"
+#include "platform/database.h"
+#include "platform/portable/sql_schema.h"
+#include "platform/portable/sql_tokens.h"
+#include "platform/portable/sqlite_functions.h"
+#include "platform/portable/sqlite_handles.h"
+#include "platform/portable/statement_cache.h"
+
+namespace pxtarvo::portable {
+
+enum class DatabaseMode {
+    Existing,        ///< the file must be there
+    CreateIfMissing  ///< an empty database is made where there is none
+};
+
+/// Open from its construction to its end; what an open transaction wrote is undone then. To be used by one
+/// thread.
+class SqliteConnection final : public Connection {
+  public:
+    /// `path` is UTF-8, or ":memory:" with CreateIfMissing. The clock must outlive the connection. Raises
+    /// ProviderFailure for a file that cannot be opened or is no database.
+    SqliteConnection(const std::string& path, const Clock& clock, DatabaseMode mode);
+    static ObjectRef<SqliteConnection> open(const std::string& path, const Clock& clock) {
+        return makeObject<SqliteConnection>(path, clock, DatabaseMode::Existing);
+    }
+    static ObjectRef<SqliteConnection> create(const std::string& path, const Clock& clock) {
+        return makeObject<SqliteConnection>(path, clock, DatabaseMode::CreateIfMissing);
+    }
+
+    /// 3705, both: the connection is open already.
+    void ConnectionString(std::string_view value) override;
+    void Open(std::string_view userId, std::string_view password, std::int32_t options) override;
+    std::int32_t State() const override { return adStateOpen; }
+
+    /// Runs one statement in the server's dialect (sql_translator.h); every command is a text, whatever the
+    /// options. A failed statement leaves nothing of itself behind and the transaction open. Raises
+    /// SqlSyntax, NoSuchTable, ConversionFailed, IntegrityViolation, or ProviderFailure for the file's own
+    /// troubles.
+    ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) override;
+
+    /// The file is locked for other writers at once. A failure of the file may undo the transaction; from
+    /// then on everything but RollbackTrans raises ProviderFailure, so that no later write stands alone.
+    void BeginTrans() override;
+    void CommitTrans() override;
+    void RollbackTrans() override;
+
+    /// Runs statements of SQLite's own dialect that give no rows: what creates and fills the tables. The
+    /// columns of the tables name no collation, indexes of text columns name dealerCollation. Raises the
+    /// provider's error.
+    void runNative(const std::string& script);
+
+    /// For measuring, and for tests that set up what no statement can.
+    sqlite3* handle() const noexcept { return database_.get(); }
+    std::size_t cachedStatements() const noexcept { return cache_.size(); }
+
+  private:
+    enum class Transaction { None, Open, Lost };
+
+    std::unique_ptr<PreparedStatement> prepareTranslated(std::string_view commandText);
+    void readColumns(PreparedStatement& statement) const;
+    ObjectRef<Recordset> run(PreparedStatement& statement);
+    /// Notices a transaction that SQLite ended by itself.
+    void checkTransaction() noexcept;
+    void refuseLostTransaction() const;
+
+    FunctionState functions_;
+    DatabaseHandle database_;
+    StatementCache cache_;  ///< its statements must go before the database
+    SqlSchema schema_;
+    StatementShape shape_;  ///< of the statement at hand
+    Transaction transaction_ = Transaction::None;
+};
+
+}  // namespace pxtarvo::portable

@@ -1,0 +1,52 @@
+#pragma once
+
+// Prepared statements, found by their shape.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/portable/result_rows.h"
+#include "platform/portable/sql_translator.h"
+#include "platform/portable/sqlite_handles.h"
+
+namespace pxtarvo::portable {
+
+/// A translated statement, ready to be run again with other literals.
+struct PreparedStatement {
+    StatementHandle handle;
+    std::vector<LiteralUse> literals;
+    std::vector<ColumnDeclaration> translatedTypes;
+    std::shared_ptr<const ResultColumns> columns;  ///< empty for a statement without rows
+    bool servesShape = true;  ///< serves every statement of its shape, so that it may be cached
+    int preparations = 0;     ///< how often SQLite has prepared it anew, for a changed schema
+    std::uint64_t lastUse = 0;
+};
+
+class StatementCache {
+  public:
+    /// nullptr when the shape is not there.
+    PreparedStatement* find(std::string_view shape);
+    /// The least recently used statement leaves when the cache is full.
+    PreparedStatement& insert(std::string shape, std::unique_ptr<PreparedStatement> statement);
+    void clear() { statements_.clear(); }
+    std::size_t size() const noexcept { return statements_.size(); }
+
+    static constexpr std::size_t capacity = 256;
+
+  private:
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const noexcept {
+            return std::hash<std::string_view>()(text);
+        }
+    };
+    std::unordered_map<std::string, std::unique_ptr<PreparedStatement>, Hash, std::equal_to<>> statements_;
+    std::uint64_t uses_ = 0;
+};
+
+}  // namespace pxtarvo::portable
