@@ -87,6 +87,23 @@ std::string quotedName(std::string_view name) {
     return '"' + replaced(name, "\"", "\"\"") + '"';
 }
 
+/// Counts how deep the parser is inside itself, and refuses what would take the stack.
+class Nesting {
+  public:
+    explicit Nesting(int& depth) : depth_(depth) {
+        constexpr int deepest = 300;
+        if (depth_ == deepest)
+            refuse("Alguna parte de la instrucción SQL está anidada con demasiada profundidad.");
+        ++depth_;
+    }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+    ~Nesting() { --depth_; }
+
+  private:
+    int& depth_;
+};
+
 class Translator {
   public:
     Translator(std::string_view statement, const SqlSchema& schema) : schema_(schema) {
@@ -293,6 +310,7 @@ class Translator {
         return finished({.condition = true, .simple = false, .start = left.start});
     }
     Operand negation() {
+        const Nesting nesting(depth_);
         if (!acceptWord("NOT")) return predicate();
         const std::size_t start = length();
         put("NOT ");
@@ -405,6 +423,7 @@ class Translator {
     }
 
     Operand signedValue() {
+        const Nesting nesting(depth_);
         if (acceptSymbol("+")) return signedValue();
         if (!acceptSymbol("-")) return primary();
         if (peek().kind == SqlTokenKind::Number) {
@@ -848,6 +867,7 @@ class Translator {
     std::size_t at_ = 0;
     std::vector<Scope> scopes_;  ///< the innermost last
     bool conditionsAllowed_ = false;
+    int depth_ = 0;
     Translation result_;
 };
 

@@ -173,6 +173,11 @@ TEST(SqlStatements, ErrorsCarryTheServersNumbersAndTexts) {
              "de la "
              "instrucción INSERT."},
         });
+    for (const std::string_view nested : {"(", "- ", "(SELECT ", "NOT "}) {
+        std::string deep = "DELETE FROM Art WHERE ";
+        for (int level = 0; level < 100000; ++level) deep += nested;
+        EXPECT_TRUE(outcome(*connection, deep).starts_with("-2147217900")) << nested;
+    }
     EXPECT_EQ(outcome(*connection, "SELECT count(*) FROM Art"), "4;");
 }
 
