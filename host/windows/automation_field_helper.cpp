@@ -16,7 +16,7 @@ AutomationFieldHelper::~AutomationFieldHelper() {
 
 Reference<IDispatch> AutomationFieldHelper::objectOf(TextBox& campo) {
     Reference<TextBoxObject>& object = boxes_[&campo];
-    if (!object) object = makeAutomationObject<TextBoxObject>(campo);
+    if (!object) object = makeCounted<TextBoxObject>(campo);
     return Reference<IDispatch>::share(object.get());
 }
 

@@ -10,7 +10,6 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -89,12 +88,5 @@ class AutomationObject : public IDispatch {
     MemberNames members_;
     std::atomic<ULONG> references_{1};
 };
-
-/// A new object of one's own with its first count.
-template <class Object, class... Arguments>
-Reference<Object> makeAutomationObject(Arguments&&... arguments) {
-    return Reference<Object>::adopt(
-        std::make_unique<Object>(std::forward<Arguments>(arguments)...).release());
-}
 
 }  // namespace pxtarvo::windows

@@ -64,4 +64,11 @@ class Reference {
     T* object_ = nullptr;
 };
 
+/// A new object of one's own, whose first count the reference takes over. It deletes itself with its last
+/// one.
+template <class Object, class... Arguments>
+Reference<Object> makeCounted(Arguments&&... arguments) {
+    return Reference<Object>::adopt(new Object(std::forward<Arguments>(arguments)...));
+}
+
 }  // namespace pxtarvo::windows

@@ -4,8 +4,8 @@
 
 #include "platform/platform.h"
 #include "platform/windows/ansi_text_files.h"
-#include "platform/windows/desktop.h"
 #include "platform/windows/system_clock.h"
+#include "platform/windows/windows_desktop.h"
 
 namespace pxtarvo::windows {
 
