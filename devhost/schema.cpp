@@ -37,11 +37,11 @@ struct Index {
 };
 
 constexpr Index indexes[] = {
-    {"Art", "Art_Cod", true},           {"Art", "Art_barCode", true},  {"Exis", "Exis_Codart", true},
-    {"Marcas", "Marca_CodAbrev", true}, {"lac", "lac_codart", true},   {"ArtPro", "ARP_Ida, ARP_Idp", false},
-    {"ArtPro", "ARP_Idp", false},       {"Exis", "Exis_IdArt", false}, {"Ubi", "Ubi_IdArt", false},
-    {"Pro", "Pro_COD", false},          {"Lapr", "Lapr_IdArt", false}, {"Pedli", "PedLi_IdArt", false},
-    {"lav", "lav_idart", false},        {"Lpc", "Lpc_IdArt", false},   {"Hexis", "Hexis_idArt", false},
+    {"Art", "Art_Cod", true},           {"Art", "Art_barCode", true},          {"Exis", "Exis_Codart", true},
+    {"Marcas", "Marca_CodAbrev", true}, {"ArtPro", "ARP_Ida, ARP_Idp", false}, {"ArtPro", "ARP_Idp", false},
+    {"Exis", "Exis_IdArt", false},      {"Ubi", "Ubi_IdArt", false},           {"Pro", "Pro_COD", false},
+    {"Lapr", "Lapr_IdArt", false},      {"Pedli", "PedLi_IdArt", false},       {"lav", "lav_idart", false},
+    {"Lpc", "Lpc_IdArt", false},        {"Hexis", "Hexis_idArt", false},
 };
 
 std::string typeOf(const Columna& column) {
@@ -75,12 +75,16 @@ std::string createTable(const Tabla& table) {
     return sql + ")";
 }
 
+/// An index of a text serves the statements that name its collation and no others: by its condition, any
+/// SQLite tool, which does not know the collation, leaves it alone and can read the table.
 std::string createIndex(const Index& index) {
+    std::string key(index.columns);
+    if (index.text) key.append(" COLLATE ").append(portable::dealerCollation);
     std::string sql("CREATE INDEX Idx_");
     sql.append(replaced(index.columns, ", ", "_")).append(" ON ").append(index.table);
-    sql.append(" (").append(index.columns);
-    if (index.text) sql.append(" COLLATE ").append(portable::dealerCollation);
-    return sql + ")";
+    sql.append(" (").append(key).append(")");
+    if (index.text) sql.append(" WHERE ").append(key).append(" IS NOT NULL");
+    return sql;
 }
 
 }  // namespace
