@@ -53,7 +53,7 @@ void createHostFile(const std::string& path, std::shared_ptr<const Clock> clock,
     const auto* utf8 = reinterpret_cast<const char8_t*>(path.data());
     const std::filesystem::path file(utf8, utf8 + path.size());
     if (std::filesystem::exists(std::filesystem::symlink_status(file))) {
-        throw RuntimeError(fileAlreadyExists, "El archivo ya existe");
+        throw RuntimeError(fileAlreadyExists, "El archivo '" + path + "' ya existe.");
     }
     NewFile unfinished(file);
     const ObjectRef<portable::SqliteConnection> connection =

@@ -34,10 +34,13 @@ std::shared_ptr<Recorder> Recorder::toFile(const std::string& path) {
     const auto* utf8 = reinterpret_cast<const char8_t*>(path.data());
     auto file = std::make_shared<std::ofstream>(std::filesystem::path(utf8, utf8 + path.size()),
                                                 std::ios::binary | std::ios::trunc);
-    if (!*file) throw RuntimeError(ErrorNumber::PathFileAccess);
-    return std::make_shared<Recorder>([file](std::string_view line) {
+    const auto check = [file, path] {
+        if (!*file) throw RuntimeError(ErrorNumber::PathFileAccess, "No se puede escribir '" + path + "'.");
+    };
+    check();
+    return std::make_shared<Recorder>([file, check](std::string_view line) {
         *file << line << '\n' << std::flush;
-        if (!*file) throw RuntimeError(ErrorNumber::PathFileAccess);
+        check();
     });
 }
 

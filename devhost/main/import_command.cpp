@@ -31,18 +31,33 @@ int positionOf(std::string_view list) {
     return list == windowList ? 0 : 1;
 }
 
-void fillIn(DevHost& host, Window& window, const ImportOptions& options) {
+struct Field {
+    const char* option;
+    int index;  ///< in Text1
+    std::optional<std::string> ImportOptions::*text;
+};
+
+constexpr Field fields[] = {
+    {"--file", 0, &ImportOptions::file},
+    {"--supplier", 1, &ImportOptions::supplier},
+    {"--brand", 3, &ImportOptions::brand},
+};
+
+/// Fills the window in; a text says which field did not take what it was given.
+std::optional<std::string> fillIn(DevHost& host, Window& window, const ImportOptions& options) {
     portable::SimulatedDesktop& desktop = host.desktop();
     if (options.year) desktop.choose(control<ComboBox>(window, "Combo1"), *options.year);
     if (options.year || options.list) {
         const int list = positionOf(options.list.value_or(std::string(windowList)));
         desktop.click(control<OptionButton>(window, "Option1", list));
     }
-    const std::pair<int, const std::optional<std::string>&> fields[] = {
-        {0, options.file}, {1, options.supplier}, {3, options.brand}};
-    for (const auto& [index, text] : fields) {
-        if (text) typeAndLeave(host, control<TextBox>(window, "Text1", index), *text);
+    for (const Field& field : fields) {
+        const std::optional<std::string>& text = options.*field.text;
+        if (text && !typeAndLeave(host, control<TextBox>(window, "Text1", field.index), *text)) {
+            return std::string(field.option) + ": the field does not take '" + *text + "'";
+        }
     }
+    return std::nullopt;
 }
 
 int runImport(const CommonOptions& common, const ImportOptions& options) {
@@ -55,8 +70,9 @@ int runImport(const CommonOptions& common, const ImportOptions& options) {
         "nothing was imported: the list " + list + " has no import for " + year;
     WindowCommand command;
     command.actions = [&](DevHost& host, Window& window) {
-        fillIn(host, window, options);
-        press(host, control<PushButton>(window, "XPButton1"));
+        auto refused = fillIn(host, window, options);
+        if (!refused) press(host, control<PushButton>(window, "XPButton1"));
+        return refused;
     };
     command.successMessage = "Proceso finalizado con exito";
     command.nothingHappened = nothingHappened;

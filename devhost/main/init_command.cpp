@@ -18,10 +18,10 @@ struct InitOptions {
 int runInit(const InitOptions& options) {
     const std::string& database = options.common.database;
     try {
-        recorderFor(options.common);
+        recorderFor(options.common);  // an empty record: nothing crosses the plug-in's boundary here
         createHostFile(database, clockFor(options.common), options.sample);
     } catch (const RuntimeError& error) {
-        return leave(exitFailed, database + ": " + error.description());
+        return leave(exitFailed, error.description());
     }
     return exitDone;
 }

@@ -56,6 +56,7 @@ int report(const DevHost& host, int status) {
 int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& command) {
     DevUser& user = host.user();
     ProgressDisplay progress;
+    std::optional<std::string> refused;
     user.yesNo = options.answer;
     user.onMessage = [&](const ShownMessage& shown) {
         progress.clear();
@@ -63,7 +64,7 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
     };
     user.onWindowShown = [&](Window& window) {
         if (!options.quiet) progress.show(window);
-        command.actions(host, window);
+        refused = command.actions(host, window);
         progress.end();
     };
     user.onYielded = [&] { progress.yielded(); };
@@ -81,8 +82,9 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
                                           : asOneLine(user.messages().back().message.text);
     }
     if (options.inTransaction) {
-        if (auto refused = commit(host, !failure)) failure = std::move(refused);
+        if (auto notCommitted = commit(host, !failure)) failure = std::move(notCommitted);
     }
+    if (refused) return report(host, leave(exitWrongCommand, *refused));
     return report(host, failure ? leave(exitFailed, *failure) : exitDone);
 }
 
@@ -111,7 +113,7 @@ int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     try {
         hostOptions.recorder = recorderFor(options);
     } catch (const RuntimeError& error) {
-        return leave(exitFailed, options.trace + ": " + error.description());
+        return leave(exitFailed, error.description());
     }
     try {
         DevHost host(std::move(hostOptions));
@@ -121,9 +123,11 @@ int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     }
 }
 
-void typeAndLeave(DevHost& host, TextBox& box, std::string_view text) {
+bool typeAndLeave(DevHost& host, TextBox& box, std::string_view text) {
     host.desktop().type(box, text);
+    const bool taken = box.text() == text;
     host.desktop().press(vkReturn);
+    return taken;
 }
 
 void press(DevHost& host, PushButton& button) {

@@ -4,6 +4,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "devhost/dev_host.h"
@@ -17,8 +19,8 @@ std::shared_ptr<const Clock> clockFor(const CommonOptions& options);
 std::shared_ptr<Recorder> recorderFor(const CommonOptions& options);
 
 struct WindowCommand {
-    /// Works in the import window.
-    std::function<void(DevHost& host, Window& window)> actions;
+    /// Works in the import window. A text says what a field did not take: the command line is wrong then.
+    std::function<std::optional<std::string>(DevHost& host, Window& window)> actions;
     /// The message that ends a run which did what it was to do.
     std::string_view successMessage;
     /// Said when no message was shown at all.
@@ -29,8 +31,9 @@ struct WindowCommand {
 /// reason of a failure to standard error. Gives back the exit status.
 int runInWindow(const CommonOptions& options, const WindowCommand& command);
 
-/// Types `text` into the box, over what it holds, and leaves it with Enter.
-void typeAndLeave(DevHost& host, TextBox& box, std::string_view text);
+/// Types `text` into the box, over what it holds, and leaves it with Enter. False when the box did not take
+/// every key.
+bool typeAndLeave(DevHost& host, TextBox& box, std::string_view text);
 /// Presses a button; once more where a message of the field that lost the focus swallowed the click.
 void press(DevHost& host, PushButton& button);
 
