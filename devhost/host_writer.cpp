@@ -69,6 +69,9 @@ void appendLiteral(std::string& sql, std::int32_t nTipo, const Variant& value, c
             sql += toBoolean(value, locale) ? '1' : '0';
             return;
         case Tipo::Entero:
+            // Constants and identifiers, nearly all that is written, need no conversion.
+            if (const auto* constant = value.get<std::int16_t>()) return appendWhole(sql, *constant);
+            if (const auto* identifier = value.get<std::int32_t>()) return appendWhole(sql, *identifier);
             return appendWhole(sql, toLong(value, locale));
         case Tipo::Decimal:
             return appendDecimal(sql, toDouble(value, locale));
