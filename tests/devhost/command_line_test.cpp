@@ -1,0 +1,119 @@
+// pxtarvo-host as a process: exit statuses, what is printed, the files that it leaves.
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+
+#include "devhost/host_folder.h"
+
+namespace pxtarvo::tests {
+
+namespace {
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+
+class CommandLine : public ::testing::Test {
+  protected:
+    /// Runs a command line in the test's folder; {S} stands for the folder of samples. Gives back the exit
+    /// status.
+    int run(std::string arguments) {
+        const std::size_t samples = arguments.find("{S}");
+        if (samples != std::string::npos) arguments.replace(samples, 3, PXTARVO_SAMPLES_DIR);
+        const std::string line = "cd '" + folder.file("") + "' && '" PXTARVO_HOST_PATH "' " + arguments +
+                                 " > out 2> err < /dev/null";
+        const int status = std::system(line.c_str());
+        output = bytesOf(folder.file("out"));
+        errors = bytesOf(folder.file("err"));
+        return WEXITSTATUS(status);
+    }
+
+    TemporaryFolder folder;
+    std::string output;
+    std::string errors;
+};
+
+TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
+    ASSERT_EQ(run("init dealer.db --sample"), 0);
+    ASSERT_EQ(run("init empty.db"), 0);
+    folder.write(
+        "text.db",
+        "no database, but long enough to have a header of a hundred bytes if it were one .............");
+    folder.write("void.db", "");
+    const std::string before = bytesOf(folder.file("dealer.db"));
+    struct Case {
+        const char* arguments;
+        int status;
+        const char* lastLine;  ///< its end
+    };
+    const Case cases[] = {
+        {"", 2, "A subcommand is required"},
+        {"export dealer.db", 2, ""},
+        {"init", 2, "DB is required"},
+        {"init dealer.db", 1, "El archivo 'dealer.db' ya existe."},
+        {"init no/such/folder.db", 1, ""},
+        {"import dealer.db --year 2005", 2, ""},
+        {"import dealer.db --year", 2, ""},
+        {"import dealer.db --list", 2, ""},
+        {"import dealer.db --list case", 2, ""},
+        {"import dealer.db --color", 2, "--color"},
+        {"import dealer.db other.db", 2, "other.db"},
+        {"import dealer.db --now '2012-02-30 00:00:00'", 2, "2012-02-30 00:00:00"},
+        {"import dealer.db --now 2012-02-28", 2, "2012-02-28"},
+        {"import dealer.db --answer perhaps", 2, ""},
+        {"import dealer.db --drive-c no/such/folder", 2, ""},
+        {"import dealer.db --supplier 24x", 2, "--supplier: the field does not take '24x'"},
+        {"import dealer.db --year 2006", 2, "the list of 2006 cannot be imported yet"},
+        {"import dealer.db --year 2008 --list ama", 2, "the barcode list of 2008 cannot be imported yet"},
+        {"import dealer.db --list ama", 1, "nothing was imported: the list ama has no import for 2012"},
+        {"import dealer.db --trace no/such/folder/t", 1, "No se puede escribir 'no/such/folder/t'."},
+        {"import dealer.db", 1, "No se pudo encontrar el archivo 'C:\\TARVO\\TARIFA2012.MDB'."},
+        {"import dealer.db --file {S}/list-apostrophe-row-57.mdb", 1, ""},
+        {"import dealer.db --file {S}/TARIFA2012.MDB --in-transaction", 1, ""},
+        {"import missing.db", 1, ""},
+        {"import text.db", 1, ""},
+        {"import void.db", 1, "El nombre de objeto 'Pro' no es válido."},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.arguments);
+        EXPECT_EQ(run(one.arguments), one.status);
+        const std::string lastLine = errors.substr(errors.rfind('\n', errors.size() - 2) + 1);
+        EXPECT_THAT(lastLine, ::testing::StartsWith("pxtarvo-host: "));
+        EXPECT_THAT(lastLine, EndsWith(std::string(one.lastLine) + "\n"));
+        EXPECT_GT(lastLine.size(), 25u);
+    }
+    EXPECT_TRUE(before == bytesOf(folder.file("dealer.db"))) << "the database changed";
+    EXPECT_FALSE(std::filesystem::exists(folder.file("missing.db")));
+    EXPECT_FALSE(std::filesystem::exists(folder.file("no")));
+}
+
+TEST_F(CommandLine, ImportsAndRecords) {
+    ASSERT_EQ(run("init dealer.db --sample"), 0);
+    std::filesystem::create_directories(folder.file("c/tarvo"));
+    std::filesystem::copy_file(sample("TARIFA2008.MDB"), folder.file("c/tarvo/tarifa2008.mdb"));
+    // The year rebuilds the path; the field of an empty supplier stays empty.
+    ASSERT_EQ(
+        run("import dealer.db --year 2008 --drive-c c --supplier '' --brand AGM --now '2012-07-25 10:30:00' "
+            "--trace record.jsonl"),
+        0)
+        << errors;
+    EXPECT_EQ(output, "Debe indicar el codigo de proveedor\nProceso finalizado con exito\n");
+    EXPECT_EQ(errors, "");
+    const std::string record = bytesOf(folder.file("record.jsonl"));
+    EXPECT_THAT(record, HasSubstr(R"(Data Source=C:\\TARVO\\TARIFA2008.MDB;)"));
+    EXPECT_THAT(record, HasSubstr("Art_FechaEstado = '25/07/2012' WHERE"));
+    EXPECT_THAT(record, HasSubstr(R"(["ARP_Idp",1,0])"));
+    EXPECT_THAT(
+        record,
+        EndsWith(
+            "{\"call\":\"commit\"}\n"
+            R"({"call":"message","text":"Proceso finalizado con exito","title":"PXTarvo","buttons":"ok","icon":"none"})"
+            "\n{\"call\":\"unload\",\"window\":\"frmImpTarifas\"}\n"));
+    const auto connection = devhost::openHostFile(folder.file("dealer.db"), hostClock);
+    EXPECT_GT(connection->Execute("SELECT * FROM ArtPro WHERE ARP_Idp = 0", -1)->RecordCount(), 500);
+}
+
+}  // namespace
+
+}  // namespace pxtarvo::tests
