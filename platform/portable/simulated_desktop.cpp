@@ -63,7 +63,7 @@ MessageAnswer SimulatedDesktop::showMessage(const Message& message) {
 
 bool SimulatedDesktop::getOpenFileName(OpenFileName& record) {
     const std::optional<std::string> path = user_.chooseFile(record);
-    release(path ? vkReturn : vkEscape);
+    pendingReleases_.push_back(path ? vkReturn : vkEscape);
     if (!path || toWindows1252(*path).size() >= record.nMaxFile) return false;
     record.lpstrFile = *path + '\0';
     return true;
@@ -76,6 +76,11 @@ void SimulatedDesktop::doEvents() {
 
 void SimulatedDesktop::workOffKeys() {
     if (Window* window = activeWindow()) window->settleFocus();
+    while (!pendingReleases_.empty()) {
+        const std::int16_t key = pendingReleases_.front();
+        pendingReleases_.pop_front();
+        release(key);
+    }
     while (!pendingKeys_.empty()) {
         const std::int16_t key = pendingKeys_.front();
         pendingKeys_.pop_front();

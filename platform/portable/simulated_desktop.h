@@ -55,6 +55,7 @@ class SimulatedDesktop : public Desktop {
     SimulatedUser& user_;
     std::vector<Window*> windows_;
     std::deque<std::int16_t> pendingKeys_;
+    std::deque<std::int16_t> pendingReleases_;  ///< of keys that closed a dialog
     PointerShape pointer_ = PointerShape::Default;
 };
 

@@ -3,6 +3,7 @@
 // A source list that no sample file holds: rows given by the test, read through the same recordset as a
 // file's.
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>

@@ -72,6 +72,10 @@ void Scene::sql(std::string_view statement) {
     host().connection()->Execute(statement, adOptionUnspecified);
 }
 
+void Scene::native(const std::string& script) {
+    dynamic_cast<portable::SqliteConnection&>(*host().connection()).runNative(script);
+}
+
 std::vector<std::string> Scene::column(std::string_view query) {
     std::vector<std::string> values;
     const ObjectRef<Recordset> rows = host().connection()->Execute(query, adOptionUnspecified);
@@ -99,9 +103,13 @@ void Scene::inWindow(std::function<void(frmImpTarifas&)> actions) {
 void Scene::fillIn(frmImpTarifas& window, const ImportSteps& steps) {
     portable::SimulatedDesktop& desktop = host().desktop();
     if (!steps.year.empty()) desktop.choose(window.Combo1, steps.year);
-    if (!steps.file.empty()) desktop.type(window.Text1[0], steps.file);
-    if (steps.supplier) desktop.type(window.Text1[1], *steps.supplier);
-    if (steps.brand) desktop.type(window.Text1[3], *steps.brand);
+    const auto typeAndLeave = [&](int field, std::string_view text) {
+        desktop.type(window.Text1[field], text);
+        desktop.press(vkReturn);
+    };
+    if (!steps.file.empty()) typeAndLeave(0, steps.file);
+    if (steps.supplier) typeAndLeave(1, *steps.supplier);
+    if (steps.brand) typeAndLeave(3, *steps.brand);
 }
 
 void Scene::import(const ImportSteps& steps) {

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,8 @@ inline constexpr CalendarTime sceneTime{2012, 7, 25, 10, 30, 0};
 
 /// What the user changes in the import window before pressing "Iniciar proceso"; empty leaves a field alone.
 struct ImportSteps {
-    std::string year;
-    std::string file;
+    std::string year{};
+    std::string file{};
     std::optional<std::string> supplier{};
     std::optional<std::string> brand{};
 };
@@ -39,6 +40,8 @@ class Scene : public ::testing::Test {
     void createSampleDealer();
     /// Runs a statement in the host's dialect on the database, before or after a run.
     void sql(std::string_view statement);
+    /// Runs a script in the database's own dialect.
+    void native(const std::string& script);
     /// The values of the first column of a query's rows, as texts; Null as "NULL".
     std::vector<std::string> column(std::string_view query);
     std::string value(std::string_view query);

@@ -22,7 +22,6 @@ class ImportWindow : public Scene {
         desktop = &host().desktop();
     }
 
-    /// What an import would take as supplier and brand: both are written into the rows of a one-row list.
     portable::SimulatedDesktop* desktop = nullptr;
 };
 
@@ -153,7 +152,8 @@ TEST_F(ImportWindow, FailingChecksAreReportedAndTheWindowGoesOn) {
 
 TEST_F(ImportWindow, SupplierSearch) {
     inWindow([&](frmImpTarifas& window) {
-        user().yesNo = MessageAnswer::Yes;
+        user().replies.push_back(
+            {MessageAnswer::Yes, 0});  // by mouse: the release of Enter would move the focus
         user().choices.push_back(std::string("ana"));
         desktop->click(window.Text1[1]);
         desktop->press(vkF1);
@@ -163,13 +163,14 @@ TEST_F(ImportWindow, SupplierSearch) {
                   "Desea Buscar por el nombre Fiscal ?.\r\nSi contesta NO, la busqueda será "
                   "por Nombre Comercial");
 
-        user().yesNo = MessageAnswer::No;
+        user().replies.push_back({MessageAnswer::No, 0});
         user().choices.push_back(std::monostate());
         desktop->press(vkF1);
         EXPECT_EQ(window.Text1[1].text(), "");
         EXPECT_EQ(window.Text1[2].text(), "");
         // A negative code asks for the search too, when the field is left.
         desktop->type(window.Text1[1], "-5");
+        user().yesNo = MessageAnswer::No;
         user().choices.push_back(std::string("talleres"));
         desktop->click(window.Text1[0]);
         EXPECT_EQ(window.Text1[1].text(), "32");
