@@ -65,8 +65,8 @@ HRESULT removeTypeLibrary() {
     const SYSKIND system = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
     const HRESULT removed =
         UnRegisterTypeLib(LIBID_PXTarvo, libraryMajor, libraryMinor, LOCALE_NEUTRAL, system);
-    // What the system says where it was not registered.
-    return removed == TYPE_E_REGISTRYACCESS ? S_OK : removed;
+    // What Windows says where it was not registered, and what Wine does.
+    return removed == TYPE_E_REGISTRYACCESS || removed == E_INVALIDARG ? S_OK : removed;
 }
 
 }  // namespace
