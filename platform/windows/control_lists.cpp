@@ -19,6 +19,15 @@ class ComboView : public ControlView {
         choose();
     }
 
+    void place() override {
+        ControlView::place();
+        // As high as a text box beside it; the rectangle's height is that of the dropped list.
+        constexpr Rect textBox{.height = 22};
+        constexpr int edges = 6;
+        SendMessageW(handle(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1),
+                     parent_.scaled(textBox).bottom - edges);
+    }
+
     void update(ControlProperty property) override {
         switch (property) {
             case ControlProperty::Items:

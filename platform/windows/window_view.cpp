@@ -96,11 +96,15 @@ void WindowView::layOut(int dpi, const POINT* corner) {
         font_, Font(CreateFontW(-MulDiv(fontPoints, dpi, pointsPerInch), 0, 0, 0, FW_NORMAL, FALSE, FALSE,
                                 FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
                                 DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE, fontName)));
+    const int clientWidth = MulDiv(window_.plan().width, dpi, unitsPerInch);
+    const int clientHeight = MulDiv(window_.plan().height, dpi, unitsPerInch);
+    SetWindowPos(handle_, nullptr, 0, 0, clientWidth, clientHeight,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     RECT outer{}, inner{};
     GetWindowRect(handle_, &outer);
     GetClientRect(handle_, &inner);
-    const int width = MulDiv(window_.plan().width, dpi, unitsPerInch) + sizeOf(outer).cx - sizeOf(inner).cx;
-    const int height = MulDiv(window_.plan().height, dpi, unitsPerInch) + sizeOf(outer).cy - sizeOf(inner).cy;
+    const int width = clientWidth + sizeOf(outer).cx - sizeOf(inner).cx;
+    const int height = clientHeight + sizeOf(outer).cy - sizeOf(inner).cy;
     POINT place{};
     if (corner) {
         place = *corner;

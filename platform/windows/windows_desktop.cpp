@@ -133,17 +133,17 @@ void WindowsDesktop::sendKeys(std::string_view keys, bool wait) {
         stroke.ki.wScan = static_cast<WORD>(MapVirtualKeyW(VK_TAB, MAPVK_VK_TO_VSC));
     }
     strokes[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    awaitingTab_ = wait;
     SendInput(2, strokes, sizeof(INPUT));
-    const unsigned sent = ++tabsSent_;
-    if (!wait) return;
     const auto limit = std::chrono::steady_clock::now() + sentKeysLimit;
-    while (static_cast<int>(sent - tabsWorkedOff_) > 0 && std::chrono::steady_clock::now() < limit) {
+    while (awaitingTab_ && std::chrono::steady_clock::now() < limit) {
         if (!workOffOne()) MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
     }
+    awaitingTab_ = false;
 }
 
 void WindowsDesktop::keyWorkedOff(WPARAM key) noexcept {
-    if (key == VK_TAB && tabsWorkedOff_ != tabsSent_) ++tabsWorkedOff_;
+    if (key == VK_TAB) awaitingTab_ = false;
 }
 
 void WindowsDesktop::pointer(PointerShape shape) {

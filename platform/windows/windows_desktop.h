@@ -33,6 +33,7 @@ class WindowsDesktop : public Desktop {
     bool uncovered(const WindowView& view) const noexcept;
     /// Sets the pointer while it is over a window; false when the control's own is to be used.
     bool showPointer() const;
+    /// The handlers of a key's release have returned.
     void keyWorkedOff(WPARAM key) noexcept;
 
   protected:
@@ -52,8 +53,7 @@ class WindowsDesktop : public Desktop {
 
     std::vector<WindowView*> views_;
     std::chrono::steady_clock::time_point refreshed_{};
-    unsigned tabsSent_ = 0;
-    unsigned tabsWorkedOff_ = 0;
+    bool awaitingTab_ = false;
 };
 
 }  // namespace pxtarvo::windows
