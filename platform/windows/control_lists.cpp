@@ -21,11 +21,14 @@ class ComboView : public ControlView {
 
     void place() override {
         ControlView::place();
-        // As high as a text box beside it; the rectangle's height is that of the dropped list.
-        constexpr Rect textBox{.height = 22};
+        // The rectangle's height is that of the dropped list; the field stands like a text box beside it.
+        constexpr int textBoxHeight = 22;
         constexpr int edges = 6;
-        SendMessageW(handle(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1),
-                     parent_.scaled(textBox).bottom - edges);
+        const Rect& rect = combo_.plan().rect;
+        const RECT field = parent_.scaled({rect.left, rect.top, rect.width, textBoxHeight});
+        SendMessageW(handle(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), parent_.fieldHeight() - edges);
+        SetWindowPos(handle(), nullptr, field.left, (field.top + field.bottom - parent_.fieldHeight()) / 2, 0,
+                     0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     }
 
     void update(ControlProperty property) override {

@@ -1,6 +1,6 @@
 // Text boxes and labels.
 
-#include <optional>
+#include <algorithm>
 
 #include "platform/text.h"
 #include "platform/windows/control_view.h"
@@ -46,6 +46,14 @@ class TextView : public ControlView {
         if (box.plan().maxLength > 0)
             SendMessageW(handle(), EM_LIMITTEXT, static_cast<WPARAM>(box.plan().maxLength), 0);
         select();
+    }
+
+    void place() override {
+        ControlView::place();
+        const RECT place = parent_.scaled(box_.plan().rect);
+        const int height = std::min<int>(parent_.fieldHeight(), place.bottom - place.top);
+        SetWindowPos(handle(), nullptr, place.left, (place.top + place.bottom - height) / 2,
+                     place.right - place.left, height, SWP_NOZORDER | SWP_NOACTIVATE);
     }
 
     void update(ControlProperty property) override {

@@ -15,6 +15,7 @@ constexpr int unitsPerInch = 96;
 constexpr int fontPoints = 8;
 constexpr wchar_t fontName[] = L"Tahoma";
 constexpr int pointsPerInch = 72;
+constexpr int fieldPadding = 3;  // above and below a field's text together, 1/96 inch
 
 /// Posted to the window itself: the focus handlers are due, before the next input.
 constexpr UINT messageSettle = WM_APP + 1;
@@ -96,6 +97,14 @@ void WindowView::layOut(int dpi, const POINT* corner) {
         font_, Font(CreateFontW(-MulDiv(fontPoints, dpi, pointsPerInch), 0, 0, 0, FW_NORMAL, FALSE, FALSE,
                                 FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
                                 DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE, fontName)));
+    {
+        const MemoryDc memory(CreateCompatibleDC(nullptr));
+        const Selected selected(memory.get(), font_.get());
+        TEXTMETRICW metrics{};
+        GetTextMetricsW(memory.get(), &metrics);
+        fieldHeight_ =
+            metrics.tmHeight + 2 * GetSystemMetrics(SM_CYEDGE) + MulDiv(fieldPadding, dpi, unitsPerInch);
+    }
     const int clientWidth = MulDiv(window_.plan().width, dpi, unitsPerInch);
     const int clientHeight = MulDiv(window_.plan().height, dpi, unitsPerInch);
     SetWindowPos(handle_, nullptr, 0, 0, clientWidth, clientHeight,

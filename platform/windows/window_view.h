@@ -36,6 +36,9 @@ class WindowView : public ControlObserver {
     /// Pixels per inch.
     int dpi() const noexcept { return dpi_; }
     HFONT font() const noexcept { return font_.get(); }
+    /// Of a field with one line of text and its edges, in pixels: text boxes and drop-down lists, which would
+    /// leave a higher one's text at the top, stand in the middle of their place with this height.
+    int fieldHeight() const noexcept { return fieldHeight_; }
     RECT scaled(const Rect& rect) const;
     /// nullptr for a control of another window.
     ControlView* viewOf(const Control& control) const;
@@ -114,6 +117,7 @@ class WindowView : public ControlObserver {
     std::shared_ptr<WindowClass> class_;
     HWND handle_ = nullptr;
     int dpi_ = 96;
+    int fieldHeight_ = 0;
     Font font_;
     std::vector<std::unique_ptr<ControlView>> views_;
     std::exception_ptr failure_;
