@@ -2,11 +2,8 @@
 
 // The one place where the errors of COM and the system's RuntimeError turn into each other.
 
-#include <windows.h>
-
-#include <oleauto.h>
-
 #include "platform/runtime_error.h"
+#include "platform/windows/com_headers.h"
 
 namespace pxtarvo::windows {
 

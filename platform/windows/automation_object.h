@@ -3,10 +3,6 @@
 // Automation objects of our own: counted, late-bound by name, without a type description. No exception leaves
 // them: what a member raises reaches the caller as exception information.
 
-#include <windows.h>
-
-#include <oleauto.h>
-
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -16,6 +12,7 @@
 
 #include "platform/variant.h"
 #include "platform/windows/automation_values.h"
+#include "platform/windows/com_headers.h"
 #include "platform/windows/reference.h"
 
 namespace pxtarvo::windows {

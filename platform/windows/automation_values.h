@@ -3,15 +3,12 @@
 // Values of automation (BSTR and VARIANT) with their owners, and their conversion to and from the system's
 // own values. Texts are UTF-16 there and UTF-8 here.
 
-#include <windows.h>
-
-#include <oleauto.h>
-
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "platform/variant.h"
+#include "platform/windows/com_headers.h"
 #include "platform/windows/reference.h"
 
 namespace pxtarvo::windows {

@@ -1,7 +1,5 @@
 #include "platform/windows/dispatch.h"
 
-#include <objbase.h>
-
 #include <cstring>
 #include <map>
 #include <memory>

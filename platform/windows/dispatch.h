@@ -3,10 +3,6 @@
 // Late-bound calls of automation objects by member name. Every member raises RuntimeError with the called
 // object's number and description, 91 where there is no object, 438 where it has no such member.
 
-#include <windows.h>
-
-#include <oleauto.h>
-
 #include <array>
 #include <concepts>
 #include <cstdint>
@@ -16,6 +12,7 @@
 
 #include "platform/variant.h"
 #include "platform/windows/automation_values.h"
+#include "platform/windows/com_headers.h"
 #include "platform/windows/reference.h"
 
 namespace pxtarvo::windows {

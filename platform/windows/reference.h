@@ -3,9 +3,9 @@
 // Owner of one count on a COM object. Also compiled with wineg++: no wide type of the C++ library here or in
 // the other automation files.
 
-#include <unknwn.h>
-
 #include <utility>
+
+#include "platform/windows/com_headers.h"
 
 namespace pxtarvo::windows {
 
