@@ -141,6 +141,9 @@ int main(int argc, char** argv) {
     }
     benchmark::RunSpecifiedBenchmarks();
     for (const char* run : {"first run", "second run"}) {
+        if (!seconds.contains(std::string("import, ") + run) ||
+            !seconds.contains(std::string("floor, ") + run))
+            continue;
         std::printf("%s: %.2f times the floor\n", run,
                     best(std::string("import, ") + run) / best(std::string("floor, ") + run));
     }

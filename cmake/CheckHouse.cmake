@@ -1,3 +1,5 @@
+cmake_minimum_required(VERSION 3.25)
+
 # Run as a script (cmake -D HOUSE=<file> -P CheckHouse.cmake): every room includes only itself and the rooms that
 # it is linked to. HOUSE is written by the build; it sets ROOMS, ROOM_FOLDER_<room> and ROOM_MAY_INCLUDE_<room>.
 include("${HOUSE}")

@@ -231,7 +231,7 @@ bool DevHostDatabase::run(const HostWrite& write, std::string& sMensaje) {
     }
     try {
         compose(write);
-        state_->connection->Execute(sql_, adOptionUnspecified);
+        state_->connection->Execute(sql_, adExecuteNoRecords);
         return true;
     } catch (const RuntimeError& error) {
         sMensaje = error.description();

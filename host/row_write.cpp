@@ -1,6 +1,7 @@
 #include "host/row_write.h"
 
 #include "platform/conversion.h"
+#include "platform/text.h"
 
 namespace pxtarvo {
 
@@ -42,9 +43,7 @@ bool EscrituraFila::borrar(std::string_view sCondicion, std::string& sMensaje) {
 }
 
 std::string condicion(const Columna& clave, std::int32_t nValor) {
-    std::string sTexto(" WHERE ");
-    sTexto.append(clave.sNombre).append(" = ").append(plainNumber(nValor));
-    return sTexto;
+    return joined({" WHERE ", clave.sNombre, " = ", plainNumber(nValor)});
 }
 
 }  // namespace pxtarvo

@@ -53,7 +53,6 @@ class frmImpTarifas : public Window {
     void avisarTabla(const FormatoTarifa& formato);
     void retirarArticulos(const FormatoTarifa& formato);
     void importarFila(const FormatoTarifa& formato, const Recordset& rsOrigen, Corrida& corrida);
-    double precioVenta(const FormatoTarifa& formato, const Fila& fila, const Recordset& rsArticulo);
     void escribirArticulo(const FormatoTarifa& formato, const Fila& fila, const ObjectRef<HostDatabase>& bd,
                           Corrida& corrida);
     void escribirDescuento(const ObjectRef<HostDatabase>& bd, const Corrida& corrida);

@@ -5,6 +5,7 @@
 #include "import/frm_imp_tarifas.h"
 #include "platform/conversion.h"
 #include "platform/platform.h"
+#include "platform/text.h"
 
 namespace pxtarvo {
 
@@ -95,19 +96,22 @@ void frmImpTarifas::importarFila(const FormatoTarifa& formato, const Recordset& 
     platform().desktop().doEvents();
     corrida.nFila += 1;
     const Variant vCodigoLista = rsOrigen.Fields(posCodigo);
-    Label2.setCaption("Procesado registro " + plainNumber(corrida.nFila) + " " + texto(vCodigoLista));
+    Label2.setCaption(joined({"Procesado registro ", plainNumber(corrida.nFila), " ", texto(vCodigoLista)}));
     if (formato.bContarFilas) ProgressBar1.setValue(corrida.nFila);
 
     Fila fila{.rsOrigen = rsOrigen, .vCodigo = trimmed(vCodigoLista, locale), .vDescripcion = {}};
     const ObjectRef<Recordset> rsArticulo =
-        consultar("SELECT * FROM Art WHERE Art_Cod = '" + texto(fila.vCodigo) + "'");
+        consultar(joined({"SELECT * FROM Art WHERE Art_Cod = '", texto(fila.vCodigo), "'"}));
     const bool bExiste = rsArticulo->RecordCount() > 0;
     corrida.IdArt = bExiste ? toLong(rsArticulo->Fields(0), locale) : 0;
-    if (bExiste) {
-        fila.nPVE = precioVenta(formato, fila, *rsArticulo);
-        fila.nPrecio = toDouble(rsOrigen.Fields(posPrecio), locale);
-    } else {
-        fila.nPVE = fila.nPrecio = toDouble(rsOrigen.Fields(posPrecio), locale);
+    if (bExiste && !formato.bConservarPrecioMayor) {
+        toDouble(rsArticulo->Fields("art_Pve"), locale);  // only so that an empty current price stops the run
+    }
+    fila.nPVE = fila.nPrecio = toDouble(rsOrigen.Fields(posPrecio), locale);
+    if (bExiste && formato.bConservarPrecioMayor) {
+        const Variant vActual = rsArticulo->Fields("art_Pve");
+        const auto orden = compare(fila.nPrecio, vActual, locale);
+        if (orden && *orden < 0) fila.nPVE = toDouble(vActual, locale);
     }
     fila.vDescripcion = trimmed(rsOrigen.Fields(posDescripcion), locale);
 
@@ -118,19 +122,6 @@ void frmImpTarifas::importarFila(const FormatoTarifa& formato, const Recordset& 
     }
     escribirDescuento(bd, corrida);
     escribirProveedor(fila, bd, corrida);
-}
-
-double frmImpTarifas::precioVenta(const FormatoTarifa& formato, const Fila& fila,
-                                  const Recordset& rsArticulo) {
-    const Locale& locale = platform().locale();
-    const Variant vActual = rsArticulo.Fields("art_Pve");
-    if (!formato.bConservarPrecioMayor) {
-        toDouble(vActual, locale);  // only so that an empty current price stops the run
-        return toDouble(fila.rsOrigen.Fields(posPrecio), locale);
-    }
-    const double nPrecio = toDouble(fila.rsOrigen.Fields(posPrecio), locale);
-    const auto orden = compare(nPrecio, vActual, locale);
-    return orden && *orden < 0 ? toDouble(vActual, locale) : nPrecio;
 }
 
 void frmImpTarifas::escribirArticulo(const FormatoTarifa& formato, const Fila& fila,
@@ -168,7 +159,7 @@ void frmImpTarifas::escribirArticulo(const FormatoTarifa& formato, const Fila& f
 
 void frmImpTarifas::escribirDescuento(const ObjectRef<HostDatabase>& bd, const Corrida& corrida) {
     const ObjectRef<Recordset> rsDatos =
-        consultar("SELECT * FROM Aat WHERE Aat_id = " + plainNumber(corrida.IdArt));
+        consultar(joined({"SELECT * FROM Aat WHERE Aat_id = ", plainNumber(corrida.IdArt)}));
     EscrituraFila escritura(bd, Aat::tabla);
     if (rsDatos->RecordCount() > 0) {
         escritura.agregar(Aat::C01, corrida.sDescuento).actualizar(condicion(Aat::Id, corrida.IdArt));
@@ -181,8 +172,8 @@ void frmImpTarifas::escribirDescuento(const ObjectRef<HostDatabase>& bd, const C
 void frmImpTarifas::escribirProveedor(const Fila& fila, const ObjectRef<HostDatabase>& bd,
                                       const Corrida& corrida) {
     const ObjectRef<Recordset> rsProveedor =
-        consultar("SELECT * FROM ArtPro WHERE ARP_Ida = " + plainNumber(corrida.IdArt) +
-                  " AND ARP_Idp = " + plainNumber(campos_.IdProveedor));
+        consultar(joined({"SELECT * FROM ArtPro WHERE ARP_Ida = ", plainNumber(corrida.IdArt),
+                          " AND ARP_Idp = ", plainNumber(campos_.IdProveedor)}));
     const std::int32_t IdArtPro =
         rsProveedor->RecordCount() > 0 ? toLong(rsProveedor->Fields(0), platform().locale()) : 0;
     EscrituraFila escritura(bd, ArtPro::tabla);

@@ -19,6 +19,7 @@ inline constexpr std::int32_t adOpenDynamic = 2;
 inline constexpr std::int32_t adLockOptimistic = 3;
 inline constexpr std::int32_t adCmdText = 1;
 inline constexpr std::int32_t adOptionUnspecified = -1;
+inline constexpr std::int32_t adExecuteNoRecords = 128;
 
 class Connection;
 
@@ -69,7 +70,8 @@ class Connection {
     virtual void Open(std::string_view userId, std::string_view password, std::int32_t options) = 0;
     virtual std::int32_t State() const = 0;
 
-    /// Runs one statement. The result of a statement without rows is a closed recordset (reading it is 3704).
+    /// Runs one statement. The result of a statement without rows is a closed recordset (reading it is 3704), or
+    /// with adExecuteNoRecords nothing at all.
     virtual ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) = 0;
     /// TransactionAlreadyOpen when one is open: a connection holds one.
     virtual void BeginTrans() = 0;

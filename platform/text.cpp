@@ -57,6 +57,15 @@ std::string replaced(std::string_view text, std::string_view what, std::string_v
     return result.append(text, copied);
 }
 
+std::string joined(std::initializer_list<std::string_view> pieces) {
+    std::size_t size = 0;
+    for (const std::string_view piece : pieces) size += piece.size();
+    std::string text;
+    text.reserve(size);
+    for (const std::string_view piece : pieces) text.append(piece);
+    return text;
+}
+
 std::vector<std::string> split(std::string_view text, char separator) {
     std::vector<std::string> pieces;
     if (text.empty()) return pieces;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ctime>
+
 #include "platform/clock.h"
 
 namespace pxtarvo::portable {
@@ -8,6 +10,11 @@ namespace pxtarvo::portable {
 class SystemClock : public Clock {
   public:
     CalendarTime now() const override;
+
+  private:
+    /// The last answer: asked again within its second, the clock need not work it out anew.
+    mutable std::time_t seconds_ = -1;
+    mutable CalendarTime time_;
 };
 
 /// A clock that stands still, for runs that must give the same result every day.

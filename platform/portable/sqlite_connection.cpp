@@ -93,9 +93,10 @@ std::unique_ptr<PreparedStatement> SqliteConnection::prepareTranslated(std::stri
     return statement;
 }
 
-ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement) {
+ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement, bool wantsRecords) {
     sqlite3_stmt* const handle = statement.handle.get();
     const StatementReset reset(handle);
+    if (statement.servesShape) cache_.running(statement);
     for (std::size_t index = 0; index < statement.literals.size(); ++index) {
         const LiteralUse& use = statement.literals[index];
         if (use.bound) bindLiteral(handle, static_cast<int>(index) + 1, shape_.literals[index], use);
@@ -106,22 +107,31 @@ ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement) {
         statement.preparations = times;
         readColumns(statement);
     }
+    if (!wantsRecords) {
+        while (row) row = step(handle);
+        return nullptr;
+    }
     if (!statement.columns) return makeObject<ClientRecordset>();
-    auto rows = std::make_shared<StoredRows>(statement.columns);
+    std::shared_ptr<StoredRows> rows = statement.emptyRows();
     for (; row; row = step(handle)) rows->append(handle);
     return makeObject<ClientRecordset>(std::move(rows));
 }
 
-ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std::int32_t) {
+ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std::int32_t options) {
     refuseLostTransaction();
-    takeShape(commandText, shape_);
+    const bool wantsRecords = options == adOptionUnspecified || (options & adExecuteNoRecords) == 0;
     try {
-        PreparedStatement* statement = cache_.find(shape_.key);
-        if (statement) return run(*statement);
+        if (PreparedStatement* expected = cache_.expected();
+            expected && followShape(commandText, expected->pieces, shape_)) {
+            return run(*expected, wantsRecords);
+        }
+        takeShape(commandText, shape_);
+        if (PreparedStatement* statement = cache_.find(shape_.key)) return run(*statement, wantsRecords);
         if (schema_.refresh(database_.get())) cache_.clear();
         std::unique_ptr<PreparedStatement> prepared = prepareTranslated(commandText);
-        if (!prepared->servesShape) return run(*prepared);
-        return run(cache_.insert(shape_.key, std::move(prepared)));
+        if (!prepared->servesShape) return run(*prepared, wantsRecords);
+        prepared->pieces = shapePieces(commandText);
+        return run(cache_.insert(shape_.key, std::move(prepared)), wantsRecords);
     } catch (const RuntimeError&) {
         checkTransaction();
         if (functions_.raised) throw *std::exchange(functions_.raised, std::nullopt);

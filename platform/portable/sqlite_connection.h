@@ -40,10 +40,10 @@ class SqliteConnection final : public Connection {
     void Open(std::string_view userId, std::string_view password, std::int32_t options) override;
     std::int32_t State() const override { return adStateOpen; }
 
-    /// Runs one statement in the server's dialect (sql_translator.h); every command is a text, whatever the
-    /// options. A failed statement leaves nothing of itself behind and the transaction open. Raises
-    /// SqlSyntax, NoSuchTable, ConversionFailed, IntegrityViolation, or ProviderFailure for the file's own
-    /// troubles.
+    /// Runs one statement in the server's dialect (sql_translator.h); every command is a text, and of the
+    /// options only adExecuteNoRecords counts. A failed statement leaves nothing of itself behind and the
+    /// transaction open. Raises SqlSyntax, NoSuchTable, ConversionFailed, IntegrityViolation, or
+    /// ProviderFailure for the file's own troubles.
     ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) override;
 
     /// The file is locked for other writers at once. A failure of the file may undo the transaction; from
@@ -66,7 +66,7 @@ class SqliteConnection final : public Connection {
 
     std::unique_ptr<PreparedStatement> prepareTranslated(std::string_view commandText);
     void readColumns(PreparedStatement& statement) const;
-    ObjectRef<Recordset> run(PreparedStatement& statement);
+    ObjectRef<Recordset> run(PreparedStatement& statement, bool wantsRecords);
     /// Notices a transaction that SQLite ended by itself.
     void checkTransaction() noexcept;
     void refuseLostTransaction() const;

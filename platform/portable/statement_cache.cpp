@@ -4,20 +4,37 @@
 
 namespace pxtarvo::portable {
 
+std::shared_ptr<StoredRows> PreparedStatement::emptyRows() {
+    if (lastRows_.use_count() != 1 || !lastRows_->forget(columns))
+        lastRows_ = std::make_shared<StoredRows>(columns);
+    return lastRows_;
+}
+
+void StatementCache::running(PreparedStatement& statement) noexcept {
+    if (last_) last_->successor = &statement;
+    last_ = &statement;
+    statement.lastUse = ++uses_;
+}
+
+void StatementCache::clear() {
+    last_ = nullptr;
+    statements_.clear();
+}
+
 PreparedStatement* StatementCache::find(std::string_view shape) {
     const auto found = statements_.find(shape);
-    if (found == statements_.end()) return nullptr;
-    found->second->lastUse = ++uses_;
-    return found->second.get();
+    return found == statements_.end() ? nullptr : found->second.get();
 }
 
 PreparedStatement& StatementCache::insert(std::string shape, std::unique_ptr<PreparedStatement> statement) {
     if (statements_.size() >= capacity) {
+        // What leaves must be nobody's successor.
+        last_ = nullptr;
+        for (const auto& [key, kept] : statements_) kept->successor = nullptr;
         statements_.erase(std::min_element(
             statements_.begin(), statements_.end(),
             [](const auto& a, const auto& b) { return a.second->lastUse < b.second->lastUse; }));
     }
-    statement->lastUse = ++uses_;
     return *statements_.insert_or_assign(std::move(shape), std::move(statement)).first->second;
 }
 

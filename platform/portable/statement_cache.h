@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/portable/result_rows.h"
+#include "platform/portable/sql_tokens.h"
 #include "platform/portable/sql_translator.h"
 #include "platform/portable/sqlite_handles.h"
 
@@ -25,15 +26,28 @@ struct PreparedStatement {
     bool servesShape = true;  ///< serves every statement of its shape, so that it may be cached
     int preparations = 0;     ///< how often SQLite has prepared it anew, for a changed schema
     std::uint64_t lastUse = 0;
+    ShapePieces pieces;                      ///< of its shape
+    PreparedStatement* successor = nullptr;  ///< the statement that ran after it the last time
+
+    /// For a new result: the storage of the one before, where nobody holds it any more and it is small.
+    std::shared_ptr<StoredRows> emptyRows();
+
+  private:
+    std::shared_ptr<StoredRows> lastRows_;
 };
 
 class StatementCache {
   public:
+    /// The statement that is likely to come next, as programs repeat themselves; nullptr when nothing is
+    /// known.
+    PreparedStatement* expected() const noexcept { return last_ ? last_->successor : nullptr; }
+    /// Must be told of every statement of this cache that runs.
+    void running(PreparedStatement& statement) noexcept;
     /// nullptr when the shape is not there.
     PreparedStatement* find(std::string_view shape);
     /// The least recently used statement leaves when the cache is full.
     PreparedStatement& insert(std::string shape, std::unique_ptr<PreparedStatement> statement);
-    void clear() { statements_.clear(); }
+    void clear();
     std::size_t size() const noexcept { return statements_.size(); }
 
     static constexpr std::size_t capacity = 256;
@@ -46,6 +60,7 @@ class StatementCache {
         }
     };
     std::unordered_map<std::string, std::unique_ptr<PreparedStatement>, Hash, std::equal_to<>> statements_;
+    PreparedStatement* last_ = nullptr;
     std::uint64_t uses_ = 0;
 };
 
