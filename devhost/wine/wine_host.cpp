@@ -1,0 +1,152 @@
+#include "devhost/wine/wine_host.h"
+
+#include <stdexcept>
+
+#include "devhost/field_helper.h"
+#include "devhost/host_file.h"
+#include "devhost/recording_connection.h"
+#include "devhost/wine/ado_objects.h"
+#include "devhost/wine/field_helper_object.h"
+#include "devhost/wine/search_window.h"
+#include "devhost/wine/spreadsheet_object.h"
+#include "import/frm_imp_tarifas.h"
+#include "platform/portable/clocks.h"
+#include "platform/portable/jet_connection.h"
+
+namespace pxtarvo::devhost {
+
+using windows::Bstr;
+using windows::makeCounted;
+using windows::OwnedVariant;
+using windows::Reference;
+
+namespace {
+
+// Where the registry has no such class yet.
+constexpr CLSID connectionClass = {
+    0x00000514, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xaa, 0x00, 0x6d, 0x2e, 0xa4}};
+constexpr CLSID recordsetClass = {
+    0x00000535, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xaa, 0x00, 0x6d, 0x2e, 0xa4}};
+constexpr CLSID spreadsheetClass = {
+    0x6a1b6d60, 0x54c1, 0x4c9b, {0x8e, 0x0b, 0x3d, 0x6a, 0x51, 0xb4, 0x0c, 0x77}};
+constexpr CLSID fieldHelperClass = {
+    0x6a1b6d61, 0x54c1, 0x4c9b, {0x8e, 0x0b, 0x3d, 0x6a, 0x51, 0xb4, 0x0c, 0x77}};
+
+constexpr std::string_view fieldHelperName = "HostFields.FieldHelper";
+
+/// A new automation object; the caller's first count is the reference's.
+template <class Object, class... Arguments>
+Reference<IDispatch> dispatchOf(Arguments&&... arguments) {
+    return Reference<IDispatch>::adopt(makeCounted<Object>(std::forward<Arguments>(arguments)...).detach());
+}
+
+ScreenSession::KnownWindow described(const Window& window) {
+    ScreenSession::KnownWindow known{std::string(window.plan().name), std::string(window.plan().caption), {}};
+    for (const Control* control : window.controls()) {
+        if (control->kind() != ControlKind::Shape) known.controls.push_back(control->fullName());
+    }
+    return known;
+}
+
+}  // namespace
+
+PlugIn::PlugIn(const std::string& path) {
+    std::string name = "Z:" + path;  // the machine's own root, in every prefix
+    for (char& character : name) {
+        if (character == '/') character = '\\';
+    }
+    module_ = LoadLibraryW(Bstr(name).get());
+    if (!module_) throw std::runtime_error(path + " cannot be loaded");
+    using Entry = HRESULT(STDAPICALLTYPE*)();
+    const auto registerServer =
+        reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(module_, "DllRegisterServer")));
+    if (!registerServer || FAILED(registerServer()))
+        throw std::runtime_error(path + " does not register itself");
+}
+
+/// What the objects that the plug-in holds stand on.
+struct WineHost::Stage {
+    Stage(portable::PortableOptions options, const std::shared_ptr<Recorder>& recorder)
+        : user(std::make_shared<DevUser>(recorder)), platform(std::move(options), *user) {}
+
+    std::shared_ptr<DevUser> user;
+    portable::PortablePlatform platform;
+};
+
+WineHost::WineHost(const PlugIn& plugIn, DevHostOptions options, Recorder::Sink record, ScreenSession screen)
+    : checks_(std::make_shared<ProtocolChecks>()), state_(std::make_shared<HostState>()) {
+    if (!options.clock) options.clock = std::make_shared<portable::SystemClock>();
+    // Every line also tells the user when to act.
+    recorder_ = std::make_shared<Recorder>([this, record = std::move(record)](std::string_view line) {
+        record(line);
+        if (screen_) screen_->lineRecorded(line);
+    });
+    state_->connection = openHostFile(options.database, options.clock);
+    state_->recorder = recorder_;
+    state_->checks = checks_;
+    if (options.rotateContexts) state_->rotate = [this] { handOverNewContext(); };
+
+    portable::PortableOptions portable;
+    portable.driveC = options.driveC;
+    portable.clock = options.clock;
+    stage_ = std::make_shared<Stage>(std::move(portable), recorder_);
+    stage_->user->onSearch = [this](const Busqueda& busqueda, Recordset& rows) -> SearchChoice {
+        const auto chosen = screen_->searching([&] { return showSearchWindow(busqueda, rows); });
+        SearchChoice choice;
+        if (chosen) choice = *chosen;
+        return choice;
+    };
+
+    screen.recorder = recorder_;
+    screen.newContext = [this] { handOverNewContext(); };
+    screen.windows.push_back(described(frmImpTarifas(stage_->platform)));
+    screen_ = std::make_unique<ScreenUser>(plugIn.module(), std::move(screen));
+
+    offerClasses(options);
+    instance_ = windows::Dispatch::create("PXTarvo.PXTarvor");
+    handOverNewContext();
+}
+
+WineHost::~WineHost() {
+    state_->rotate = nullptr;
+}
+
+void WineHost::offerClasses(const DevHostOptions& options) {
+    auto makeSource = options.makeSource;
+    if (!makeSource) {
+        makeSource = [](const portable::DrivePaths& paths) -> ObjectRef<Connection> {
+            return makeObject<portable::JetConnection>(paths);
+        };
+    }
+    classes_.offer("ADODB.Connection", connectionClass, [this, makeSource] {
+        return dispatchOf<ConnectionObject>(
+            makeObject<RecordingSource>(makeSource(stage_->platform.paths()), recorder_, checks_));
+    });
+    classes_.offer("ADODB.Recordset", recordsetClass,
+                   [this] { return dispatchOf<RecordsetObject>(stage_->platform.createRecordset()); });
+    classes_.offer("Excel.Application", spreadsheetClass,
+                   [this] { return spreadsheetObject(stage_->platform.createSpreadsheet()); });
+    classes_.offer(fieldHelperName, fieldHelperClass, [this] {
+        return dispatchOf<FieldHelperObject>(
+            std::make_unique<DevFieldHelper>(stage_->user, recorder_, stage_->platform.locale()),
+            stage_->platform);
+    });
+}
+
+void WineHost::run() {
+    instance_.run(u"jImportacionTarifas");
+}
+
+Reference<IDispatch> WineHost::newContext() const {
+    return dispatchOf<HostDatabaseObject>(makeObject<DevHostDatabase>(state_));
+}
+
+void WineHost::handOverNewContext() {
+    handOver(newContext());
+}
+
+void WineHost::handOver(Reference<IDispatch> context) {
+    instance_.putReference(u"MyBd", std::move(context));
+}
+
+}  // namespace pxtarvo::devhost
