@@ -11,7 +11,9 @@ namespace pxtarvo::devhost {
 /// What the plug-in's instance stands on; the instance outlives the host.
 struct DevHost::Stage {
     Stage(portable::PortableOptions options, std::shared_ptr<Recorder> recorder)
-        : user(std::make_shared<DevUser>(std::move(recorder))), platform(std::move(options), *user) {}
+        : user(std::make_shared<DevUser>(std::move(recorder))), platform(std::move(options), *user) {
+        user->onSearchOpens = [this] { platform.desktop().dialogOpens(); };
+    }
 
     std::shared_ptr<DevUser> user;
     portable::PortablePlatform platform;

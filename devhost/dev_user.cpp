@@ -48,6 +48,7 @@ bool DevUser::lastMessageIs(std::string_view text) const {
 }
 
 std::optional<std::int32_t> DevUser::choose(const Busqueda& busqueda, Recordset& rows) {
+    if (onSearchOpens) onSearchOpens();
     std::optional<SearchChoice> choice = next(choices);
     if (!choice && onSearch) choice = onSearch(busqueda, rows);
     if (!choice) return std::nullopt;

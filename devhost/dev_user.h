@@ -43,6 +43,8 @@ class DevUser : public portable::SimulatedUser {
     std::function<void(const ShownMessage&)> onMessage;
     /// Asked when no prepared file is left; without it the dialog is cancelled.
     std::function<std::optional<std::string>(const OpenFileName&)> onChooseFile;
+    /// A search list opens.
+    std::function<void()> onSearchOpens;
     /// Asked when no prepared choice is left; without it nothing is chosen.
     std::function<SearchChoice(const Busqueda&, Recordset& rows)> onSearch;
 

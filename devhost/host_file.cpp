@@ -22,7 +22,9 @@ struct HostFile {
 
 ObjectRef<portable::SqliteConnection> open(const std::string& path, std::shared_ptr<const Clock> clock,
                                            portable::DatabaseMode mode) {
-    auto file = std::make_shared<HostFile>(path, std::move(clock), mode);
+    // An absolute path, as SQLite gives some names (":memory:") a meaning of their own.
+    const std::string absolute = std::filesystem::absolute(path).string();
+    auto file = std::make_shared<HostFile>(absolute, std::move(clock), mode);
     return std::shared_ptr<portable::SqliteConnection>(file, &file->connection);
 }
 

@@ -31,7 +31,7 @@ class EscrituraFila {
     bool borrar(std::string_view sCondicion, std::string& sMensaje);
 
   private:
-    const ObjectRef<HostDatabase>& bd_;
+    ObjectRef<HostDatabase> bd_;
 };
 
 /// " WHERE " column " = " number, as the table writer wants it.

@@ -31,10 +31,9 @@ struct frmImpTarifas::Corrida {
 /// One row of the list.
 struct frmImpTarifas::Fila {
     const Recordset& rsOrigen;
-    Variant vCodigo;       ///< without blanks
-    Variant vDescripcion;  ///< without blanks
-    double nPrecio = 0;    ///< list price
-    double nPVE = 0;       ///< selling price to write
+    Variant vCodigo;     ///< without blanks
+    double nPrecio = 0;  ///< list price
+    double nPVE = 0;     ///< selling price to write
 };
 
 void frmImpTarifas::avisarTabla(const FormatoTarifa& formato) {
@@ -99,7 +98,7 @@ void frmImpTarifas::importarFila(const FormatoTarifa& formato, const Recordset& 
     Label2.setCaption(joined({"Procesado registro ", plainNumber(corrida.nFila), " ", texto(vCodigoLista)}));
     if (formato.bContarFilas) ProgressBar1.setValue(corrida.nFila);
 
-    Fila fila{.rsOrigen = rsOrigen, .vCodigo = trimmed(vCodigoLista, locale), .vDescripcion = {}};
+    Fila fila{.rsOrigen = rsOrigen, .vCodigo = trimmed(vCodigoLista, locale)};
     const ObjectRef<Recordset> rsArticulo =
         consultar(joined({"SELECT * FROM Art WHERE Art_Cod = '", texto(fila.vCodigo), "'"}));
     const bool bExiste = rsArticulo->RecordCount() > 0;
@@ -113,7 +112,6 @@ void frmImpTarifas::importarFila(const FormatoTarifa& formato, const Recordset& 
         const auto orden = compare(fila.nPrecio, vActual, locale);
         if (orden && *orden < 0) fila.nPVE = toDouble(vActual, locale);
     }
-    fila.vDescripcion = trimmed(rsOrigen.Fields(posDescripcion), locale);
 
     const ObjectRef<HostDatabase> bd = MyBd();  // one reference for the row's three writes
     escribirArticulo(formato, fila, bd, corrida);
@@ -144,7 +142,7 @@ void frmImpTarifas::escribirArticulo(const FormatoTarifa& formato, const Fila& f
     }
 
     escritura.agregar(Art::Cod, fila.vCodigo)
-        .agregar(Art::Des, fila.vDescripcion)
+        .agregar(Art::Des, trimmed(fila.rsOrigen.Fields(posDescripcion), locale))
         .agregar(Art::PCO, nPrecioCosteNuevo)
         .agregar(Art::Rod, nCero)
         .agregar(Art::Pas, nCero)
@@ -171,13 +169,13 @@ void frmImpTarifas::escribirDescuento(const ObjectRef<HostDatabase>& bd, const C
 
 void frmImpTarifas::escribirProveedor(const Fila& fila, const ObjectRef<HostDatabase>& bd,
                                       const Corrida& corrida) {
+    const Locale& locale = platform().locale();
     const ObjectRef<Recordset> rsProveedor =
         consultar(joined({"SELECT * FROM ArtPro WHERE ARP_Ida = ", plainNumber(corrida.IdArt),
                           " AND ARP_Idp = ", plainNumber(campos_.IdProveedor)}));
-    const std::int32_t IdArtPro =
-        rsProveedor->RecordCount() > 0 ? toLong(rsProveedor->Fields(0), platform().locale()) : 0;
+    const std::int32_t IdArtPro = rsProveedor->RecordCount() > 0 ? toLong(rsProveedor->Fields(0), locale) : 0;
     EscrituraFila escritura(bd, ArtPro::tabla);
-    escritura.agregar(ArtPro::des, fila.vDescripcion)
+    escritura.agregar(ArtPro::des, trimmed(fila.rsOrigen.Fields(posDescripcion), locale))
         .agregar(ArtPro::Precio, fila.nPrecio)
         .agregar(ArtPro::Descuento, nCero);
     if (IdArtPro != 0) {

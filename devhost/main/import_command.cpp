@@ -76,6 +76,8 @@ int runImport(const CommonOptions& common, const ImportOptions& options) {
     };
     command.successMessage = "Proceso finalizado con exito";
     command.nothingHappened = nothingHappened;
+    command.nothingHappens = list != windowList;
+    command.file = options.file.value_or("");
     return runInWindow(common, command);
 }
 

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
     CLI::App program("Runs the plug-in's windows without a screen, over an embedded database file.",
                      "pxtarvo-host");
     program.require_subcommand(1);
+    program.allow_extras();  // so that a wrong word can be named
     Command command;
     addInitCommand(program, command);
     addImportCommand(program, command);
@@ -18,7 +19,11 @@ int main(int argc, char** argv) {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) return program.exit(error);  // --help
-        return leave(exitWrongCommand, error.what());
+        const std::vector<std::string> extras = program.remaining();
+        return leave(exitWrongCommand, extras.empty() ? error.what() : "unknown: " + extras.front());
+    }
+    if (const std::vector<std::string> extras = program.remaining(true); !extras.empty()) {
+        return leave(exitWrongCommand, "unknown: " + extras.front());
     }
     try {
         return command();

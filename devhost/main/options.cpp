@@ -27,7 +27,9 @@ std::optional<CalendarTime> readTime(std::string_view text) {
 }  // namespace
 
 void addCommonOptions(CLI::App& command, CommonOptions& options) {
-    command.add_option("DB", options.database, "the database file")->required();
+    command.add_option("DB", options.database, "the database file")
+        ->required()
+        ->check([](const std::string& path) { return path.empty() ? "the name is empty" : std::string(); });
     command.add_option("--trace", options.trace, "write the record of the calls to this file")
         ->type_name("FILE");
     command

@@ -1,6 +1,7 @@
 #include "devhost/main/window_command.h"
 
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 #include "devhost/main/progress_display.h"
 #include "platform/conversion.h"
 #include "platform/portable/clocks.h"
+#include "platform/portable/drive_paths.h"
 #include "platform/text.h"
 
 namespace pxtarvo::devhost {
@@ -78,8 +80,10 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
     }
     progress.end();
     if (!failure && !user.lastMessageIs(command.successMessage)) {
-        failure = user.messages().empty() ? std::string(command.nothingHappened)
-                                          : asOneLine(user.messages().back().message.text);
+        // A window still open without a run was left by a button that does nothing here.
+        failure = command.nothingHappens || user.messages().empty()
+                      ? std::string(command.nothingHappened)
+                      : asOneLine(user.messages().back().message.text);
     }
     if (options.inTransaction) {
         if (auto notCommitted = commit(host, !failure)) failure = std::move(notCommitted);
@@ -95,6 +99,18 @@ int leave(ExitStatus status, std::string_view reason) {
     return status;
 }
 
+std::optional<std::string> traceClash(const CommonOptions& options, std::string_view file) {
+    if (options.trace.empty()) return std::nullopt;
+    const std::string list = portable::DrivePaths(options.driveC).resolve(file);
+    for (const std::string& read : {options.database, list}) {
+        std::error_code missing;  // what is not there cannot be overwritten
+        if (std::filesystem::equivalent(options.trace, read, missing)) {
+            return "--trace: '" + options.trace + "' would overwrite what the command reads";
+        }
+    }
+    return std::nullopt;
+}
+
 std::shared_ptr<const Clock> clockFor(const CommonOptions& options) {
     if (options.now) return std::make_shared<portable::FixedClock>(*options.now);
     return std::make_shared<portable::SystemClock>();
@@ -106,6 +122,7 @@ std::shared_ptr<Recorder> recorderFor(const CommonOptions& options) {
 }
 
 int runInWindow(const CommonOptions& options, const WindowCommand& command) {
+    if (const auto clash = traceClash(options, command.file)) return leave(exitWrongCommand, *clash);
     DevHostOptions hostOptions;
     hostOptions.database = options.database;
     hostOptions.driveC = options.driveC;

@@ -15,6 +15,8 @@ namespace pxtarvo::devhost {
 
 /// The clock that the options ask for.
 std::shared_ptr<const Clock> clockFor(const CommonOptions& options);
+/// Says that the trace would overwrite the database or `file`, if so.
+std::optional<std::string> traceClash(const CommonOptions& options, std::string_view file);
 /// The recorder that the options ask for, empty for none; 75 where its file cannot be written.
 std::shared_ptr<Recorder> recorderFor(const CommonOptions& options);
 
@@ -23,8 +25,10 @@ struct WindowCommand {
     std::function<std::optional<std::string>(DevHost& host, Window& window)> actions;
     /// The message that ends a run which did what it was to do.
     std::string_view successMessage;
-    /// Said when no message was shown at all.
+    /// Said when no message was shown at all, or when the button has nothing to do.
     std::string_view nothingHappened;
+    bool nothingHappens = false;  ///< known beforehand of what the window is filled in with
+    std::string file{};           ///< what the run reads beside the database, empty where that is left alone
 };
 
 /// Opens the import window and runs the command in it: messages go to standard output, progress and the

@@ -54,14 +54,20 @@ Window* SimulatedDesktop::activeWindow() const {
 }
 
 MessageAnswer SimulatedDesktop::showMessage(const Message& message) {
-    pendingKeys_.clear();  // keys typed ahead go to the box
+    dialogOpens();
     if (Window* window = activeWindow()) window->settleFocus();
     const Reply reply = user_.reply(message);
-    if (reply.key != 0) release(reply.key);
+    if (reply.key != 0) pendingReleases_.push_back(reply.key);
     return reply.answer;
 }
 
+void SimulatedDesktop::dialogOpens() {
+    pendingKeys_.clear();
+    pendingReleases_.clear();
+}
+
 bool SimulatedDesktop::getOpenFileName(OpenFileName& record) {
+    dialogOpens();
     const std::optional<std::string> path = user_.chooseFile(record);
     pendingReleases_.push_back(path ? vkReturn : vkEscape);
     if (!path || toWindows1252(*path).size() >= record.nMaxFile) return false;
@@ -176,6 +182,7 @@ void SimulatedDesktop::type(TextBox& box, std::string_view text) {
 void SimulatedDesktop::press(std::int16_t key) {
     Window* window = activeWindow();
     if (!window || window->unloaded()) return;
+    workOffKeys();
     if (key == vkTab) {
         const std::vector<Control*> order = window->tabOrder();
         if (!order.empty()) {
@@ -183,12 +190,14 @@ void SimulatedDesktop::press(std::int16_t key) {
             const bool last = here == order.end() || here + 1 == order.end();
             window->focusOn(last ? *order.front() : **(here + 1));
         }
-    } else if (key == vkSpace) {
-        if (auto* button = dynamic_cast<PushButton*>(window->activeControl()))
-            window->handle(button->onClick);
     }
+    const unsigned messages = messagesShown();
     window->settleFocus();
-    release(key);
+    if (messages == messagesShown()) release(key);  // else a message box took the release
+    if (key == vkSpace) {
+        auto* button = dynamic_cast<PushButton*>(window->activeControl());
+        if (button && button->takesFocus()) window->handle(button->onClick);
+    }
     workOffKeys();
 }
 

@@ -42,6 +42,9 @@ class SimulatedDesktop : public Desktop {
     void press(std::int16_t key);
     void close(Window& window);
 
+    /// A dialog of the host's own opens on top: it takes the keys pressed and released so far.
+    void dialogOpens();
+
   protected:
     MessageAnswer showMessage(const Message& message) override;
 
@@ -55,7 +58,7 @@ class SimulatedDesktop : public Desktop {
     SimulatedUser& user_;
     std::vector<Window*> windows_;
     std::deque<std::int16_t> pendingKeys_;
-    std::deque<std::int16_t> pendingReleases_;  ///< of keys that closed a dialog
+    std::deque<std::int16_t> pendingReleases_;  ///< of keys that closed a message box or dialog
     PointerShape pointer_ = PointerShape::Default;
 };
 

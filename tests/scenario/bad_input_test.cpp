@@ -161,6 +161,30 @@ TEST_F(BadHost, MissingTableRollsBackWithItsRow) {
     }
 }
 
+/// A source that says it is not open after it was opened.
+TEST_F(BadHost, SourceThatStaysClosed) {
+    options.makeSource = memorySource({listRow("A", 1.0, "C")}, adStateClosed);
+    createEmptyDealer();
+    bool open = false;
+    inWindow([&](frmImpTarifas& window) {
+        press(window);
+        open = !window.unloaded();
+    });
+    EXPECT_THAT(messageTexts(), ElementsAre("Error en la conexion con origen datos "));
+    EXPECT_TRUE(open);
+    EXPECT_THAT(recordOf("begin"), testing::IsEmpty());
+}
+
+/// Columns are read when they are written: a list that lacks the last one gets as far as the supplier's row.
+TEST_F(BadHost, SixColumnsWithAKnownArticle) {
+    createEmptyDealer();
+    sql("INSERT INTO Art (ART_Cod,ART_PVE) VALUES ('S0',1)");
+    import({.file = sample("list-six-columns.mdb")});
+    EXPECT_EQ(recordOf("update").size(), 1u);
+    EXPECT_THAT(recordOf("insert"), ElementsAre(HasSubstr("\"Aat\"")));
+    EXPECT_EQ(recordOf("rollback").size(), 1u);
+}
+
 /// A database without suppliers cannot even load the window: the error reaches the caller.
 TEST_F(BadHost, ErrorWhileLoadingReachesTheCaller) {
     createEmptyDealer();

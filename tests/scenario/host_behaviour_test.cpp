@@ -153,9 +153,17 @@ TEST_F(HostBehaviour, WindowClosedInTheMiddleOfARun) {
     EXPECT_EQ(recordOf("unload").size(), 1u);
 }
 
-TEST_F(HostBehaviour, EscOnTheFirstNoticeClosesTheWindowAndTheRunGoesOn) {
+/// The release of a key that closed a message goes to whatever is in front by then: the second notice takes
+/// that of the first one, the window that of the second.
+TEST_F(HostBehaviour, EscOnANoticeClosesTheWindowAndTheRunGoesOn) {
+    bool open = false;
+    user().onMessage = [&](const devhost::ShownMessage&) {
+        if (user().messages().size() == 2) open = !host().desktop().activeWindow()->unloaded();
+    };
+    user().replies.push_back({MessageAnswer::Ok, vkEscape});
     user().replies.push_back({MessageAnswer::Ok, vkEscape});
     import({});
+    EXPECT_TRUE(open);
     EXPECT_EQ(messageTexts().back(), "Proceso finalizado con exito");
     EXPECT_EQ(value("SELECT count(*) FROM ArtPro"), "3");
     EXPECT_EQ(recordOf("unload").size(), 1u);

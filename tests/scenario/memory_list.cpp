@@ -6,7 +6,7 @@ namespace {
 
 struct ListContent {
     std::vector<ListRow> rows;
-    std::function<void(std::size_t)> beforeRow;
+    std::int32_t stateAfterOpen = adStateOpen;
 };
 
 class ListRows : public portable::RowStream {
@@ -21,7 +21,6 @@ class ListRows : public portable::RowStream {
     bool next() override {
         if (at_ == rows().size()) return false;
         ++at_;
-        if (count_.empty() && content_->beforeRow) content_->beforeRow(at_);
         return true;
     }
     Variant value(std::int32_t position) const override {
@@ -43,7 +42,9 @@ class MemoryList : public Connection, public portable::RowSource {
     explicit MemoryList(std::shared_ptr<const ListContent> content) : content_(std::move(content)) {}
 
     void ConnectionString(std::string_view) override {}
-    void Open(std::string_view, std::string_view, std::int32_t) override { state_ = adStateOpen; }
+    void Open(std::string_view, std::string_view, std::int32_t) override {
+        state_ = content_->stateAfterOpen;
+    }
     std::int32_t State() const override { return state_; }
     ObjectRef<Recordset> Execute(std::string_view, std::int32_t) override { return {}; }
     void BeginTrans() override {}
@@ -70,10 +71,9 @@ ListRow listRow(Variant code, Variant price, Variant group, Variant description,
             std::move(group), Null{},          Null{}, Null{},           std::move(description)};
 }
 
-std::function<ObjectRef<Connection>(const portable::DrivePaths&)> memorySource(
-    std::vector<ListRow> rows, std::function<void(std::size_t)> beforeRow) {
-    const auto content =
-        std::make_shared<const ListContent>(ListContent{std::move(rows), std::move(beforeRow)});
+std::function<ObjectRef<Connection>(const portable::DrivePaths&)> memorySource(std::vector<ListRow> rows,
+                                                                               std::int32_t stateAfterOpen) {
+    const auto content = std::make_shared<const ListContent>(ListContent{std::move(rows), stateAfterOpen});
     return [content](const portable::DrivePaths&) -> ObjectRef<Connection> {
         return makeObject<MemoryList>(content);
     };

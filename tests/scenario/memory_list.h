@@ -21,9 +21,9 @@ using ListRow = std::vector<Variant>;
 ListRow listRow(Variant code, Variant price, Variant group, Variant description = "DESCRIPCION",
                 Variant date = Variant(Date{39630.0}) /* 1 July 2008 */);
 
-/// What makes the connections to such a list, for DevHostOptions::makeSource. `beforeRow` runs before each
-/// row is delivered (1-based number), and may raise.
+/// What makes the connections to such a list, for DevHostOptions::makeSource. `stateAfterOpen` is what a
+/// connection says of itself once it was opened.
 std::function<ObjectRef<Connection>(const portable::DrivePaths&)> memorySource(
-    std::vector<ListRow> rows, std::function<void(std::size_t)> beforeRow = {});
+    std::vector<ListRow> rows, std::int32_t stateAfterOpen = adStateOpen);
 
 }  // namespace pxtarvo::test

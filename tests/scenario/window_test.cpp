@@ -152,8 +152,7 @@ TEST_F(ImportWindow, FailingChecksAreReportedAndTheWindowGoesOn) {
 
 TEST_F(ImportWindow, SupplierSearch) {
     inWindow([&](frmImpTarifas& window) {
-        user().replies.push_back(
-            {MessageAnswer::Yes, 0});  // by mouse: the release of Enter would move the focus
+        user().yesNo = MessageAnswer::Yes;
         user().choices.push_back(std::string("ana"));
         desktop->click(window.Text1[1]);
         desktop->press(vkF1);
@@ -163,14 +162,13 @@ TEST_F(ImportWindow, SupplierSearch) {
                   "Desea Buscar por el nombre Fiscal ?.\r\nSi contesta NO, la busqueda será "
                   "por Nombre Comercial");
 
-        user().replies.push_back({MessageAnswer::No, 0});
+        user().yesNo = MessageAnswer::No;
         user().choices.push_back(std::monostate());
         desktop->press(vkF1);
         EXPECT_EQ(window.Text1[1].text(), "");
         EXPECT_EQ(window.Text1[2].text(), "");
         // A negative code asks for the search too, when the field is left.
         desktop->type(window.Text1[1], "-5");
-        user().yesNo = MessageAnswer::No;
         user().choices.push_back(std::string("talleres"));
         desktop->click(window.Text1[0]);
         EXPECT_EQ(window.Text1[1].text(), "32");
@@ -247,6 +245,55 @@ TEST_F(ImportWindow, FocusColoursAndFormats) {
         desktop->type(window.Text1[1], "2x4");
         EXPECT_EQ(window.Text1[1].text(), "24") << "only digits pass";
     });
+}
+
+/// Nothing chosen in the search that a negative code or a blank one asks for leaves no supplier or brand at
+/// all.
+TEST_F(ImportWindow, SearchesWithoutAChoice) {
+    inWindow([&](frmImpTarifas& window) {
+        desktop->type(window.Text1[1], "-1");
+        EXPECT_FALSE(desktop->click(window.XPButton1));
+        EXPECT_EQ(messageTexts().back(), "Codigo Proveedor no existe");
+        EXPECT_EQ(nameOf(window.activeControl()), "Text1(1)");
+        desktop->type(window.Text1[3], "   ");
+        EXPECT_FALSE(desktop->click(window.XPButton1));
+        EXPECT_EQ(messageTexts().back(), "Codigo Marca no existe");
+        EXPECT_EQ(nameOf(window.activeControl()), "Text1(3)");
+    });
+    EXPECT_EQ(recordOf("search").size(), 2u);
+}
+
+/// The import follows the year shown, the path the year of the last click on a list.
+TEST_F(ImportWindow, YearChangedAfterTheClick) {
+    options.makeSource = memorySource({listRow("A", 1.0, "C")});
+    SetUp();
+    inWindow([&](frmImpTarifas& window) {
+        desktop->choose(window.Combo1, "2008");
+        press(window);
+    });
+    EXPECT_THAT(recordOf("source.open"), ElementsAre(HasSubstr("TARIFA2012.MDB")));
+    EXPECT_THAT(record, testing::Contains(HasSubstr("AND Art_Mar = 1")));
+}
+
+/// The progress text shows the code as the list has it; the oldest list leaves the bar alone.
+TEST_F(ImportWindow, Progress) {
+    options.makeSource = memorySource({listRow(" A ", 1.0, "C"), listRow("B", 2.0, "C")});
+    for (const char* year : {"2007", "2008", "2012"}) {
+        SCOPED_TRACE(year);
+        SetUp();
+        std::vector<std::string> shown;
+        inWindow([&](frmImpTarifas& window) {
+            user().onYielded = [&] { shown.push_back(window.Label2.caption()); };
+            desktop->choose(window.Combo1, year);
+            press(window);
+            const bool bar = std::string_view(year) != "2007";
+            EXPECT_EQ(window.ProgressBar1.visible(), bar);
+            EXPECT_EQ(window.ProgressBar1.maximum(), bar ? 2 : 100);
+            EXPECT_EQ(window.ProgressBar1.value(), bar ? 2 : 0);
+            EXPECT_EQ(window.Label2.caption(), "Procesado registro 2 B");
+        });
+        EXPECT_EQ(shown.back(), "Procesado registro 1  A ");
+    }
 }
 
 /// Nothing of the first window survives into the second.

@@ -28,9 +28,9 @@ std::vector<ListRow> fiveRows() {
     };
 }
 
-/// Article 1 costs less than its list price, article 2 more; article 3 has no price yet, but for the 2007
-/// list, which would stop there; then comes a new article with blanks around its code, and its code once
-/// more.
+/// Two runs for a brand that is not the one whose articles are retired. Article 1 costs less than its list
+/// price, article 2 more; article 3 has no price yet, but for the 2007 list, which would stop there; then
+/// comes a new article with blanks around its code, and its code once more.
 TEST_P(YearlyRecord, IsTheOneKept) {
     const std::string year = GetParam();
     options.makeSource = memorySource(fiveRows());
@@ -39,14 +39,21 @@ TEST_P(YearlyRecord, IsTheOneKept) {
     sql("INSERT INTO Art (ART_Cod,ART_PVE,Art_Estado,Art_Marca,Art_Mar) VALUES ('0.002',99.5,1,2,2)");
     sql("INSERT INTO Art (ART_Cod,ART_PVE,Art_Estado,Art_Marca,Art_Mar) VALUES ('0.003'," +
         std::string(year == "2007" ? "1" : "NULL") + ",0,1,1)");
+    sql("INSERT INTO Marcas (Marca_ID,Marca_Des,Marca_CodAbrev) VALUES (12,'Otra','OTRA')");
+    sql("INSERT INTO Art (ART_Cod,ART_PVE,Art_Estado,Art_Marca,Art_Mar) VALUES ('DE OTRA',5,0,12,12)");
     sql("INSERT INTO Aat (Aat_Id,Aat_C01) VALUES (2,'antes')");
     sql("INSERT INTO ArtPro (ARP_Ida,ARP_Idp,ARP_Cop) VALUES (2,4,'0.002')");
 
-    inWindow([&](frmImpTarifas& window) {
-        host().desktop().choose(window.Combo1, year);
-        host().desktop().click(window.Option1[0]);
-        press(window);
-    });
+    for (int run = 0; run < 2; ++run) {
+        inWindow([&](frmImpTarifas& window) {
+            host().desktop().choose(window.Combo1, year);
+            host().desktop().click(window.Option1[0]);
+            host().desktop().type(window.Text1[3], "OTRA");
+            press(window);
+        });
+    }
+    EXPECT_EQ(value("SELECT Art_Estado FROM Art WHERE Art_Cod = 'DE OTRA'"), "0")
+        << "only brand 1 is retired";
 
     const std::string kept = std::string(PXTARVO_GOLDEN_DIR) + "/import-" + year + ".jsonl";
     if (std::getenv("PXTARVO_KEEP_RECORDS")) {
@@ -57,7 +64,8 @@ TEST_P(YearlyRecord, IsTheOneKept) {
     EXPECT_EQ(record, linesOf(kept));
 }
 
-INSTANTIATE_TEST_SUITE_P(Years, YearlyRecord, ::testing::Values("2007", "2008", "2009", "2010", "2012"));
+INSTANTIATE_TEST_SUITE_P(Years, YearlyRecord,
+                         ::testing::Values("2007", "2008", "2009", "2010", "2011", "2012"));
 
 }  // namespace
 

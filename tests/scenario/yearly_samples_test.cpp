@@ -37,12 +37,13 @@ struct Article {
     std::string brand;
     std::string discount;
     std::string date;
+    std::string description;  ///< the supplier's
     bool operator==(const Article&) const = default;
 };
 
 void PrintTo(const Article& a, std::ostream* out) {
     *out << a.price << "/" << a.listPrice << "/" << a.state << "/" << a.brand << "/" << a.discount << "/"
-         << a.date;
+         << a.date << "/" << a.description;
 }
 
 constexpr const char* dayOfRun = "25/07/2012";
@@ -74,7 +75,8 @@ TEST_P(YearlySamples, LeaveWhatTheModelSays) {
         std::map<std::string, Article> articles;
         const auto rows = host().connection()->Execute(
             "SELECT Art_Cod,ART_PVE,Arp_Precio,Art_Estado," + std::string(year.brandColumn) +
-                ",Aat_C01,Art_FechaEstado FROM Art LEFT JOIN ArtPro ON ARP_Ida = Art_Id AND ARP_Idp = 4 LEFT "
+                ",Aat_C01,Art_FechaEstado,ARP_des FROM Art LEFT JOIN ArtPro ON ARP_Ida = Art_Id AND ARP_Idp "
+                "= 4 LEFT "
                 "JOIN Aat ON "
                 "Aat_Id = Art_Id",
             -1);
@@ -83,8 +85,8 @@ TEST_P(YearlySamples, LeaveWhatTheModelSays) {
             return cell.isNull() ? "NULL" : joinedText(cell, spanishLocale());
         };
         for (; !rows->Eof(); rows->MoveNext()) {
-            articles[lowerAscii(text(0))] = {text(1), text(2), text(3),
-                                             text(4), text(5), text(6).substr(0, 10)};
+            articles[lowerAscii(text(0))] = {
+                text(1), text(2), text(3), text(4), text(5), text(6).substr(0, 10), text(7)};
         }
         return articles;
     };
@@ -115,6 +117,7 @@ TEST_P(YearlySamples, LeaveWhatTheModelSays) {
         if (!kept) article.price = price;
         article.listPrice = price;
         article.date = year.listDate ? dayMonthYear(rows->value(4), spanishLocale()) : dayOfRun;
+        article.description = rows->value(9).isNull() ? "NULL" : text(9);
         if (isNew || year.reactivates) article.state = "0";
         if (isNew || year.brandColumn == std::string_view("Art_Marca")) article.brand = "1";
         if (const auto found = discountTexts.find(text(5)); found != discountTexts.end())
