@@ -89,6 +89,11 @@ void TextBox::userText(std::string_view text) {
     if (onChange) onChange();
 }
 
+void TextBox::userSelection(int start, int length) noexcept {
+    selectionStart_ = start;
+    selectionLength_ = length;
+}
+
 void TextBox::setBackColor(std::uint32_t color) {
     if (!writable() || color == backColor_) return;
     backColor_ = color;

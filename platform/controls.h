@@ -148,6 +148,8 @@ class TextBox : public Control {
 
     /// The user's typing left this text in the box.
     void userText(std::string_view text);
+    /// The user's caret and marking, in characters.
+    void userSelection(int start, int length) noexcept;
 
   private:
     std::string text_;

@@ -1,5 +1,4 @@
 -- What an import changed: this database after it, `antes` (attached) before it.
--- Only identifiers and numbers are compared: the sqlite3 tool lacks the collation of the code indexes.
 CREATE TEMP TABLE cambio AS
     SELECT d.Art_Id, a.Art_Id IS NULL AS nuevo, a.ART_PVE AS antes_pve, d.ART_PVE AS pve,
            a.Art_Estado AS antes_estado, d.Art_Estado AS estado
@@ -17,4 +16,4 @@ SELECT printf('%7d', count(DISTINCT c.Art_Id)), 'articles kept at their higher p
     WHERE NOT c.nuevo AND c.pve > p.precio AND (p.nuevo OR p.cambiado);
 SELECT printf('%7d', count(*)), 'articles retired' FROM cambio WHERE NOT nuevo AND antes_estado = 0 AND estado <> 0;
 SELECT printf('%7d', count(*)), 'supplier rows created' FROM proveedor WHERE nuevo;
-SELECT printf('%7d', count(*)), 'supplier rows updated' FROM proveedor WHERE cambiado;
+SELECT printf('%7d', count(*)), 'supplier rows changed' FROM proveedor WHERE cambiado;

@@ -83,18 +83,21 @@ class TextView : public ControlView {
     void command(WORD code) override {
         if (code != EN_CHANGE || writing_) return;
         box_.window().handle([&] { box_.userText(windowText(handle())); });
+        noteSelection();
     }
 
     HBRUSH colors(UINT message, HDC dc) override {
         if (message != WM_CTLCOLOREDIT) return nullptr;  // a disabled box keeps its grey
         if (!brush_) brush_.reset(CreateSolidBrush(realColor(box_.backColor())));
         SetBkColor(dc, realColor(box_.backColor()));
-        SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+        SetTextColor(dc, realColor(box_.foreColor()));
         return brush_.get();
     }
 
     bool intercept(UINT message, WPARAM& wParam, LPARAM) override {
+        if (message == WM_KEYUP || message == WM_LBUTTONUP || message == WM_KILLFOCUS) noteSelection();
         if (message != WM_CHAR) return false;
+        noteSelection();
         if (box_.onKeyPress && press(wParam)) return true;
         // An edit control beeps at these two; they act when they are released.
         return wParam == VK_RETURN || wParam == VK_ESCAPE;
@@ -110,6 +113,21 @@ class TextView : public ControlView {
         if (KeyAscii == 0) return true;
         if (KeyAscii != pressed) character = characterOf(KeyAscii);
         return false;
+    }
+
+    /// Takes the user's caret and marking over, for whoever asks the box.
+    void noteSelection() {
+        DWORD start = 0;
+        DWORD end = 0;
+        SendMessageW(handle(), EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+        const std::u16string text = toUtf16(box_.text());
+        const auto characters = [&](DWORD units) {
+            const auto last =
+                text.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(units, text.size()));
+            return static_cast<int>(std::count_if(
+                text.begin(), last, [](char16_t unit) { return unit < 0xDC00 || unit > 0xDFFF; }));
+        };
+        box_.userSelection(characters(start), characters(end) - characters(start));
     }
 
     void select() {

@@ -49,7 +49,11 @@ TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
     };
     const Case cases[] = {
         {"", 2, "A subcommand is required"},
-        {"export dealer.db", 2, ""},
+        {"export dealer.db", 2, "export"},
+        {"import ''", 2, "the name is empty"},
+        {"import dealer.db --trace dealer.db", 2, "would overwrite"},
+        {"import dealer.db --file list.mdb --trace list.mdb", 2, "would overwrite"},
+        {"import dealer.db --list ama --brand NADA", 1, "nothing was imported"},
         {"init", 2, "DB is required"},
         {"init dealer.db", 1, "El archivo 'dealer.db' ya existe."},
         {"init no/such/folder.db", 1, ""},
