@@ -109,7 +109,8 @@ ScreenlessUser::ScreenlessUser(DevHost& host, const UserScript& script) : host_(
         } else if (action.deed == Deed::File) {
             user.files.push_back(action.text.empty() ? std::nullopt : std::optional(action.text));
         } else if (action.deed == Deed::Search) {
-            user.choices.push_back(action.row < 0 ? SearchChoice() : SearchChoice(action.row));
+            user.choices.emplace_back(std::monostate{});
+            if (action.row >= 0) user.choices.back() = action.row;
         }
     }
     user.onWindowShown = [this](Window& window) {

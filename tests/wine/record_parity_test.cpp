@@ -1,0 +1,109 @@
+// The record of the real DLL beside the one of the same code without a screen, byte for byte.
+
+#include "wine/two_worlds.h"
+
+namespace pxtarvo::test {
+
+namespace {
+
+Action press(std::string control) {
+    return {.deed = Deed::Click, .control = std::move(control)};
+}
+Action type(int index, std::string text) {
+    return {.deed = Deed::Type, .control = "Text1", .index = index, .text = std::move(text)};
+}
+
+/// Opens the list as a user does: the year, the list, the file, the button.
+Scenario listOf(std::string name, const std::string& year, const std::string& file) {
+    Scenario scenario{.name = std::move(name)};
+    scenario.script = {{.deed = Deed::Choose, .control = "Combo1", .text = year},
+                       {.deed = Deed::Click, .control = "Option1", .index = 0},
+                       type(0, "C:\\TARVO\\" + file),
+                       {.deed = Deed::Press, .key = vkTab},
+                       press("XPButton1")};
+    // The list of 2007 stops at a price that is Null.
+    if (year == "2007") scenario.sql = {"UPDATE Art SET ART_PVE = 1 WHERE ART_PVE IS NULL"};
+    return scenario;
+}
+
+/// Adds what the user does in the middle of the run, once the third row is written.
+Scenario interrupted(Scenario scenario, Action action) {
+    action.after = "\"table\":\"ArtPro\"";
+    action.count = 3;
+    scenario.script.push_back(std::move(action));
+    return scenario;
+}
+
+Scenario with(Scenario scenario, std::vector<std::string> sql) {
+    scenario.sql = std::move(sql);
+    return scenario;
+}
+
+std::vector<Scenario> scenarios() {
+    std::vector<Scenario> all = {
+        listOf("list2007", "2007", "TARIFA2007.MDB"),
+        listOf("list2008", "2008", "TARIFA2008.MDB"),
+        listOf("list2009", "2009", "TARIFA2009.MDB"),
+        listOf("list2010", "2010", "TARIFA2012.MDB"),
+        listOf("list2011", "2011", "TARIFA2012.MDB"),
+        listOf("list2012", "2012", "TARIFA2012.MDB"),
+        listOf("apostrophe", "2012", "list-apostrophe-row-57.mdb"),
+        listOf("noPrice", "2012", "list-empty-price-row-34.mdb"),
+        listOf("textPrices", "2008", "list-text-price.mdb"),
+        listOf("nullsAndEmptyTexts", "2009", "list-nulls-and-empty-texts.mdb"),
+        listOf("sixColumns", "2012", "list-six-columns.mdb"),
+        listOf("truncated", "2012", "list-truncated.mdb"),
+        listOf("missingFile", "2012", "NO-HAY.MDB"),
+        listOf("noTable", "2012", "no-list-table.mdb"),
+        listOf("emptyTable", "2012", "list-empty-table.mdb"),
+        with(listOf("transactionOpen", "2012", "list-decimal-price.mdb"), {"BEGIN"}),
+        interrupted(listOf("secondRun", "2012", "list-decimal-price.mdb"), press("XPButton1")),
+        interrupted(listOf("closedInTheMiddle", "2012", "list-decimal-price.mdb"),
+                    {.deed = Deed::Press, .key = vkEscape}),
+        interrupted(listOf("contextReplaced", "2012", "list-decimal-price.mdb"), {.deed = Deed::Context}),
+        {.name = "unknownCodes",
+         .script = {type(1, "999"),
+                    {.deed = Deed::Press, .key = vkReturn},
+                    type(1, "24"),
+                    {.deed = Deed::Press, .key = vkReturn},
+                    type(3, "NADIE"),
+                    {.deed = Deed::Press, .key = vkReturn}}},
+        {.name = "searches",
+         .script = {press("Text1(3)"),
+                    {.deed = Deed::Press, .key = vkF1},
+                    {.deed = Deed::Search, .row = 1},
+                    {.deed = Deed::Press, .key = vkF1},
+                    {.deed = Deed::Search, .row = -1}}},
+    };
+    all.back().script[0] = {.deed = Deed::Click, .control = "Text1", .index = 3};
+    Scenario refused = listOf("articleRefused", "2012", "TARIFA2012.MDB");
+    refused.beforeWrite = [](const devhost::HostWrite& write) -> std::optional<std::string> {
+        const bool article = write.kind == devhost::WriteKind::Insert && write.table == "Art";
+        return article ? std::optional<std::string>("Tabla bloqueada por otro usuario") : std::nullopt;
+    };
+    all.push_back(refused);
+    return all;
+}
+
+class Parity : public TwoWorlds, public ::testing::WithParamInterface<Scenario> {};
+
+TEST_P(Parity, SameRecord) {
+    expectTheSame(GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(Lists, Parity, ::testing::ValuesIn(scenarios()),
+                         [](const auto& info) { return info.param.name; });
+
+/// Two thousand rows through COM, with the window repainting all along.
+TEST_F(TwoWorlds, TakesAtMostFiveTimesTheRunWithoutScreen) {
+    const Scenario scenario{.name = "speed"};
+    const Outcome dll = inTheDll(scenario);
+    const Outcome twin = withoutScreen(scenario);
+    RecordProperty("dll", std::to_string(dll.seconds));
+    std::cout << "DLL " << dll.seconds << " s, without a screen " << twin.seconds << " s\n";
+    EXPECT_LT(dll.seconds, 5 * twin.seconds);
+}
+
+}  // namespace
+
+}  // namespace pxtarvo::test
