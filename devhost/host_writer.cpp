@@ -1,11 +1,9 @@
 #include "devhost/host_writer.h"
 
-#include <charconv>
-#include <cmath>
 #include <utility>
 
 #include "devhost/recording_connection.h"
-#include "host/tables.h"
+#include "devhost/write_statement.h"
 #include "platform/conversion.h"
 
 namespace pxtarvo::devhost {
@@ -35,57 +33,7 @@ class DevParameters : public HostParameters {
     std::shared_ptr<HostState> state_;
 };
 
-void appendWhole(std::string& sql, std::int32_t number) {
-    char digits[16];
-    sql.append(digits, std::to_chars(std::begin(digits), std::end(digits), number).ptr);
-}
-
-void appendDecimal(std::string& sql, double number) {
-    if (!std::isfinite(number)) throw RuntimeError(ErrorNumber::Overflow);
-    char digits[400];  // the smallest numbers take some 340 without an exponent
-    sql.append(digits,
-               std::to_chars(std::begin(digits), std::end(digits), number, std::chars_format::fixed).ptr);
-}
-
-void appendQuoted(std::string& sql, std::string_view text) {
-    sql += '\'';
-    for (std::size_t quote; (quote = text.find('\'')) != std::string_view::npos;
-         text.remove_prefix(quote + 1)) {
-        sql.append(text.substr(0, quote)).append("''");
-    }
-    sql.append(text) += '\'';
-}
-
 }  // namespace
-
-void appendLiteral(std::string& sql, std::int32_t nTipo, const Variant& value, const Locale& locale) {
-    if (value.isNull()) {
-        sql += "NULL";
-        return;
-    }
-    const std::string* text = value.get<std::string>();
-    switch (static_cast<Tipo>(nTipo)) {
-        case Tipo::Booleano:
-            sql += toBoolean(value, locale) ? '1' : '0';
-            return;
-        case Tipo::Entero:
-            // Constants and identifiers, nearly all that is written, need no conversion.
-            if (const auto* constant = value.get<std::int16_t>()) return appendWhole(sql, *constant);
-            if (const auto* identifier = value.get<std::int32_t>()) return appendWhole(sql, *identifier);
-            return appendWhole(sql, toLong(value, locale));
-        case Tipo::Decimal:
-            return appendDecimal(sql, toDouble(value, locale));
-        case Tipo::Texto:
-            return text ? appendQuoted(sql, *text) : appendQuoted(sql, toText(value, locale));
-        case Tipo::Fecha:
-            return text ? appendQuoted(sql, *text) : appendQuoted(sql, dayMonthYear(value, locale));
-        case Tipo::Expresion:
-            if (!text) throw RuntimeError(ErrorNumber::TypeMismatch);
-            sql += *text;
-            return;
-    }
-    throw RuntimeError(ErrorNumber::InvalidProcedureCall);
-}
 
 /// The columns of the next write. Their storage is kept from write to write.
 class DevHostDatabase::FieldList : public HostFieldList {
@@ -116,6 +64,10 @@ class DevHostDatabase::FieldList : public HostFieldList {
 DevHostDatabase::DevHostDatabase(std::shared_ptr<HostState> state)
     : state_(std::move(state)), fields_(std::make_shared<FieldList>(state_)) {
     conduct_.context = ++state_->contexts;
+    if (!state_->boundWrites) {
+        auto* const database = dynamic_cast<portable::SqliteConnection*>(state_->connection.shared().get());
+        if (database) state_->boundWrites = std::make_shared<BoundWrites>(*database);
+    }
     if (!state_->rotate) {
         shared_ =
             makeObject<RecordingConnection>(state_->connection, state_->recorder, state_->checks, false);
@@ -230,47 +182,14 @@ bool DevHostDatabase::run(const HostWrite& write, std::string& sMensaje) {
         return false;
     }
     try {
-        compose(write);
+        if (state_->boundWrites && state_->boundWrites->run(write)) return true;
+        sql_.clear();
+        composeWrite(sql_, write, *state_->locale);
         state_->connection->Execute(sql_, adExecuteNoRecords);
         return true;
     } catch (const RuntimeError& error) {
         sMensaje = error.description();
         return false;
-    }
-}
-
-void DevHostDatabase::compose(const HostWrite& write) {
-    const Locale& locale = *state_->locale;
-    sql_.clear();
-    switch (write.kind) {
-        case WriteKind::Delete:
-            sql_.append("DELETE FROM ").append(write.table).append(write.condition);
-            return;
-        case WriteKind::Update: {
-            sql_.append("UPDATE ").append(write.table).append(" SET ");
-            std::string_view separator;
-            for (const WrittenColumn& column : write.columns) {
-                sql_.append(std::exchange(separator, ",")).append(column.name) += '=';
-                appendLiteral(sql_, column.nTipo, column.value, locale);
-            }
-            sql_.append(write.condition);
-            return;
-        }
-        case WriteKind::Insert: {
-            sql_.append("INSERT INTO ").append(write.table).append(" (");
-            std::string_view separator;
-            for (const WrittenColumn& column : write.columns) {
-                sql_.append(std::exchange(separator, ",")).append(column.name);
-            }
-            sql_.append(") VALUES (");
-            separator = {};
-            for (const WrittenColumn& column : write.columns) {
-                sql_.append(std::exchange(separator, ","));
-                appendLiteral(sql_, column.nTipo, column.value, locale);
-            }
-            sql_ += ')';
-            return;
-        }
     }
 }
 

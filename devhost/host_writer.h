@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "devhost/bound_writes.h"
 #include "devhost/host_write.h"
 #include "devhost/protocol_checks.h"
 #include "devhost/recorder.h"
@@ -32,13 +33,9 @@ struct HostState {
     /// Set while contexts are replaced after each use: hands the plug-in a new one.
     std::function<void()> rotate;
     ContextNumber contexts = 0;  ///< made so far
+    /// Made by the first context where `connection` is the database's own.
+    std::shared_ptr<BoundWrites> boundWrites;
 };
-
-/// Appends `value` as a literal of the kind `nTipo`: 0 as 0 or 1, 1 as a whole number (halves rounded to the
-/// even one), 2 as a number (a text read as the user writes numbers), 3 as a quoted text, 4 as a quoted
-/// DD/MM/YYYY, 6 as it stands; Null is NULL in every kind. Raises the conversion's error for a value that the
-/// kind cannot take, 5 for an unknown kind.
-void appendLiteral(std::string& sql, std::int32_t nTipo, const Variant& value, const Locale& locale);
 
 class DevHostDatabase : public HostDatabase {
   public:
@@ -69,7 +66,6 @@ class DevHostDatabase : public HostDatabase {
     void giveUp();
     bool write(WriteKind kind, std::string& sMensaje);
     bool run(const HostWrite& write, std::string& sMensaje);
-    void compose(const HostWrite& write);
     void checkFresh(std::string_view member) const;
 
     std::shared_ptr<HostState> state_;

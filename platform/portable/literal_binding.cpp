@@ -46,9 +46,10 @@ void bindText(sqlite3_stmt* statement, int parameter, std::string_view text, sql
     check(statement, sqlite3_bind_text64(statement, parameter, text.data(), text.size(), keep, SQLITE_UTF8));
 }
 
-void bindDate(sqlite3_stmt* statement, int parameter, const SqlToken& token) {
+/// `text` is nullptr for a number.
+void bindDate(sqlite3_stmt* statement, int parameter, const std::string_view* text) {
     CalendarTime time;
-    switch (token.kind == SqlTokenKind::Text ? readDayFirst(token.text, time) : DateReading::NotADate) {
+    switch (text ? readDayFirst(*text, time) : DateReading::NotADate) {
         case DateReading::NotADate:
             raiseConversion("Error de conversión al convertir una cadena de caracteres en fecha y/u hora.");
         case DateReading::OutOfRange:
@@ -78,28 +79,7 @@ void makeWhole(Number& number, ColumnType type) {
     if (number.integer < range.lowest || number.integer > range.highest) raiseOutOfRange(type);
 }
 
-}  // namespace
-
-void bindLiteral(sqlite3_stmt* statement, int parameter, const SqlToken& token, const LiteralUse& use) {
-    if (use.target == ColumnType::DateTime) {
-        bindDate(statement, parameter, token);
-        return;
-    }
-    const bool isText = token.kind == SqlTokenKind::Text;
-    if (isText && use.target == ColumnType::Undeclared) {
-        if (token.doubled) {
-            bindText(statement, parameter, plainText(token), SQLITE_TRANSIENT);
-        } else {
-            bindText(statement, parameter, token.text, SQLITE_STATIC);
-        }
-        return;
-    }
-    Number number;
-    const std::string_view digits = isText ? trimBlanks(token.text) : token.text;
-    if (!readNumber(digits, isText, number)) {
-        raiseConversion("Error al convertir el tipo de datos varchar a " +
-                        std::string(serverTypeName(use.target)) + ".");
-    }
+void bindNumber(sqlite3_stmt* statement, int parameter, Number number, const LiteralUse& use) {
     if (use.negated) {
         number.integer = -number.integer;
         number.real = -number.real;
@@ -107,6 +87,57 @@ void bindLiteral(sqlite3_stmt* statement, int parameter, const SqlToken& token, 
     if (use.assigned && isWhole(use.target)) makeWhole(number, use.target);
     check(statement, number.whole ? sqlite3_bind_int64(statement, parameter, number.integer)
                                   : sqlite3_bind_double(statement, parameter, number.real));
+}
+
+void bindDigits(sqlite3_stmt* statement, int parameter, std::string_view digits, bool sign,
+                const LiteralUse& use) {
+    Number number;
+    if (!readNumber(digits, sign, number)) {
+        raiseConversion("Error al convertir el tipo de datos varchar a " +
+                        std::string(serverTypeName(use.target)) + ".");
+    }
+    bindNumber(statement, parameter, number, use);
+}
+
+/// A number without decimals is a whole one as far as 64 bits hold its digits, which come without their sign.
+Number numberOf(double value) {
+    constexpr double limit = 9223372036854775808.0;  // 2^63
+    if (std::trunc(value) == value && std::fabs(value) < limit) {
+        return {true, static_cast<std::int64_t>(value), 0};
+    }
+    return {false, 0, value};
+}
+
+}  // namespace
+
+void bindLiteral(sqlite3_stmt* statement, int parameter, const SqlToken& token, const LiteralUse& use) {
+    const bool isText = token.kind == SqlTokenKind::Text;
+    if (use.target == ColumnType::DateTime) {
+        bindDate(statement, parameter, isText ? &token.text : nullptr);
+    } else if (!isText) {
+        bindDigits(statement, parameter, token.text, false, use);
+    } else if (use.target != ColumnType::Undeclared) {
+        bindDigits(statement, parameter, trimBlanks(token.text), true, use);
+    } else if (token.doubled) {
+        bindText(statement, parameter, plainText(token), SQLITE_TRANSIENT);
+    } else {
+        bindText(statement, parameter, token.text, SQLITE_STATIC);
+    }
+}
+
+void bindValue(sqlite3_stmt* statement, int parameter, const LiteralValue& value, const LiteralUse& use) {
+    const auto* const text = std::get_if<std::string_view>(&value);
+    if (use.target == ColumnType::DateTime) {
+        bindDate(statement, parameter, text);
+    } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
+        bindNumber(statement, parameter, {true, *whole, 0}, use);
+    } else if (const auto* number = std::get_if<double>(&value)) {
+        bindNumber(statement, parameter, numberOf(*number), use);
+    } else if (use.target != ColumnType::Undeclared) {
+        bindDigits(statement, parameter, trimBlanks(*text), true, use);
+    } else {
+        bindText(statement, parameter, *text, SQLITE_STATIC);
+    }
 }
 
 }  // namespace pxtarvo::portable

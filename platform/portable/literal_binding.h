@@ -2,6 +2,10 @@
 
 // Hands a statement's literals to the prepared statement as its parameters.
 
+#include <cstdint>
+#include <string_view>
+#include <variant>
+
 #include "platform/portable/sql_tokens.h"
 #include "platform/portable/sql_translator.h"
 
@@ -14,5 +18,11 @@ namespace pxtarvo::portable {
 /// decimals. Raises ConversionFailed for what cannot be read so or does not fit. The statement may refer to
 /// the token's text until it is bound anew.
 void bindLiteral(sqlite3_stmt* statement, int parameter, const SqlToken& token, const LiteralUse& use);
+
+/// A literal as a value: a whole number, a finite number or a text without the marks around it.
+using LiteralValue = std::variant<std::int64_t, double, std::string_view>;
+
+/// Binds `value` as bindLiteral binds the literal that writes it in full.
+void bindValue(sqlite3_stmt* statement, int parameter, const LiteralValue& value, const LiteralUse& use);
 
 }  // namespace pxtarvo::portable

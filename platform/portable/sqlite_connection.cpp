@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/portable/client_recordset.h"
-#include "platform/portable/literal_binding.h"
 
 namespace pxtarvo::portable {
 
@@ -93,13 +92,25 @@ std::unique_ptr<PreparedStatement> SqliteConnection::prepareTranslated(std::stri
     return statement;
 }
 
-ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement, bool wantsRecords) {
+PreparedStatement& SqliteConnection::lookUp(std::string_view commandText,
+                                            std::unique_ptr<PreparedStatement>& own) {
+    takeShape(commandText, shape_);
+    if (PreparedStatement* statement = cache_.find(shape_.key)) return *statement;
+    if (schema_.refresh(database_.get())) cache_.clear();
+    own = prepareTranslated(commandText);
+    if (!own->servesShape) return *own;
+    own->pieces = shapePieces(commandText);
+    return cache_.insert(shape_.key, std::move(own));
+}
+
+template <class Bind>
+ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement, bool wantsRecords,
+                                           const Bind& bind) {
     sqlite3_stmt* const handle = statement.handle.get();
     const StatementReset reset(handle);
     if (statement.servesShape) cache_.running(statement);
     for (std::size_t index = 0; index < statement.literals.size(); ++index) {
-        const LiteralUse& use = statement.literals[index];
-        if (use.bound) bindLiteral(handle, static_cast<int>(index) + 1, shape_.literals[index], use);
+        if (const LiteralUse& use = statement.literals[index]; use.bound) bind(index, use);
     }
     functions_.beginStatement();
     bool row = step(handle);
@@ -117,26 +128,52 @@ ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement, bool wa
     return makeObject<ClientRecordset>(std::move(rows));
 }
 
+ObjectRef<Recordset> SqliteConnection::runAsWritten(PreparedStatement& statement, bool wantsRecords) {
+    return run(statement, wantsRecords, [&](std::size_t index, const LiteralUse& use) {
+        bindLiteral(statement.handle.get(), static_cast<int>(index) + 1, shape_.literals[index], use);
+    });
+}
+
 ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std::int32_t options) {
     refuseLostTransaction();
     const bool wantsRecords = options == adOptionUnspecified || (options & adExecuteNoRecords) == 0;
     try {
         if (PreparedStatement* expected = cache_.expected();
             expected && followShape(commandText, expected->pieces, shape_)) {
-            return run(*expected, wantsRecords);
+            return runAsWritten(*expected, wantsRecords);
         }
-        takeShape(commandText, shape_);
-        if (PreparedStatement* statement = cache_.find(shape_.key)) return run(*statement, wantsRecords);
-        if (schema_.refresh(database_.get())) cache_.clear();
-        std::unique_ptr<PreparedStatement> prepared = prepareTranslated(commandText);
-        if (!prepared->servesShape) return run(*prepared, wantsRecords);
-        prepared->pieces = shapePieces(commandText);
-        return run(cache_.insert(shape_.key, std::move(prepared)), wantsRecords);
+        std::unique_ptr<PreparedStatement> own;
+        return runAsWritten(lookUp(commandText, own), wantsRecords);
     } catch (const RuntimeError&) {
-        checkTransaction();
-        if (functions_.raised) throw *std::exchange(functions_.raised, std::nullopt);
-        throw;
+        raiseFailure();
     }
+}
+
+void SqliteConnection::runBound(BoundStatement& statement, std::span<const LiteralValue> literals) {
+    refuseLostTransaction();
+    try {
+        if (statement.generation_ != cache_.generation()) {
+            std::unique_ptr<PreparedStatement> own;
+            statement.prepared_ = &lookUp(statement.text_, own);
+            if (own) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+            statement.generation_ = cache_.generation();
+        }
+        PreparedStatement& prepared = *statement.prepared_;
+        if (prepared.literals.size() != literals.size()) {
+            throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+        }
+        run(prepared, false, [&](std::size_t index, const LiteralUse& use) {
+            bindValue(prepared.handle.get(), static_cast<int>(index) + 1, literals[index], use);
+        });
+    } catch (const RuntimeError&) {
+        raiseFailure();
+    }
+}
+
+void SqliteConnection::raiseFailure() {
+    checkTransaction();
+    if (functions_.raised) throw *std::exchange(functions_.raised, std::nullopt);
+    throw;
 }
 
 void SqliteConnection::checkTransaction() noexcept {

@@ -3,11 +3,14 @@
 // The host connection of the portable body: a SQLite file that takes the statements of the host's server.
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "platform/clock.h"
 #include "platform/database.h"
+#include "platform/portable/bound_statement.h"
+#include "platform/portable/literal_binding.h"
 #include "platform/portable/sql_schema.h"
 #include "platform/portable/sql_tokens.h"
 #include "platform/portable/sqlite_functions.h"
@@ -46,6 +49,11 @@ class SqliteConnection final : public Connection {
     /// ProviderFailure for the file's own troubles.
     ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) override;
 
+    /// Does what Execute would do, with adExecuteNoRecords and `literals` written into the text in their
+    /// order; raises the same, and InvalidProcedureCall where the text has not as many literals. Texts must
+    /// live until the statement runs again.
+    void runBound(BoundStatement& statement, std::span<const LiteralValue> literals);
+
     /// The file is locked for other writers at once. A failure of the file may undo the transaction; from
     /// then on everything but RollbackTrans raises ProviderFailure, so that no later write stands alone.
     void BeginTrans() override;
@@ -66,7 +74,16 @@ class SqliteConnection final : public Connection {
 
     std::unique_ptr<PreparedStatement> prepareTranslated(std::string_view commandText);
     void readColumns(PreparedStatement& statement) const;
-    ObjectRef<Recordset> run(PreparedStatement& statement, bool wantsRecords);
+    /// The statement of the shape of `commandText`, which is then in shape_; one that serves no other text is
+    /// not kept but put into `own`.
+    PreparedStatement& lookUp(std::string_view commandText, std::unique_ptr<PreparedStatement>& own);
+    /// `bind` is called with each bound literal's index and use.
+    template <class Bind>
+    ObjectRef<Recordset> run(PreparedStatement& statement, bool wantsRecords, const Bind& bind);
+    ObjectRef<Recordset> runAsWritten(PreparedStatement& statement, bool wantsRecords);
+    /// To be called where an error of a statement was caught: raises it, or the one that a function of ours
+    /// had.
+    [[noreturn]] void raiseFailure();
     /// Notices a transaction that SQLite ended by itself.
     void checkTransaction() noexcept;
     void refuseLostTransaction() const;

@@ -17,6 +17,7 @@ void StatementCache::running(PreparedStatement& statement) noexcept {
 }
 
 void StatementCache::clear() {
+    ++generation_;
     last_ = nullptr;
     statements_.clear();
 }
@@ -30,6 +31,7 @@ PreparedStatement& StatementCache::insert(std::string shape, std::unique_ptr<Pre
     if (statements_.size() >= capacity) {
         // What leaves must be nobody's successor.
         last_ = nullptr;
+        ++generation_;
         for (const auto& [key, kept] : statements_) kept->successor = nullptr;
         statements_.erase(std::min_element(
             statements_.begin(), statements_.end(),

@@ -48,6 +48,8 @@ class StatementCache {
     /// The least recently used statement leaves when the cache is full.
     PreparedStatement& insert(std::string shape, std::unique_ptr<PreparedStatement> statement);
     void clear();
+    /// Another number whenever a statement has left: until then every statement stays where it is. Never 0.
+    std::uint64_t generation() const noexcept { return generation_; }
     std::size_t size() const noexcept { return statements_.size(); }
 
     static constexpr std::size_t capacity = 256;
@@ -62,6 +64,7 @@ class StatementCache {
     std::unordered_map<std::string, std::unique_ptr<PreparedStatement>, Hash, std::equal_to<>> statements_;
     PreparedStatement* last_ = nullptr;
     std::uint64_t uses_ = 0;
+    std::uint64_t generation_ = 1;
 };
 
 }  // namespace pxtarvo::portable

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "devhost/host_folder.h"
+#include "devhost/write_statement.h"
 #include "host/row_write.h"
 
 namespace pxtarvo::tests {
@@ -60,6 +61,125 @@ TEST(HostWriterLiterals, FollowTheKind) {
         devhost::appendLiteral(sql, nTipo, Null{}, spanishLocale());
         EXPECT_EQ(sql, "NULL") << nTipo;
     }
+}
+
+/// An ordinary write binds its values, an unusual one is composed. Every write is done both ways: composing
+/// is forced with a second condition that changes nothing.
+TEST(HostWriter, ValuesArriveAlikeBoundAndComposed) {
+    HostFolder host;
+    const ObjectRef<HostDatabase> context = host.context();
+    portable::SqliteConnection& database =
+        dynamic_cast<portable::SqliteConnection&>(*host.connection.shared());
+    database.runNative(
+        "CREATE TABLE Mezcla (Id INTEGER PRIMARY KEY, Texto VARCHAR(60), Entero INTEGER, Corto SMALLINT, "
+        "Byte TINYINT, Bit BIT, Numero FLOAT, Importe DECIMAL(10,2), Fecha DATETIME, Libre);"
+        "INSERT INTO Mezcla (Id) VALUES (-3), (7)");
+    database.BeginTrans();  // one transaction of the many is a good deal faster
+    const auto stored = [&](const char* column) {
+        const auto statement = portable::prepare(
+            database.handle(), std::string("SELECT typeof(x)||':'||hex(x)||':'||quote(x) FROM (SELECT ") +
+                                   column + " AS x FROM Mezcla ORDER BY Id)");
+        std::string all;
+        while (portable::step(statement.get())) {
+            const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 0));
+            all += std::string(text ? text : "null") + ' ';
+        }
+        return all;
+    };
+    struct Value {
+        std::int32_t nTipo;
+        Variant value;
+    };
+    const Value values[] = {
+        {1, std::int16_t{-32768}},
+        {1, std::int32_t{255}},
+        {1, std::int32_t{256}},
+        {1, std::int16_t{0}},
+        {1, std::int32_t{-2147483647 - 1}},
+        {2, 12.5},
+        {2, -12.5},
+        {2, 255.99},
+        {2, -0.0},
+        {2, 0.1},
+        {2, 1e15},
+        {2, 9007199254740994.0},
+        {2, 9223372036854774784.0},
+        {2, 9223372036854775808.0},
+        {2, -9223372036854775808.0},
+        {2, 1e21},
+        {2, 4.9e-324},
+        {2, -2.5e-7},
+        {2, 1.7976931348623157e308},
+        {3, "O'Ring 'x'"},
+        {3, "'"},
+        {3, ""},
+        {3, " 12 "},
+        {3, "1e3"},
+        {3, "+7"},
+        {3, "12,5"},
+        {3, "--ñ /*"},
+        {3, std::string("a\0b", 3)},
+        {3, "25/07/2012 10:30"},
+        {4, "31/12/2012"},
+        {4, "31/02/2012"},
+        {4, "2012-12-31"},
+        {6, "Getdate()"},
+    };
+    for (const char* column :
+         {"Texto", "Entero", "Corto", "Byte", "Bit", "Numero", "Importe", "Fecha", "Libre", "Nada"}) {
+        for (const Value& one : values) {
+            std::string outcomes[2];
+            for (const bool composed : {false, true}) {
+                database.runNative(
+                    "UPDATE Mezcla SET Texto=NULL,Entero=NULL,Corto=NULL,Byte=NULL,Bit=NULL,"
+                    "Numero=NULL,Importe=NULL,Fecha=NULL,Libre=NULL");
+                std::string message;
+                context->Tabla("Mezcla");
+                for (const char* where : {" WHERE Id = -3", " WHERE Id = 7"}) {
+                    context->Condicion(std::string(where) + (composed ? " AND Id <> 8" : ""));
+                    context->Campos()->Agregar(column, one.nTipo, one.value, 2);
+                    context->Ejecutar(message);
+                }
+                outcomes[composed] = (column == std::string_view("Nada") ? "" : stored(column)) + message;
+            }
+            EXPECT_EQ(outcomes[0], outcomes[1])
+                << column << ", kind " << one.nTipo << ", " << joinedText(one.value, spanishLocale());
+        }
+    }
+}
+
+/// The form of a write outlives what it was prepared for: a changed table, and other statements in between.
+TEST(HostWriter, RepeatedWritesFollowTheTables) {
+    HostFolder host;
+    const ObjectRef<HostDatabase> context = host.context();
+    portable::SqliteConnection& database =
+        dynamic_cast<portable::SqliteConnection&>(*host.connection.shared());
+    std::string message;
+    const auto insert = [&](std::int32_t id, const Variant& text) {
+        return EscrituraFila(context, Aat::tabla)
+            .agregar(Aat::Id, id)
+            .agregar(Aat::C01, text)
+            .insertar(message);
+    };
+    database.BeginTrans();
+    EXPECT_TRUE(insert(1, "12"));
+    database.runNative("DROP TABLE Aat; CREATE TABLE Aat (Aat_Id INTEGER PRIMARY KEY, Aat_C01 DATETIME)");
+    EXPECT_TRUE(insert(1, "25/07/2012"));
+    EXPECT_FALSE(insert(2, "12"));
+    EXPECT_THAT(host.rows("SELECT * FROM Aat"), ElementsAre("1|25/07/2012"));
+    database.runNative("DROP TABLE Aat");
+    EXPECT_FALSE(insert(2, "25/07/2012"));
+    EXPECT_THAT(message, HasSubstr("Aat"));
+    database.runNative("CREATE TABLE Aat (Aat_Id INTEGER PRIMARY KEY, Aat_C01 VARCHAR(60))");
+    for (std::size_t other = 0; other < 2 * portable::StatementCache::capacity; ++other) {
+        EXPECT_TRUE(insert(static_cast<std::int32_t>(other), "x"));
+        host.rows("SELECT Aat_Id AS a" + std::to_string(other) + " FROM Aat WHERE Aat_Id = 0");
+    }
+    context->Tabla("Aat");
+    context->Campos()->Agregar("Aat_Nada", 3, Null{}, 2);  // no part of a deletion
+    context->Condicion(" WHERE Aat_Id = 5");
+    EXPECT_TRUE(context->Borrar(message));
+    EXPECT_THAT(host.rows("SELECT count(*) FROM Aat"), ElementsAre("511"));
 }
 
 TEST(HostWriter, WritesInsideTheCallersTransaction) {

@@ -1,0 +1,54 @@
+#pragma once
+
+// The ordinary writes of a run are few statements repeated with other values. Each is composed once; from
+// then on only its values are handed to the database.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "devhost/host_write.h"
+#include "platform/portable/sqlite_connection.h"
+
+namespace pxtarvo::devhost {
+
+class BoundWrites {
+  public:
+    /// The connection must outlive the object.
+    explicit BoundWrites(portable::SqliteConnection& connection) : connection_(connection) {}
+
+    /// Does what executing the composed statement of `write` does, and raises the same. False, and nothing
+    /// done, for a write that must be composed: one with Null or a value that its kind has to convert, with
+    /// an expression other than the server's date, or with a condition other than " WHERE column = number".
+    bool run(const HostWrite& write);
+
+  private:
+    struct Column {
+        std::string name;
+        std::int32_t nTipo = 0;
+    };
+    /// Writes that differ in their values only.
+    struct Form {
+        WriteKind kind;
+        std::string table;
+        std::string where;  ///< the condition up to its number
+        std::vector<Column> columns;
+        portable::BoundStatement statement;
+
+        bool serves(const HostWrite& write, std::string_view where) const;
+    };
+
+    /// Fills values_; false where a value must be composed.
+    bool takeValues(const HostWrite& write);
+    /// The form that serves the write; nullptr where a name in it is more than a plain word.
+    Form* formOf(const HostWrite& write, std::string_view where);
+
+    portable::SqliteConnection& connection_;
+    std::vector<Form> forms_;
+    std::size_t next_ = 0;  ///< of forms_, likely to serve the next write: runs repeat their order
+    std::vector<portable::LiteralValue> values_;
+};
+
+}  // namespace pxtarvo::devhost
