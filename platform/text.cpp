@@ -60,9 +60,9 @@ std::string replaced(std::string_view text, std::string_view what, std::string_v
 std::string joined(std::initializer_list<std::string_view> pieces) {
     std::size_t size = 0;
     for (const std::string_view piece : pieces) size += piece.size();
-    std::string text;
-    text.reserve(size);
-    for (const std::string_view piece : pieces) text.append(piece);
+    std::string text(size, '\0');
+    auto to = text.begin();
+    for (const std::string_view piece : pieces) to = std::ranges::copy(piece, to).out;
     return text;
 }
 
