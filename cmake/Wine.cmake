@@ -28,7 +28,8 @@ function(add_wine_programs)
     add_library(wine_gtest STATIC "${googletest_source}/googletest/src/gtest-all.cc"
                                   "${googletest_source}/googletest/src/gtest_main.cc")
     target_include_directories(wine_gtest PRIVATE "${googletest_source}/googletest"
-                                          SYSTEM PUBLIC "${googletest_source}/googletest/include")
+                                          SYSTEM PUBLIC "${googletest_source}/googletest/include"
+                                                        "${googletest_source}/googlemock/include")
     file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/wine/*.cpp")
     add_executable(wine_test ${sources})
     target_include_directories(wine_test PRIVATE "${PROJECT_SOURCE_DIR}/tests")

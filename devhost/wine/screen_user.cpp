@@ -26,7 +26,6 @@ constexpr UINT tickInterval = 10;      // ms
 constexpr DWORD keyboardRest = 120;    // ms that real input takes to arrive
 constexpr DWORD keyboardDialog = 250;  // ms until a dialog has the keyboard
 constexpr DWORD pictureRest = 300;     // ms until a window is painted
-constexpr int fileNameField = 0x480;   // edt1 of the common dialogs
 
 ScreenUser* current = nullptr;
 
@@ -56,6 +55,19 @@ std::vector<HWND> threadWindows() {
     std::vector<HWND> windows;
     EnumThreadWindows(GetCurrentThreadId(), &addWindow, reinterpret_cast<LPARAM>(&windows));
     return windows;
+}
+
+BOOL CALLBACK findField(HWND window, LPARAM found) {
+    if (classOf(window) != u"Edit" || !IsWindowVisible(window)) return TRUE;
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
+/// Where the file dialog takes a name: the first text field, however deep it lies.
+HWND fileNameField(HWND dialog) {
+    HWND found = nullptr;
+    EnumChildWindows(dialog, &findField, reinterpret_cast<LPARAM>(&found));
+    return found;
 }
 
 /// The topmost window of this thread of one of these classes that the user sees.
@@ -164,10 +176,12 @@ struct ScreenUser::Calls {
 
     static BOOL WINAPI openFileName(OPENFILENAMEA* record) {
         if (!current) return GetOpenFileNameA(record);
+        current->choosingFile_ = true;
         const BOOL chosen = [&] {
             const Ticks ticks(&ticked);
             return GetOpenFileNameA(record);
         }();
+        current->choosingFile_ = false;
         current->dialogClosed();
         return chosen;
     }
@@ -235,6 +249,7 @@ HWND ScreenUser::window() const {
 void ScreenUser::hidden(HWND window) {
     if (classOf(window) != plugInClass || std::ranges::find(gone_, window) != gone_.end()) return;
     gone_.push_back(window);
+    closing_ = false;
     const std::string caption = textOf(window);
     const auto known = std::ranges::find(session_.windows, caption, &ScreenSession::KnownWindow::caption);
     if (session_.recorder) {
@@ -435,7 +450,7 @@ void ScreenUser::tick() {
     if (classOf(dialog) == searchWindowClass) {
         picture(dialog, "search");
         answerSearch(dialog, reader_.take(Deed::Search));
-    } else if (GetDlgItem(dialog, fileNameField)) {
+    } else if (choosingFile_) {
         picture(dialog, "file");
         answerFileDialog(dialog, reader_.take(Deed::File));
     } else {
@@ -465,7 +480,8 @@ void ScreenUser::answerFileDialog(HWND dialog, const Action* action) {
     if (action && action->key != vkReturn) answerKey_ = action->key;
     if (chosen) {
         const Bstr path(action->text);
-        SetDlgItemTextW(dialog, fileNameField, path.get());
+        if (const HWND field = fileNameField(dialog))
+            SendMessageW(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.get()));
     }
     if (answerKey_ == 0) return clickAt(GetDlgItem(dialog, chosen ? IDOK : IDCANCEL));
     if (session_.hands == Hands::Keyboard) return pressKey(dialog, answerKey_, false);

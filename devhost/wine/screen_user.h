@@ -93,6 +93,7 @@ class ScreenUser {
     std::int16_t answerKey_ = 0;  ///< the key that closed it
     DWORD dialogSince_ = 0;
     bool closing_ = false;
+    bool choosingFile_ = false;
     int child_ = 0;
     DWORD restUntil_ = 0;
     int pictures_ = 0;

@@ -23,6 +23,7 @@ Scenario listOf(std::string name, const std::string& year, const std::string& fi
                        press("XPButton1")};
     // The list of 2007 stops at a price that is Null.
     if (year == "2007") scenario.sql = {"UPDATE Art SET ART_PVE = 1 WHERE ART_PVE IS NULL"};
+    scenario.expected = "\"call\":\"unload\"";
     return scenario;
 }
 
@@ -82,6 +83,20 @@ std::vector<Scenario> scenarios() {
         return article ? std::optional<std::string>("Tabla bloqueada por otro usuario") : std::nullopt;
     };
     all.push_back(refused);
+    const std::pair<std::string_view, const char*> marks[] = {
+        {"transactionOpen", "Registro 0. "},
+        {"secondRun", "Error '-2147168242' en tiempo de ejecución"},
+        {"missingFile", "\"error\""},
+        {"noTable", "\"error\""},
+        {"unknownCodes", "Codigo Marca no existe"},
+        {"searches", "Buscar Marcas por nombre"},
+        {"articleRefused", "Tabla bloqueada por otro usuario"},
+    };
+    for (Scenario& scenario : all) {
+        for (const auto& [name, mark] : marks) {
+            if (scenario.name == name) scenario.expected = mark;
+        }
+    }
     return all;
 }
 

@@ -24,6 +24,8 @@ struct Scenario {
     std::vector<std::string> sql{};
     devhost::WriteHook beforeWrite{};
     bool rotateContexts = true;
+    /// Must stand in the record, so that a scenario that did not take place is noticed.
+    std::string expected{};
 };
 
 inline void PrintTo(const Scenario& scenario, std::ostream* out) {
