@@ -109,16 +109,6 @@ TEST_P(Parity, SameRecord) {
 INSTANTIATE_TEST_SUITE_P(Lists, Parity, ::testing::ValuesIn(scenarios()),
                          [](const auto& info) { return info.param.name; });
 
-/// Two thousand rows through COM, with the window repainting all along.
-TEST_F(TwoWorlds, TakesAtMostFiveTimesTheRunWithoutScreen) {
-    const Scenario scenario{.name = "speed"};
-    const Outcome dll = inTheDll(scenario);
-    const Outcome twin = withoutScreen(scenario);
-    RecordProperty("dll", std::to_string(dll.seconds));
-    std::cout << "DLL " << dll.seconds << " s, without a screen " << twin.seconds << " s\n";
-    EXPECT_LT(dll.seconds, 5 * twin.seconds);
-}
-
 }  // namespace
 
 }  // namespace pxtarvo::test
