@@ -37,13 +37,14 @@ std::string joinedText(const Variant& value, const Locale& locale);
 /// The value's text without blanks (U+0020) at both ends; Null stays Null.
 Variant trimmed(const Variant& value, const Locale& locale);
 
-/// "Is it a date": the generous reading of a user's text (day first where that gives a date, else month or year
-/// first; month names; two-digit years 1930 to 2029; an optional time of day), or a Date. Without a year it is
-/// the system's current one, without a day the month's first. A text that is one number alone is no date.
+/// "Is it a date": the generous reading of a user's text (day first where that gives a date, else month or
+/// year first; month names; two-digit years 1930 to 2029; an optional time of day), or a Date. Without a year
+/// it is the system's current one, without a day the month's first. A text that is one number alone is no
+/// date.
 bool isDate(const Variant& value, const Locale& locale);
 
-/// As isDate reads it; 13 where it is no date, 94 for Null. A number (not one written in a text) is days since
-/// 30 December 1899; 6 outside the years 100 to 9999.
+/// As isDate reads it; 13 where it is no date, 94 for Null. A number (not one written in a text) is days
+/// since 30 December 1899; 6 outside the years 100 to 9999.
 Date toDate(const Variant& value, const Locale& locale);
 
 /// "DD/MM/YYYY" with two-digit day and month and four-digit year; fails as toDate does.
@@ -51,12 +52,13 @@ std::string dayMonthYear(const Variant& value, const Locale& locale);
 std::string dayMonthYear(const CalendarTime& time);
 
 /// Null compared with anything is nullopt (matches nothing). Two texts compare exactly; a text and a number
-/// compare as numbers (13 if the text is none), a text and a date as dates. Empty is "" beside a text, else 0.
+/// compare as numbers (13 if the text is none), a text and a date as dates. Empty is "" beside a text, else
+/// 0.
 std::optional<std::partial_ordering> compare(const Variant& a, const Variant& b, const Locale& locale);
 
-/// The sum by the platform's rules: Null with anything is Null, two texts join, else a number of the wider type
-/// (Byte, Integer, Long, Single, Double, Currency, Decimal, Date; a text counts as Double), or of the next that
-/// holds the sum. Empty beside a text gives the text.
+/// The sum by the platform's rules: Null with anything is Null, two texts join, else a number of the wider
+/// type (Byte, Integer, Long, Single, Double, Currency, Decimal, Date; a text counts as Double), or of the
+/// next that holds the sum. Empty beside a text gives the text.
 Variant sum(const Variant& a, const Variant& b, const Locale& locale);
 
 /// A whole or decimal number in plain decimal form with a point, shortest form that reads back the same; no

@@ -30,8 +30,8 @@ class Recordset {
     virtual ~Recordset() = default;
 
     /// Runs `source` on `connection`; a recordset may be opened again after Close. 3705 when it is open.
-    virtual void Open(std::string_view source, const ObjectRef<Connection>& connection, std::int32_t cursorType,
-                      std::int32_t lockType, std::int32_t options) = 0;
+    virtual void Open(std::string_view source, const ObjectRef<Connection>& connection,
+                      std::int32_t cursorType, std::int32_t lockType, std::int32_t options) = 0;
     /// 3704 when it is closed, as every other member but State.
     virtual void Close() = 0;
     virtual std::int32_t State() const = 0;
@@ -70,8 +70,8 @@ class Connection {
     virtual void Open(std::string_view userId, std::string_view password, std::int32_t options) = 0;
     virtual std::int32_t State() const = 0;
 
-    /// Runs one statement. The result of a statement without rows is a closed recordset (reading it is 3704), or
-    /// with adExecuteNoRecords nothing at all.
+    /// Runs one statement. The result of a statement without rows is a closed recordset (reading it is 3704),
+    /// or with adExecuteNoRecords nothing at all.
     virtual ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) = 0;
     /// TransactionAlreadyOpen when one is open: a connection holds one.
     virtual void BeginTrans() = 0;

@@ -11,10 +11,10 @@ namespace pxtarvo {
 enum class DateOrder { DayMonthYear, MonthDayYear, YearMonthDay };
 
 struct Locale {
-    std::string decimalSeparator;   ///< one character, UTF-8
-    std::string groupSeparator;     ///< one character, UTF-8
-    std::string currencySymbol;     ///< UTF-8
-    std::string dateSeparator;      ///< one character, UTF-8
+    std::string decimalSeparator;  ///< one character, UTF-8
+    std::string groupSeparator;    ///< one character, UTF-8
+    std::string currencySymbol;    ///< UTF-8
+    std::string dateSeparator;     ///< one character, UTF-8
     DateOrder dateOrder = DateOrder::DayMonthYear;
     std::array<std::string, 12> monthNames;       ///< lower case, January first
     std::array<std::string, 12> monthShortNames;  ///< lower case, without a final point

@@ -17,11 +17,11 @@ class ObjectRef {
     ObjectRef(std::nullptr_t) {}
     ObjectRef(std::shared_ptr<T> object) : object_(std::move(object)) {}
     template <class U>
-        requires std::convertible_to<std::shared_ptr<U>, std::shared_ptr<T>>
-    ObjectRef(std::shared_ptr<U> object) : object_(std::move(object)) {}
+    requires std::convertible_to<std::shared_ptr<U>, std::shared_ptr<T>> ObjectRef(std::shared_ptr<U> object)
+        : object_(std::move(object)) {}
     template <class U>
-        requires std::convertible_to<std::shared_ptr<U>, std::shared_ptr<T>>
-    ObjectRef(const ObjectRef<U>& other) : object_(other.shared()) {}
+    requires std::convertible_to<std::shared_ptr<U>, std::shared_ptr<T>> ObjectRef(const ObjectRef<U>& other)
+        : object_(other.shared()) {}
 
     /// Raises 91 (ObjectNotSet) when the reference is empty.
     T* operator->() const { return &**this; }

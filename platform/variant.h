@@ -1,7 +1,7 @@
 #pragma once
 
-// A value as automation hands it over: it keeps the type that the database, the spreadsheet or the caller gave
-// it. Converting it to another type is in platform/conversion.h.
+// A value as automation hands it over: it keeps the type that the database, the spreadsheet or the caller
+// gave it. Converting it to another type is in platform/conversion.h.
 
 #include <cstdint>
 #include <string>
@@ -24,7 +24,8 @@ struct Currency {
     friend bool operator==(const Currency&, const Currency&) = default;
 };
 
-/// A 96-bit whole number divided by 10^scale (scale 0 to 28), as the automation type of that name (VT_DECIMAL).
+/// A 96-bit whole number divided by 10^scale (scale 0 to 28), as the automation type of that name
+/// (VT_DECIMAL).
 struct Decimal {
     std::uint64_t low = 0;
     std::uint32_t high = 0;
@@ -49,7 +50,21 @@ struct ErrorValue {
 class Variant {
   public:
     /// In the order of the storage's alternatives.
-    enum class Type { Empty, Null, Boolean, Byte, Integer, Long, Single, Double, Currency, Decimal, Date, Text, Error };
+    enum class Type {
+        Empty,
+        Null,
+        Boolean,
+        Byte,
+        Integer,
+        Long,
+        Single,
+        Double,
+        Currency,
+        Decimal,
+        Date,
+        Text,
+        Error
+    };
 
     Variant() = default;
     Variant(Empty) {}
@@ -86,8 +101,8 @@ class Variant {
     friend bool operator==(const Variant&, const Variant&) = default;
 
   private:
-    std::variant<Empty, Null, bool, std::uint8_t, std::int16_t, std::int32_t, float, double, Currency, Decimal, Date,
-                 std::string, ErrorValue>
+    std::variant<Empty, Null, bool, std::uint8_t, std::int16_t, std::int32_t, float, double, Currency,
+                 Decimal, Date, std::string, ErrorValue>
         value_;
 };
 
