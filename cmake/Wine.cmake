@@ -44,8 +44,16 @@ function(add_wine_programs)
     endforeach()
 
     enable_testing()
+    set(dll_builds win32 win64)
+    set(dll_machines i686 x86_64)
     set(session "${PROJECT_SOURCE_DIR}/tools/wine-session" "${PROJECT_BINARY_DIR}/prefix")
     add_test(NAME wine COMMAND ${session} wine "$<TARGET_FILE:wine_test>")
     add_test(NAME cscript COMMAND ${session} "${PROJECT_SOURCE_DIR}/tests/wine/cscript-session" "${PXTARVO_DLL}")
+    # Of both architectures, which the presets win32 and win64 build.
+    foreach(build machine IN ZIP_LISTS dll_builds dll_machines)
+        add_test(NAME dll_files_${build}
+                 COMMAND "${PROJECT_SOURCE_DIR}/tests/wine/dll-files"
+                         "${PROJECT_SOURCE_DIR}/build/${build}/plugin/com/PXTarvo.dll" ${PROJECT_VERSION} ${machine})
+    endforeach()
     set_tests_properties(wine cscript PROPERTIES LABELS wine RESOURCE_LOCK prefix TIMEOUT 600)
 endfunction()
