@@ -99,6 +99,12 @@ TEST(AutomationErrors, HaveThePlatformsNumbersBothWays) {
     EXPECT_EQ(resultOf(RuntimeError(0x10000, "")), E_FAIL);
 }
 
+HRESULT STDMETHODCALLTYPE fillInLater(EXCEPINFO* later) {
+    later->wCode = 1004;
+    later->bstrDescription = Bstr("tarde").detach();
+    return S_OK;
+}
+
 /// Fails with exception information, filled in at once or when asked.
 class FailingObject : public RecordingObject {
   public:
@@ -106,11 +112,7 @@ class FailingObject : public RecordingObject {
     HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO* record,
                                      UINT*) override {
         if (deferred) {
-            record->pfnDeferredFillIn = [](EXCEPINFO* later) -> HRESULT {
-                later->wCode = 1004;
-                later->bstrDescription = Bstr("tarde").detach();
-                return S_OK;
-            };
+            record->pfnDeferredFillIn = fillInLater;
         } else {
             record->scode = static_cast<SCODE>(0x800A0BCD);
         }
