@@ -14,6 +14,8 @@ list(TRANSFORM automation_files APPEND .cpp)
 file(GLOB wine_folders /usr/lib/*/wine/*-unix)
 find_library(WINE_UUID uuid PATHS ${wine_folders} NO_DEFAULT_PATH REQUIRED)
 
+enable_testing()
+
 # Called once the rooms of the portable body stand.
 function(add_wine_programs)
     add_library(automation STATIC ${automation_files})
@@ -43,7 +45,6 @@ function(add_wine_programs)
         target_compile_options(${program} PRIVATE -fPIC)  # a library to the linker, whatever its name
     endforeach()
 
-    enable_testing()
     set(dll_builds win32 win64)
     set(dll_machines i686 x86_64)
     set(session "${PROJECT_SOURCE_DIR}/tools/wine-session" "${PROJECT_BINARY_DIR}/prefix")
