@@ -1,11 +1,11 @@
 #include "devhost/protocol_checks.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <span>
 
 #include "host/tables.h"
 #include "platform/database.h"
+#include "platform/text.h"
 
 namespace pxtarvo::devhost {
 
@@ -152,12 +152,6 @@ constexpr std::string_view kindNames[] = {"insert", "update", "delete"};
 const TableRule* ruleOf(std::string_view table) {
     const auto* found = std::ranges::find(tableRules, table, &TableRule::table);
     return found == std::end(tableRules) ? nullptr : found;
-}
-
-std::string joined(std::initializer_list<std::string_view> pieces) {
-    std::string all;
-    for (const std::string_view piece : pieces) all += piece;
-    return all;
 }
 
 /// "insert Art: "
