@@ -8,7 +8,7 @@ namespace pxtarvo {
 namespace {
 
 constexpr WindowPlan planVentana{
-    .name = "frmImpTarifas", .caption = " Importación de Tarifa de recambios ", .width = 676, .height = 268};
+    .name = "frmImpTarifas", .caption = " Importación de Tarifa de recambios ", .width = 676, .height = 424};
 
 constexpr std::string_view aniosTarifa[] = {"2006", "2007", "2008", "2009", "2010", "2011", "2012"};
 constexpr int posicionAnioInicial = 6;
@@ -22,6 +22,13 @@ constexpr std::string_view sExtensionCodigosBarras = ".xls";
 
 constexpr std::string_view sFiltroFichero = "*.xls";
 constexpr std::string_view sTituloFichero = "Selección del fichero de tarifas para importar";
+
+constexpr std::string_view sMarcoCorreccion = "Frame1";
+constexpr std::string_view sDescripcionCorreccion =
+    "Proceso que busca articulos cuyo primer caracterde la izquierda no es cero, del proveedor 24 y que no "
+    "tengan punto. Existe un articulo igual a los encontrados con el cero por la izquierda, pasamos la "
+    "ubicacion "
+    "de los sin cero a los con cero y sumamos las existencias en los con cero";
 
 enum Opcion { opcionTarifa = 0, opcionCodigosBarras = 1 };
 enum Campo { campoFichero = 0, campoProveedor = 1, campoMarca = 3 };
@@ -61,6 +68,27 @@ frmImpTarifas::frmImpTarifas(Platform& platform)
           {.name = "XPButton1", .rect = {172, 166, 140, 30}, .tabIndex = 10, .caption = "Iniciar proceso"}),
       ProgressBar1(*this, {.name = "ProgressBar1", .rect = {8, 208, 660, 18}, .visible = false}),
       Label2(*this, {.name = "Label2", .rect = {8, 236, 660, 16}, .caption = "Label2"}),
+      cmdStock(*this,
+               {.name = "cmdStock", .rect = {8, 264, 160, 28}, .tabIndex = 11, .caption = "Fichero Stock"}),
+      cmdBorrado(*this, {.name = "cmdBorrado",
+                         .rect = {176, 264, 160, 28},
+                         .tabIndex = 12,
+                         .caption = "Borrado de Artículos"}),
+      XPButton4(*this, {.name = "XPButton4",
+                        .rect = {344, 264, 160, 28},
+                        .tabIndex = 13,
+                        .caption = "Actualizar Ubicaciones"}),
+      Frame1(*this,
+             {.name = sMarcoCorreccion, .rect = {8, 304, 660, 112}, .caption = "Leopoldo 25-julio-2006"}),
+      Label3(*this, {.name = "Label3",
+                     .rect = {20, 326, 480, 80},
+                     .caption = sDescripcionCorreccion,
+                     .container = sMarcoCorreccion}),
+      XPButton3(*this, {.name = "XPButton3",
+                        .rect = {516, 376, 140, 28},
+                        .tabIndex = 14,
+                        .caption = "iniciar proceso",
+                        .container = sMarcoCorreccion}),
       campos_(*this, Text1, reglasImportacion) {
     for (const auto& [indice, opcion] : Option1)
         opcion->onClick = [this, Index = indice] { Option1_Click(Index); };

@@ -23,7 +23,13 @@ class frmImpTarifas : public Window {
     PushButton XPButton2;  ///< carries no action
     PushButton XPButton1;  ///< starts the import
     ProgressBar ProgressBar1;
-    Label Label2;  ///< progress text
+    Label Label2;           ///< progress text
+    PushButton cmdStock;    ///< opens the stock window
+    PushButton cmdBorrado;  ///< opens the deletion window
+    PushButton XPButton4;   ///< location update
+    Frame Frame1;
+    Label Label3;          ///< describes the code correction
+    PushButton XPButton3;  ///< code correction
 
   protected:
     void Form_Load() override;

@@ -210,13 +210,13 @@ TEST_F(ImportWindow, BrandSearch) {
 TEST_F(ImportWindow, KeysAndTabOrder) {
     inWindow([&](frmImpTarifas& window) {
         std::vector<std::string> order;
-        for (int i = 0; i < 11; ++i) {
+        for (int i = 0; i < 15; ++i) {
             order.push_back(nameOf(window.activeControl()));
             desktop->press(vkTab);
         }
-        EXPECT_THAT(order,
-                    ElementsAre("Option1(0)", "Combo1", "Text1(0)", "cmdFichero", "XPButton2", "Text1(1)",
-                                "Text1(2)", "Text1(3)", "Text1(4)", "XPButton1", "Option1(0)"));
+        EXPECT_THAT(order, ElementsAre("Option1(0)", "Combo1", "Text1(0)", "cmdFichero", "XPButton2",
+                                       "Text1(1)", "Text1(2)", "Text1(3)", "Text1(4)", "XPButton1",
+                                       "cmdStock", "cmdBorrado", "XPButton4", "XPButton3", "Option1(0)"));
         desktop->click(window.Text1[0]);
         desktop->press(vkPageUp);
         desktop->press(vkPageDown);
