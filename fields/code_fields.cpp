@@ -76,7 +76,7 @@ void CamposCodigo::aceptarProveedor(const std::string& sElegido) {
         escribir(reglas_.nProveedor + 1, "");
         return;
     }
-    const std::vector<std::string> partes = split(sElegido, separadorBuscar);
+    const std::vector<std::string_view> partes = split(sElegido, separadorBuscar);
     if (partes.size() < 3) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
     IdProveedor = toLong(partes[0], ventana_.platform().locale());
     escribir(reglas_.nProveedor, partes[1]);
@@ -89,7 +89,7 @@ void CamposCodigo::msBuscarProveedor(std::int32_t nProveedor) {
         return;
     }
     const std::string sSQL = std::string(sProveedores) + " where Pro_COD=" + plainNumber(nProveedor);
-    const ObjectRef<Recordset> rs = MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified);
+    const ObjectRef<Recordset> rs = consultar(sSQL);
     if (rs->RecordCount() < 1) {
         escribir(reglas_.nProveedor, "");
         escribir(reglas_.nProveedor + 1, "");
@@ -114,7 +114,7 @@ void CamposCodigo::msBuscarMarca(std::string& sMarca) {
         busqueda.nAncho2 = 600;
         const std::string sElegido = oAyuda->Buscar(busqueda);
         if (characterCount(sElegido) > nSinEleccion) {
-            const std::vector<std::string> partes = split(sElegido, separadorBuscar);
+            const std::vector<std::string_view> partes = split(sElegido, separadorBuscar);
             if (partes.size() < 3) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
             sMarca = partes[2];
         }
@@ -122,7 +122,7 @@ void CamposCodigo::msBuscarMarca(std::string& sMarca) {
     if (vacio(sMarca)) return;
 
     const std::string sSQL = std::string(sMarcas) + " where Marca_CodAbrev = '" + sMarca + "'";
-    const ObjectRef<Recordset> rs = MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified);
+    const ObjectRef<Recordset> rs = consultar(sSQL);
     if (rs->RecordCount() < 1) {
         escribir(reglas_.nMarca, "");
         escribir(reglas_.nMarca + 1, "");

@@ -20,6 +20,9 @@ struct FormatoTarifa {
     bool bEscribirCal = false;           ///< write Art_Cal
 };
 
+/// The year of the list that has a table and an import of its own.
+inline constexpr std::string_view sAnio2006 = "2006";
+
 inline constexpr std::string_view sTablaTarifa = "List";
 
 inline constexpr FormatoTarifa formato2007{

@@ -10,7 +10,7 @@ namespace {
 constexpr WindowPlan planVentana{
     .name = "frmImpTarifas", .caption = " Importación de Tarifa de recambios ", .width = 676, .height = 424};
 
-constexpr std::string_view aniosTarifa[] = {"2006", "2007", "2008", "2009", "2010", "2011", "2012"};
+constexpr std::string_view aniosTarifa[] = {sAnio2006, "2007", "2008", "2009", "2010", "2011", "2012"};
 constexpr int posicionAnioInicial = 6;
 constexpr int nProveedorInicial = 24;
 constexpr std::string_view sMarcaInicial = "SAME";
@@ -101,6 +101,8 @@ frmImpTarifas::frmImpTarifas(Platform& platform)
     }
     cmdFichero.onClick = [this] { cmdFichero_Click(); };
     XPButton1.onClick = [this] { XPButton1_Click(); };
+    XPButton3.onClick = [this] { XPButton3_Click(); };
+    XPButton4.onClick = [this] { XPButton4_Click(); };
 }
 
 void frmImpTarifas::Form_Load() {
@@ -142,22 +144,22 @@ void frmImpTarifas::XPButton1_Click() {
         campos_.avisarEnCampo("Debe indicar el codigo de proveedor", campoProveedor);
     if (campos_.IdMarca == 0) campos_.avisarEnCampo("Debe indicar el codigo de la marca", campoMarca);
 
-    if (!Option1[opcionTarifa].value()) return;
-    const std::string sAnio = Combo1.text();
-    if (sAnio == "2007") {
-        msImportarTarifa2007();
-    } else if (sAnio == "2008") {
-        msImportarTarifa2008();
-    } else if (sAnio == "2009") {
-        msImportarTarifa2009();
-    } else if (sAnio != "2006") {
-        std::string sTabla(sTablaTarifa);
-        msImportarTarifa2010(sTabla);
+    if (Option1[opcionTarifa].value()) {
+        const std::string sAnio = Combo1.text();
+        if (sAnio == sAnio2006) {
+            msImportarTarifaMdb();
+        } else if (sAnio == "2007") {
+            msImportarTarifa2007();
+        } else if (sAnio == "2008") {
+            msImportarTarifa2008();
+        } else if (sAnio == "2009") {
+            msImportarTarifa2009();
+        } else {
+            std::string sTabla(sTablaTarifa);
+            msImportarTarifa2010(sTabla);
+        }
     }
-}
-
-ObjectRef<Recordset> frmImpTarifas::consultar(std::string_view sSQL) {
-    return MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified);
+    if (Option1[opcionCodigosBarras].value() && Combo1.text() == "2008") msImportarCodigoBarras();
 }
 
 std::string frmImpTarifas::texto(const Variant& valor) const {

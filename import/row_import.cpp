@@ -1,8 +1,7 @@
 // The engine of the yearly lists.
 
-#include "host/row_write.h"
 #include "import/discount_codes.h"
-#include "import/frm_imp_tarifas.h"
+#include "import/run_state.h"
 #include "platform/conversion.h"
 #include "platform/platform.h"
 #include "platform/text.h"
@@ -14,19 +13,11 @@ namespace {
 /// Columns of the list, by position.
 enum Posicion { posCodigo = 1, posPrecio = 3, posFecha = 4, posGrupo = 5, posDescripcion = 9 };
 
-constexpr std::int16_t nCero = 0;
-constexpr std::int16_t nUno = 1;
 constexpr std::int16_t nCal = 11;
 constexpr double nPrecioCosteNuevo = 0;
+constexpr std::int32_t IdMarcaRetirada = 1;  // whatever brand the window shows
 
 }  // namespace
-
-/// What one run keeps from row to row.
-struct frmImpTarifas::Corrida {
-    double nFila = 0;        ///< 1-based; 0 before the first row
-    std::int32_t IdArt = 0;  ///< the row's article, 0 while it is not known to exist
-    std::string sDescuento;  ///< of the last recognised group; never emptied
-};
 
 /// One row of the list.
 struct frmImpTarifas::Fila {
@@ -41,10 +32,7 @@ void frmImpTarifas::avisarTabla(const FormatoTarifa& formato) {
 }
 
 void frmImpTarifas::msImportarTarifa(const FormatoTarifa& formato) {
-    if (!msConectarOrigen()) {
-        avisar("Error en la conexion con origen datos ");  // no error is pending that could describe it
-        return;
-    }
+    if (!abrirOrigen()) return;
     const ObjectRef<Recordset> rsOrigen = platform().createRecordset();
     const std::string sTabla(formato.sTabla);
     std::int32_t nFilas = 0;
@@ -65,29 +53,14 @@ void frmImpTarifas::msImportarTarifa(const FormatoTarifa& formato) {
     rsOrigen->MoveFirst();
 
     Corrida corrida;
-    std::string sResultado = "Proceso finalizado con exito";
-    try {
+    correr(corrida, [&] {
         MyBd()->Conexion()->BeginTrans();
-        retirarArticulos(formato);
+        retirarArticulos(formato.sCampoMarca, IdMarcaRetirada);
         while (!rsOrigen->Eof()) {
             importarFila(formato, *rsOrigen, corrida);
             rsOrigen->MoveNext();
         }
-        MyBd()->Conexion()->CommitTrans();
-    } catch (const RuntimeError& error) {
-        MyBd()->Conexion()->RollbackTrans();
-        sResultado = "Registro " + plainNumber(corrida.nFila) + ". " + error.description();
-    }
-    avisar(sResultado);
-    Unload();
-}
-
-void frmImpTarifas::retirarArticulos(const FormatoTarifa& formato) {
-    // Brand 1, whatever brand the window shows.
-    std::string sSQL = "UPDATE Art Set Art_Estado=1, Art_FechaEstado = '";
-    sSQL.append(dayMonthYear(platform().clock().now()));
-    sSQL.append("' WHERE Art_Estado =0 AND ").append(formato.sCampoMarca).append(" = 1");
-    consultar(sSQL);
+    });
 }
 
 void frmImpTarifas::importarFila(const FormatoTarifa& formato, const Recordset& rsOrigen, Corrida& corrida) {
@@ -95,12 +68,11 @@ void frmImpTarifas::importarFila(const FormatoTarifa& formato, const Recordset& 
     platform().desktop().doEvents();
     corrida.nFila += 1;
     const Variant vCodigoLista = rsOrigen.Fields(posCodigo);
-    Label2.setCaption(joined({"Procesado registro ", plainNumber(corrida.nFila), " ", texto(vCodigoLista)}));
+    mostrarProgreso(corrida, texto(vCodigoLista));
     if (formato.bContarFilas) ProgressBar1.setValue(corrida.nFila);
 
     Fila fila{.rsOrigen = rsOrigen, .vCodigo = trimmed(vCodigoLista, locale)};
-    const ObjectRef<Recordset> rsArticulo =
-        consultar(joined({"SELECT * FROM Art WHERE Art_Cod = '", texto(fila.vCodigo), "'"}));
+    const ObjectRef<Recordset> rsArticulo = buscarArticulo(sCodigoArticulo, texto(fila.vCodigo));
     const bool bExiste = rsArticulo->RecordCount() > 0;
     corrida.IdArt = bExiste ? toLong(rsArticulo->Fields(0), locale) : 0;
     if (bExiste && !formato.bConservarPrecioMayor) {
@@ -119,7 +91,14 @@ void frmImpTarifas::importarFila(const FormatoTarifa& formato, const Recordset& 
         corrida.sDescuento = *sTexto;
     }
     escribirDescuento(bd, corrida);
-    escribirProveedor(fila, bd, corrida);
+    const std::int32_t IdArtPro = buscarArtPro(corrida.IdArt);
+    escribirProveedor(bd,  // a refusal goes unnoticed
+                      {.IdArt = corrida.IdArt,
+                       .vCodigo = fila.vCodigo,
+                       .vDescripcion = trimmed(rsOrigen.Fields(posDescripcion), locale),
+                       .vPrecio = fila.nPrecio,
+                       .vDescuento = nCero},
+                      IdArtPro);
 }
 
 void frmImpTarifas::escribirArticulo(const FormatoTarifa& formato, const Fila& fila,
@@ -143,16 +122,12 @@ void frmImpTarifas::escribirArticulo(const FormatoTarifa& formato, const Fila& f
 
     escritura.agregar(Art::Cod, fila.vCodigo)
         .agregar(Art::Des, trimmed(fila.rsOrigen.Fields(posDescripcion), locale))
-        .agregar(Art::PCO, nPrecioCosteNuevo)
-        .agregar(Art::Rod, nCero)
-        .agregar(Art::Pas, nCero)
-        .agregar(Art::Mat, nCero)
-        .agregar(Art::TIPO, nUno)
-        .agregar(Art::Alma, nUno);
+        .agregar(Art::PCO, nPrecioCosteNuevo);
+    agregarConstantes(escritura);
     if (!formato.bMarcaSeleccionada) escritura.agregar(marca, nUno);
     std::string sMensaje;
     if (!escritura.insertar(sMensaje)) throw RuntimeError(ErrorNumber::HostRefused, sMensaje);
-    corrida.IdArt = toLong(consultar("SELECT MAX(Art_Id) FROM Art")->Fields(0), locale);
+    corrida.IdArt = ultimoArticulo();
 }
 
 void frmImpTarifas::escribirDescuento(const ObjectRef<HostDatabase>& bd, const Corrida& corrida) {
@@ -164,28 +139,6 @@ void frmImpTarifas::escribirDescuento(const ObjectRef<HostDatabase>& bd, const C
     } else {
         std::string sMensaje;
         escritura.agregar(Aat::Id, corrida.IdArt).agregar(Aat::C01, corrida.sDescuento).insertar(sMensaje);
-    }
-}
-
-void frmImpTarifas::escribirProveedor(const Fila& fila, const ObjectRef<HostDatabase>& bd,
-                                      const Corrida& corrida) {
-    const Locale& locale = platform().locale();
-    const ObjectRef<Recordset> rsProveedor =
-        consultar(joined({"SELECT * FROM ArtPro WHERE ARP_Ida = ", plainNumber(corrida.IdArt),
-                          " AND ARP_Idp = ", plainNumber(campos_.IdProveedor)}));
-    const std::int32_t IdArtPro = rsProveedor->RecordCount() > 0 ? toLong(rsProveedor->Fields(0), locale) : 0;
-    EscrituraFila escritura(bd, ArtPro::tabla);
-    escritura.agregar(ArtPro::des, trimmed(fila.rsOrigen.Fields(posDescripcion), locale))
-        .agregar(ArtPro::Precio, fila.nPrecio)
-        .agregar(ArtPro::Descuento, nCero);
-    if (IdArtPro != 0) {
-        escritura.actualizar(condicion(ArtPro::Id, IdArtPro));
-    } else {
-        std::string sMensaje;
-        escritura.agregar(ArtPro::Cop, fila.vCodigo)
-            .agregar(ArtPro::Idp, campos_.IdProveedor)
-            .agregar(ArtPro::Ida, corrida.IdArt)
-            .insertar(sMensaje);
     }
 }
 

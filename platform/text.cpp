@@ -66,8 +66,8 @@ std::string joined(std::initializer_list<std::string_view> pieces) {
     return text;
 }
 
-std::vector<std::string> split(std::string_view text, char separator) {
-    std::vector<std::string> pieces;
+std::vector<std::string_view> split(std::string_view text, char separator) {
+    std::vector<std::string_view> pieces;
     if (text.empty()) return pieces;
     std::size_t start = 0;
     for (std::size_t found; (found = text.find(separator, start)) != std::string_view::npos;

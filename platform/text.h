@@ -24,8 +24,9 @@ std::string paddedRight(std::string_view text, std::size_t width);
 std::string replaced(std::string_view text, std::string_view what, std::string_view by);
 /// The pieces one behind the other.
 std::string joined(std::initializer_list<std::string_view> pieces);
-/// Split at every `separator`, empty pieces kept; an empty text has no piece at all.
-std::vector<std::string> split(std::string_view text, char separator);
+/// Split at every `separator`, empty pieces kept; an empty text has no piece at all. The pieces are views
+/// into `text`.
+std::vector<std::string_view> split(std::string_view text, char separator);
 
 /// Equal without regard to the case of ASCII letters: names of tables, columns and files' extensions.
 bool equalIgnoringAsciiCase(std::string_view a, std::string_view b);

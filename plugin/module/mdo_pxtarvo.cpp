@@ -50,6 +50,10 @@ ObjectRef<HostDatabase> MyBd() {
     return goInstancia().MyBd();
 }
 
+ObjectRef<Recordset> consultar(std::string_view sSQL) {
+    return MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified);
+}
+
 std::string SeleccionarFichero(std::string_view sDirectorio, std::string_view sFiltro,
                                std::string_view sTitulo) {
     OpenFileName registro;

@@ -34,6 +34,9 @@ const Instancia& goInstancia();
 /// empty one.
 ObjectRef<HostDatabase> MyBd();
 
+/// Runs `sSQL` on the host's connection, both read afresh.
+ObjectRef<Recordset> consultar(std::string_view sSQL);
+
 /// Shows the open-file dialog in `sDirectorio`. `sFiltro` goes to the dialog unchanged; empty stands for
 /// spreadsheet workbooks. The chosen path without blanks at both ends, or empty when cancelled; raises
 /// nothing.

@@ -26,8 +26,8 @@ TEST(Text, CutsAndPadsByCharacters) {
 TEST(Text, ReplacesAndSplits) {
     EXPECT_EQ(replaced("a''b'", "'", "''"), "a''''b''");
     EXPECT_EQ(replaced("aaa", "aa", ""), "a");
-    EXPECT_EQ(split("", ';'), std::vector<std::string>{});
-    EXPECT_EQ(split(";a;;", ';'), (std::vector<std::string>{"", "a", "", ""}));
+    EXPECT_EQ(split("", ';'), std::vector<std::string_view>{});
+    EXPECT_EQ(split(";a;;", ';'), (std::vector<std::string_view>{"", "a", "", ""}));
     EXPECT_TRUE(equalIgnoringAsciiCase("Art_Cod", "ART_COD"));
     EXPECT_FALSE(equalIgnoringAsciiCase("ñ", "Ñ"));
     EXPECT_FALSE(equalIgnoringAsciiCase("[", "{"));

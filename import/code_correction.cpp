@@ -1,0 +1,159 @@
+// The code correction: the stock of articles coded without a leading zero moves to the same codes with it.
+
+#include <cmath>
+
+#include "import/run_state.h"
+#include "platform/conversion.h"
+#include "platform/platform.h"
+#include "platform/text.h"
+
+namespace pxtarvo {
+
+namespace {
+
+// The supplier is the literal 4, whatever supplier the window shows.
+constexpr std::string_view sOrigen =
+    "select Art_Id,Art_Cod,Exis_Id,Exis_alma,Exis_Cantidad  from art "
+    "INNER JOIN EXIS ON EXIS_IDART = ART_ID "
+    "WHERE substring(art_cod,1,1)<>'0' "
+    "AND art_cod = replace(art_cod,'.','A') "
+    "AND art_id in(SELECT ArP_Ida FROM ArtPro WHERE ArP_Idp = 4) ";
+
+constexpr std::string_view sComNueva =
+    "Nuevo registro de existencias para articulo con codigo cero. origen articulo sin cero";
+constexpr std::string_view sComAumentada = "Actualizacion desde codigo de articulo sin cero a con cero";
+constexpr std::string_view sComVaciada = "Actualizacion de existencias a cero del articulo sin cero";
+
+constexpr std::string_view sEntrada = "E";
+constexpr std::string_view sSalida = "S";
+
+}  // namespace
+
+/// One row of the stock history, but for what all of them have.
+struct frmImpTarifas::FilaHistoria {
+    std::string_view sTipo;
+    Variant vArticulo;
+    double nCantidad = 0;
+    std::string_view sCom;
+    Variant vExistencia;  ///< the stock row moved
+};
+
+void frmImpTarifas::XPButton3_Click() {
+    Message pregunta;
+    pregunta.text = "Confirma que desea comenzar el proceso";
+    pregunta.buttons = MessageButtons::YesNo;
+    pregunta.defaultsToNo = true;
+    if (platform().desktop().messageBox(pregunta) != MessageAnswer::Yes) return;
+
+    const ObjectRef<Recordset> rsOrigen = consultar(sOrigen);
+    MyBd()->Conexion()->BeginTrans();
+    std::string sResultado = "proceso concluido";
+    try {
+        while (!rsOrigen->Eof() && !rsOrigen->Bof()) {
+            pasarExistencias(*rsOrigen);
+            rsOrigen->MoveNext();
+        }
+        MyBd()->Conexion()->CommitTrans();
+    } catch (const RuntimeError& error) {
+        MyBd()->Conexion()->RollbackTrans();
+        sResultado = error.description();
+    }
+    avisar(sResultado);
+}
+
+void frmImpTarifas::pasarExistencias(const Recordset& rsOrigen) {
+    const Locale& locale = platform().locale();
+    const ObjectRef<Recordset> rsCero =
+        consultar(joined({"SELECT * FROM Art WHERE Art_Cod= '0", texto(rsOrigen.Fields("Art_Cod")), "'"}));
+    if (rsCero->RecordCount() < 1) return;
+    const Variant vCantidad = rsOrigen.Fields("Exis_Cantidad");
+    const Variant vArticuloCero = rsCero->Fields("Art_Id");
+    const ObjectRef<Recordset> rsDestino =
+        consultar("SELECT * FROM Exis WHERE Exis_IdArt = " + texto(vArticuloCero));
+
+    FilaHistoria entrada;
+    entrada.vArticulo = vArticuloCero;
+    if (rsDestino->RecordCount() < 1) {
+        EscrituraFila escritura(MyBd(), Exis::tabla, AbrirCon::Limpiar);
+        std::string sMensaje;
+        escritura.agregar(Exis::alma, rsOrigen.Fields("Exis_alma"))
+            .agregar(Exis::CodArt, rsCero->Fields("Art_Cod"))
+            .agregar(Exis::Des, rsCero->Fields("Art_Des"))
+            .agregar(Exis::For, nCero)
+            .agregarFechaServidor(Exis::Fentrada)
+            .agregar(Exis::Pro, nCero)
+            .agregar(Exis::Cantidad, vCantidad)
+            .agregar(Exis::Largo, nCero)
+            .agregar(Exis::Ancho, nCero)
+            .agregar(Exis::Espesor, nCero)
+            .agregar(Exis::DMext, nCero)
+            .agregar(Exis::DMint, nCero)
+            .agregar(Exis::Lpc, nCero)
+            .agregar(Exis::Lac, nCero)
+            .agregar(Exis::Kg, vCantidad)  // the quantity, not a weight
+            .agregar(Exis::Kill, nCero)
+            .agregar(Exis::IdArt, vArticuloCero)
+            .agregar(Exis::Lote, "")
+            .agregar(Exis::KgReal, nCero)
+            .insertar(sMensaje);
+        entrada.vExistencia = toLong(consultar("SELECT MAX(Exis_Id) FROM Exis")->Fields(0), locale);
+        entrada.nCantidad = toDouble(vCantidad, locale);
+        entrada.sCom = sComNueva;
+    } else {
+        const Variant vTotal = sum(rsDestino->Fields("Exis_Cantidad"), vCantidad, locale);
+        const std::int32_t IdExis = toLong(rsDestino->Fields("Exis_Id"), locale);
+        EscrituraFila(MyBd(), Exis::tabla, AbrirCon::Limpiar)
+            .agregarFechaServidor(Exis::Fentrada)
+            .agregar(Exis::Cantidad, vTotal)
+            .agregar(Exis::Kg, vTotal)
+            .actualizar(condicion(Exis::Id, IdExis));
+        entrada.vExistencia = IdExis;
+        entrada.nCantidad = toDouble(vTotal, locale);  // the new total, not the quantity moved
+        entrada.sCom = sComAumentada;
+    }
+    entrada.sTipo = entrada.nCantidad > 0 ? sEntrada : sSalida;
+    escribirHistoria(rsOrigen, entrada);
+
+    EscrituraFila(MyBd(), Exis::tabla, AbrirCon::Limpiar)
+        .agregarFechaServidor(Exis::Fentrada)
+        .agregar(Exis::Cantidad, nCero)
+        .agregar(Exis::Kg, nCero)
+        .actualizar(condicion(Exis::Id, toLong(rsOrigen.Fields("Exis_Id"), locale)));
+
+    const double nCantidad = toDouble(vCantidad, locale);
+    escribirHistoria(rsOrigen, {.sTipo = nCantidad > 0 ? sSalida : sEntrada,
+                                .vArticulo = rsOrigen.Fields("Art_Id"),
+                                .nCantidad = std::abs(nCantidad),
+                                .sCom = sComVaciada,
+                                .vExistencia = rsOrigen.Fields("Exis_Id")});
+}
+
+void frmImpTarifas::escribirHistoria(const Recordset& rsOrigen, const FilaHistoria& historia) {
+    const std::int32_t nUsuario = MyBd()->Usuario();
+    EscrituraFila escritura(MyBd(), Hexis::tabla, AbrirCon::Limpiar);
+    std::string sMensaje;
+    escritura.agregar(Hexis::Tipo, historia.sTipo)
+        .agregar(Hexis::alma, rsOrigen.Fields("Exis_alma"))
+        .agregar(Hexis::idArt, historia.vArticulo)
+        .agregarFechaServidor(Hexis::Fecha)
+        .agregar(Hexis::Cantidad, historia.nCantidad)
+        .agregar(Hexis::Unidades, historia.nCantidad)
+        .agregar(Hexis::Importe, nCero)
+        .agregar(Hexis::Lac, nCero)
+        .agregar(Hexis::Lav, nCero)
+        .agregar(Hexis::Com, historia.sCom)
+        .agregar(Hexis::For, nCero)
+        .agregar(Hexis::Fac, nUno)
+        .agregar(Hexis::Largo, nCero)
+        .agregar(Hexis::Ancho, nCero)
+        .agregar(Hexis::Espesor, nCero)
+        .agregar(Hexis::DMext, nCero)
+        .agregar(Hexis::DMint, nCero)
+        .agregar(Hexis::Precio, nCero)
+        .agregar(Hexis::Usu, nUsuario)
+        .agregar(Hexis::Exis, historia.vExistencia)
+        .agregar(Hexis::Lma, nCero)
+        .insertar(sMensaje);
+}
+
+}  // namespace pxtarvo
