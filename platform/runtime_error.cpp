@@ -33,6 +33,7 @@ constexpr auto descriptions = std::to_array<Description>({
     {53, "No se encontró el archivo"},
     {54, "Modo de archivo incorrecto"},
     {55, "El archivo ya está abierto"},
+    {57, "Error de E/S de dispositivo"},
     {61, "Disco lleno"},
     {62, "Se ha sobrepasado el final del archivo"},
     {70, "Permiso denegado"},

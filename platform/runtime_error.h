@@ -21,6 +21,8 @@ enum class ErrorNumber : std::int32_t {
     FileNotFound = 53,
     BadFileMode = 54,
     FileAlreadyOpen = 55,
+    DeviceInputOutput = 57,
+    DiskFull = 61,
     InputPastEnd = 62,
     PermissionDenied = 70,
     PathFileAccess = 75,

@@ -1,9 +1,10 @@
 #include "platform/portable/sequential_files.h"
 
-#include <algorithm>
-#include <array>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -17,18 +18,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int lastFileNumber = 511;
-constexpr char carriageReturn = '\r';
-constexpr char lineFeed = '\n';
+constexpr mode_t readableByAll = 0666;  // as far as the user's mask lets it be
 
-struct CloseStream {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-};
-using Stream = std::unique_ptr<std::FILE, CloseStream>;
-
-[[noreturn]] void raiseTransferError(int systemError) {
-    if (systemError == ENOSPC || systemError == EDQUOT) throw RuntimeError(diskFullError, "Disco lleno");
-    throw RuntimeError(deviceInputOutputError, "Error de E/S de dispositivo");
+[[noreturn]] void raiseTransferError() {
+    const bool full = errno == ENOSPC || errno == EDQUOT;
+    throw RuntimeError(full ? ErrorNumber::DiskFull : ErrorNumber::DeviceInputOutput);
 }
 
 /// What the language raises for a file that did not open.
@@ -51,136 +45,77 @@ ErrorNumber openingError(int systemError, const fs::path& place, bool forOutput)
     }
 }
 
-Stream openStream(const std::string& place, bool forOutput) {
-    std::error_code unknown;
-    if (place.empty() || fs::is_directory(place, unknown)) throw RuntimeError(ErrorNumber::PathFileAccess);
-    Stream stream(std::fopen(place.c_str(), forOutput ? "wbe" : "rbe"));
-    if (!stream) throw RuntimeError(openingError(errno, place, forOutput));
-    return stream;
+/// A call that a signal interrupted is made again.
+template <class Call>
+ssize_t uninterrupted(Call call) {
+    ssize_t result;
+    do result = call();
+    while (result < 0 && errno == EINTR);
+    if (result < 0) raiseTransferError();
+    return result;
 }
+
+class DescriptorFile : public SystemFile {
+  public:
+    DescriptorFile(const std::string& place, bool forOutput)
+        : descriptor_(
+              ::open(place.c_str(), (forOutput ? O_WRONLY | O_CREAT : O_RDONLY) | O_CLOEXEC, readableByAll)) {
+        if (descriptor_ < 0) throw RuntimeError(openingError(errno, place, forOutput));
+    }
+    ~DescriptorFile() override { ::close(descriptor_); }
+    DescriptorFile(const DescriptorFile&) = delete;
+    DescriptorFile& operator=(const DescriptorFile&) = delete;
+
+    std::size_t read(char* to, std::size_t count) override {
+        return static_cast<std::size_t>(uninterrupted([&] { return ::read(descriptor_, to, count); }));
+    }
+
+    void write(std::string_view bytes) override {
+        while (!bytes.empty()) {
+            const ssize_t now =
+                uninterrupted([&] { return ::write(descriptor_, bytes.data(), bytes.size()); });
+            bytes.remove_prefix(static_cast<std::size_t>(now));
+        }
+    }
+
+    void truncate() override {
+        if (::ftruncate(descriptor_, 0) < 0 && errno != EINVAL) raiseTransferError();  // EINVAL: a device
+    }
+
+    bool same(const SystemFile& other) const override {
+        const Identity mine = identity();
+        return mine == static_cast<const DescriptorFile&>(other).identity();
+    }
+
+  private:
+    using Identity = std::pair<dev_t, ino_t>;
+
+    Identity identity() const {
+        struct stat status {};
+        if (::fstat(descriptor_, &status) < 0) throw RuntimeError(ErrorNumber::PathFileAccess);
+        return {status.st_dev, status.st_ino};
+    }
+
+    int descriptor_;
+};
 
 }  // namespace
 
-class SequentialFiles::File {
-  public:
-    File(std::string place, bool forOutput)
-        : place_(std::move(place)), stream_(openStream(place_, forOutput)), forOutput_(forOutput) {}
-    virtual ~File() = default;
-
-    bool forOutput() const noexcept { return forOutput_; }
-    bool isAt(const std::string& place) const {
-        std::error_code unknown;
-        return place_ == place || fs::equivalent(place_, place, unknown);
-    }
-    void close() {
-        if (std::fclose(stream_.release()) != 0) raiseTransferError(errno);
-    }
-
-  protected:
-    std::FILE* stream() const noexcept { return stream_.get(); }
-
-  private:
-    std::string place_;
-    Stream stream_;
-    bool forOutput_;
-};
-
-class SequentialFiles::InputFile : public File {
-  public:
-    explicit InputFile(std::string place) : File(std::move(place), false) {}
-
-    bool atEnd() { return next_ == end_ && !fill(); }
-
-    std::string line() {
-        if (atEnd()) throw RuntimeError(ErrorNumber::InputPastEnd);
-        std::string bytes;
-        while (!atEnd()) {
-            const char* const from = buffer_.data() + next_;
-            const char* const to = buffer_.data() + end_;
-            const char* const stop = std::find(from, to, carriageReturn);
-            bytes.append(from, stop);
-            next_ += static_cast<std::size_t>(stop - from);
-            if (stop == to) continue;
-            ++next_;
-            if (!atEnd() && buffer_[next_] == lineFeed) ++next_;
-            break;
-        }
-        return fromWindows1252(bytes);
-    }
-
-  private:
-    /// False at the end of the file.
-    bool fill() {
-        next_ = 0;
-        end_ = std::fread(buffer_.data(), 1, buffer_.size(), stream());
-        if (end_ == 0 && std::ferror(stream())) raiseTransferError(errno);
-        return end_ > 0;
-    }
-
-    std::array<char, 32768> buffer_;
-    std::size_t next_ = 0;
-    std::size_t end_ = 0;
-};
-
-class SequentialFiles::OutputFile : public File {
-  public:
-    explicit OutputFile(std::string place) : File(std::move(place), true) {}
-
-    void print(std::string_view text) {
-        const std::string bytes = toWindows1252(text) + carriageReturn + lineFeed;
-        if (std::fwrite(bytes.data(), 1, bytes.size(), stream()) != bytes.size()) raiseTransferError(errno);
-    }
-};
-
 SequentialFiles::SequentialFiles(DrivePaths paths) : paths_(std::move(paths)) {}
 
-SequentialFiles::~SequentialFiles() = default;
-
-/// The system's path of a file about to be opened, after the checks of its number and of what is open
-/// already.
-std::string SequentialFiles::placeFor(int number, std::string_view path, bool forOutput) const {
-    if (number < 1 || number > lastFileNumber) throw RuntimeError(ErrorNumber::BadFileNumber);
-    if (files_.contains(number)) throw RuntimeError(ErrorNumber::FileAlreadyOpen);
-    std::string place = paths_.resolve(path);
-    for (const auto& [other, file] : files_) {
-        if ((forOutput || file->forOutput()) && file->isAt(place))
-            throw RuntimeError(ErrorNumber::FileAlreadyOpen);
-    }
-    return place;
+std::unique_ptr<SystemFile> SequentialFiles::openFile(std::string_view path, bool forOutput) {
+    const std::string place = paths_.resolve(path);
+    std::error_code unknown;
+    if (place.empty() || fs::is_directory(place, unknown)) throw RuntimeError(ErrorNumber::PathFileAccess);
+    return std::make_unique<DescriptorFile>(place, forOutput);
 }
 
-template <class Wanted>
-Wanted& SequentialFiles::open(int number) const {
-    const auto found = files_.find(number);
-    if (found == files_.end()) throw RuntimeError(ErrorNumber::BadFileNumber);
-    auto* file = dynamic_cast<Wanted*>(found->second.get());
-    if (file == nullptr) throw RuntimeError(ErrorNumber::BadFileMode);
-    return *file;
+std::string SequentialFiles::encoded(std::string_view text) const {
+    return toWindows1252(text);
 }
 
-void SequentialFiles::openForInput(int number, std::string_view path) {
-    files_.emplace(number, std::make_unique<InputFile>(placeFor(number, path, false)));
-}
-
-void SequentialFiles::openForOutput(int number, std::string_view path) {
-    files_.emplace(number, std::make_unique<OutputFile>(placeFor(number, path, true)));
-}
-
-bool SequentialFiles::atEnd(int number) {
-    return open<InputFile>(number).atEnd();
-}
-
-std::string SequentialFiles::lineInput(int number) {
-    return open<InputFile>(number).line();
-}
-
-void SequentialFiles::print(int number, std::string_view text) {
-    open<OutputFile>(number).print(text);
-}
-
-void SequentialFiles::close(int number) {
-    const auto node = files_.extract(number);
-    if (!node.empty()) node.mapped()->close();
+std::string SequentialFiles::decoded(std::string_view bytes) const {
+    return fromWindows1252(bytes);
 }
 
 }  // namespace pxtarvo::portable
