@@ -10,7 +10,7 @@
 //   DELETE [FROM] table [WHERE]
 //
 // with comparisons, IN, BETWEEN, EXISTS, IS NULL, CASE, scalar sub-selects, arithmetic, `+` between texts,
-// and the functions of the table in the source file.
+// and the functions of the table in sql_values.cpp.
 
 #include <string>
 #include <string_view>
