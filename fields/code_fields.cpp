@@ -11,7 +11,6 @@ constexpr double nColorFondo = 16777215;  // white
 constexpr double nColorFoco = 65535;      // yellow
 constexpr std::size_t nSinEleccion = 2;   // an answer of the search list up to this length chose nothing
 constexpr std::int32_t nBusquedaInteractiva = -1;
-constexpr std::string_view sFormatoFecha = "dd/mm/yyyy";
 constexpr std::string_view sFormatoImporte = "#,###,##0.00";
 
 constexpr std::string_view sProveedores =
@@ -36,9 +35,27 @@ CamposCodigo::CamposCodigo(Window& ventana, const ControlArray<TextBox>& Text1, 
 
 void CamposCodigo::crearAyuda() {
     oAyuda = goInstancia().crearAyuda();
+    darColores();
+    oAyuda->Conexion(MyBd()->Conexion());
+}
+
+void CamposCodigo::darColores() {
     oAyuda->ColorFoco(nColorFoco);
     oAyuda->ColorFondo(nColorFondo);
-    oAyuda->Conexion(MyBd()->Conexion());
+}
+
+bool CamposCodigo::eligio(std::string_view sElegido) {
+    return characterCount(sElegido) > nSinEleccion;
+}
+
+void CamposCodigo::atenderCampos() {
+    for (const auto& [indice, campo] : Text1_) {
+        campo->onGotFocus = [this, Index = indice] { Text1_GotFocus(Index); };
+        campo->onLostFocus = [this, Index = indice] { Text1_LostFocus(Index); };
+        campo->onKeyPress = [this, Index = indice](std::int16_t& KeyAscii) {
+            Text1_KeyPress(Index, KeyAscii);
+        };
+    }
 }
 
 void CamposCodigo::escribir(int Index, std::string_view sTexto) {
@@ -51,13 +68,20 @@ void CamposCodigo::avisarEnCampo(std::string_view sTexto, int Index) {
     Text1_[Index].setFocus();
 }
 
-void CamposCodigo::buscarProveedorPorNombre() {
+bool CamposCodigo::preguntarNombreFiscal() {
     Message pregunta;
     pregunta.text = sPreguntaNombreFiscal;
     pregunta.buttons = MessageButtons::YesNo;
     pregunta.icon = MessageIcon::Information;
-    const bool bFiscal = ventana_.platform().desktop().messageBox(pregunta) == MessageAnswer::Yes;
+    return ventana_.platform().desktop().messageBox(pregunta) == MessageAnswer::Yes;
+}
 
+void CamposCodigo::buscarProveedor() {
+    msBuscarProveedor(nBusquedaInteractiva);
+}
+
+void CamposCodigo::buscarProveedorPorNombre() {
+    const bool bFiscal = preguntarNombreFiscal();
     Busqueda busqueda;
     busqueda.sSQL = bFiscal ? sProveedores : sProveedoresPorNombreComercial;
     busqueda.sCampo = bFiscal ? "Pro_Nom" : "Pro_COMER";
@@ -67,11 +91,11 @@ void CamposCodigo::buscarProveedorPorNombre() {
         bFiscal ? "Buscar Proveedores por nombre Fiscal" : "Buscar Proveedores por nombre Comercial";
     busqueda.nAncho1 = 600;
     busqueda.nAncho2 = 6000;
-    aceptarProveedor(oAyuda->Buscar(busqueda));
+    aceptarProveedor(ayuda().Buscar(busqueda));
 }
 
 void CamposCodigo::aceptarProveedor(const std::string& sElegido) {
-    if (characterCount(sElegido) <= nSinEleccion) {
+    if (!eligio(sElegido)) {
         escribir(reglas_.nProveedor, "");
         escribir(reglas_.nProveedor + 1, "");
         return;
@@ -112,8 +136,8 @@ void CamposCodigo::msBuscarMarca(std::string& sMarca) {
         busqueda.sTituloVentana = "Buscar Marcas por nombre";
         busqueda.nAncho1 = 6000;
         busqueda.nAncho2 = 600;
-        const std::string sElegido = oAyuda->Buscar(busqueda);
-        if (characterCount(sElegido) > nSinEleccion) {
+        const std::string sElegido = ayuda().Buscar(busqueda);
+        if (eligio(sElegido)) {
             const std::vector<std::string_view> partes = split(sElegido, separadorBuscar);
             if (partes.size() < 3) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
             sMarca = partes[2];
@@ -147,13 +171,13 @@ void CamposCodigo::Text1_GotFocus(int Index) {
             campo.setText(replaced(campo.text(), "/", ""));
             break;
     }
-    oAyuda->EntrarCampo(campo, "");
+    ayuda().EntrarCampo(campo, "");
 }
 
 void CamposCodigo::Text1_LostFocus(int Index) {
     TextBox& campo = Text1_[Index];
     const AlSalir alSalir = reglas_.campo(Index).alSalir;
-    oAyuda->SalirCampo(campo, "");
+    ayuda().SalirCampo(campo, "");
     if (campo.text().empty()) {
         if (alSalir == AlSalir::BuscarProveedor) IdProveedor = 0;
         if (alSalir == AlSalir::BuscarMarca) IdMarca = 0;
@@ -173,21 +197,23 @@ void CamposCodigo::Text1_LostFocus(int Index) {
             break;
         }
         case AlSalir::Fecha:
-            oAyuda->SalirCampo(campo, sFormatoFecha);
+            ayuda().SalirCampo(campo, sFormatoFecha);
             break;
         case AlSalir::Importe:
-            oAyuda->SalirCampo(campo, sFormatoImporte);
+            ayuda().SalirCampo(campo, sFormatoImporte);
             break;
     }
 }
 
 void CamposCodigo::Text1_KeyPress(int Index, std::int16_t& KeyAscii) {
     const Filtro filtro = reglas_.campo(Index).filtro;
-    if (filtro != Filtro::Ninguno) oAyuda->FiltrarTecla(Text1_[Index], KeyAscii, filtro == Filtro::Fecha);
+    if (filtro != Filtro::Ninguno) ayuda().FiltrarTecla(Text1_[Index], KeyAscii, filtro == Filtro::Fecha);
 }
 
 void CamposCodigo::Form_KeyUp(std::int16_t KeyCode, std::int16_t) {
     Desktop& desktop = ventana_.platform().desktop();
+    const bool bPagina = KeyCode == vkPageUp || KeyCode == vkPageDown;
+    if (bPagina && reglas_.bPaginasSinEfecto) return;
     switch (KeyCode) {
         case vkReturn: {
             const bool bCierraAviso = !ventana_.tag().empty();
@@ -198,14 +224,11 @@ void CamposCodigo::Form_KeyUp(std::int16_t KeyCode, std::int16_t) {
         case vkEscape:
             ventana_.Unload();
             break;
-        case vkPageUp:
-        case vkPageDown:
-            break;
         case vkF1: {
             const Control* activo = ventana_.activeControl();
             if (!activo) break;
             if (activo->tag() == etiquetaProveedor) {
-                msBuscarProveedor(nBusquedaInteractiva);
+                buscarProveedor();
             } else if (activo->tag() == etiquetaMarca) {
                 std::string sMarca;
                 msBuscarMarca(sMarca);

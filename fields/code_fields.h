@@ -22,6 +22,7 @@ inline constexpr std::string_view etiquetaAviso = "e";
 class CamposCodigo {
   public:
     CamposCodigo(Window& ventana, const ControlArray<TextBox>& Text1, const ReglasVentana& reglas);
+    virtual ~CamposCodigo() = default;
 
     /// Pro_ID of the chosen supplier, 0 when none.
     std::int32_t IdProveedor = 0;
@@ -30,7 +31,9 @@ class CamposCodigo {
     ObjectRef<HostFieldHelper> oAyuda;
 
     /// Creates the helper and gives it the colours and the host's connection.
-    void crearAyuda();
+    virtual void crearAyuda();
+    /// Hands the window's text boxes their handlers, by index.
+    void atenderCampos();
 
     /// Looks up the supplier code `nProveedor`; a negative one asks the user to search.
     void msBuscarProveedor(std::int32_t nProveedor);
@@ -39,7 +42,7 @@ class CamposCodigo {
     void msBuscarMarca(std::string& sMarca);
 
     void Text1_GotFocus(int Index);
-    void Text1_LostFocus(int Index);
+    virtual void Text1_LostFocus(int Index);
     void Text1_KeyPress(int Index, std::int16_t& KeyAscii);
     void Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift);
 
@@ -47,14 +50,30 @@ class CamposCodigo {
     /// `Text1(Index)`.
     void avisarEnCampo(std::string_view sTexto, int Index);
 
-  private:
-    void buscarProveedorPorNombre();
-    void aceptarProveedor(const std::string& sElegido);
+  protected:
+    /// What a window's own copies of these procedures share with the others.
+
+    /// The helper; 91 before it was created.
+    virtual HostFieldHelper& ayuda() { return *oAyuda; }
+    void darColores();
+    /// Whether an answer of the search list is a chosen row.
+    static bool eligio(std::string_view sElegido);
+    /// The supplier search by F1.
+    virtual void buscarProveedor();
+    /// Asks whether to search suppliers by their fiscal name; no means by the commercial one.
+    bool preguntarNombreFiscal();
     void escribir(int Index, std::string_view sTexto);
 
     Window& ventana_;
     const ControlArray<TextBox>& Text1_;
     const ReglasVentana& reglas_;
+
+  private:
+    void buscarProveedorPorNombre();
+    void aceptarProveedor(const std::string& sElegido);
 };
+
+/// How a date field is shown.
+inline constexpr std::string_view sFormatoFecha = "dd/mm/yyyy";
 
 }  // namespace pxtarvo

@@ -36,10 +36,11 @@ struct ReglaCampo {
 
 struct ReglasVentana {
     std::span<const ReglaCampo> campos;
-    int nProveedor = 0;          ///< index of the supplier code; its name stands in the next one
-    int nMarca = 0;              ///< index of the brand code; its description stands in the next one
-    std::string_view sTeclaTab;  ///< what Enter sends to move the focus on
-    bool bEsperarTab = false;    ///< whether it waits until that has been worked off
+    int nProveedor = 0;             ///< index of the supplier code; its name stands in the next one
+    int nMarca = 0;                 ///< index of the brand code; its description stands in the next one
+    std::string_view sTeclaTab;     ///< what Enter sends to move the focus on
+    bool bEsperarTab = false;       ///< whether it waits until that has been worked off
+    bool bPaginasSinEfecto = true;  ///< whether Page Up and Page Down do nothing, unlike any other key
 
     ReglaCampo campo(int Index) const;
 };
@@ -57,5 +58,26 @@ inline constexpr ReglaCampo camposImportacion[] = {
     {12, AlEntrar::Nada, AlSalir::Importe, Filtro::Ninguno},
 };
 inline constexpr ReglasVentana reglasImportacion{camposImportacion, 1, 3, "\t", false};
+
+/// Its index 7 is a plain text; the other rules are the import window's.
+inline constexpr ReglaCampo camposExistencias[] = {
+    {1, AlEntrar::SoltarProveedor, AlSalir::BuscarProveedor, Filtro::Numero},
+    {2, AlEntrar::QuitarBarras, AlSalir::Fecha, Filtro::Fecha},
+    {3, AlEntrar::Nada, AlSalir::BuscarMarca, Filtro::Ninguno},
+    {8, AlEntrar::QuitarBarras, AlSalir::Fecha, Filtro::Fecha},
+    {9, AlEntrar::Nada, AlSalir::Nada, Filtro::Fecha},
+    {10, AlEntrar::Nada, AlSalir::Nada, Filtro::Fecha},
+    {11, AlEntrar::Nada, AlSalir::Importe, Filtro::Ninguno},
+    {12, AlEntrar::Nada, AlSalir::Importe, Filtro::Ninguno},
+};
+inline constexpr ReglasVentana reglasExistencias{camposExistencias, 1, 3, "\t", false};
+
+/// Index 0 would be a supplier code, which this window does not have; 1 is a date.
+inline constexpr ReglaCampo camposBorrado[] = {
+    {0, AlEntrar::Nada, AlSalir::BuscarProveedor, Filtro::Ninguno},
+    {1, AlEntrar::QuitarBarras, AlSalir::Fecha, Filtro::Fecha},
+    {3, AlEntrar::Nada, AlSalir::BuscarMarca, Filtro::Ninguno},
+};
+inline constexpr ReglasVentana reglasBorrado{camposBorrado, 0, 3, "{TAB}", true, false};
 
 }  // namespace pxtarvo

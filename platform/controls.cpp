@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/conversion.h"
 #include "platform/window.h"
 
 namespace pxtarvo {
@@ -183,6 +184,11 @@ void ListView::setColumns(std::vector<ListColumn> columns) {
     if (!writable()) return;
     columns_ = std::move(columns);
     changed(ControlProperty::Columns);
+}
+
+std::string cellText(const GridColumn& column, const Variant& value, const Locale& locale) {
+    if (column.format.empty() || value.isNull()) return joinedText(value, locale);
+    return dayMonthYear(value, locale);
 }
 
 void DataGrid::setDataSource(ObjectRef<Recordset> rows) {

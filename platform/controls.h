@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/database.h"
+#include "platform/locale.h"
 
 namespace pxtarvo {
 
@@ -261,12 +262,15 @@ class ListView : public Control {
 };
 
 struct GridColumn {
-    std::string caption;
+    std::string caption{};
     int width = 0;  ///< twips (1/1440 inch)
     bool visible = true;
     bool centred = false;
-    std::string format;  ///< "" or "DD/MM/YYYY"
+    std::string format{};  ///< "" or "DD/MM/YYYY"
 };
+
+/// What a grid shows of a value in this column; Null is empty. Raises what converting the value raises.
+std::string cellText(const GridColumn& column, const Variant& value, const Locale& locale);
 
 /// A grid that shows a recordset and shares its current row: it follows the code's moves without an event,
 /// and the user's choice of a row moves the recordset.

@@ -4,7 +4,6 @@
 #include <span>
 #include <unordered_map>
 
-#include "platform/conversion.h"
 #include "platform/platform.h"
 #include "platform/text.h"
 #include "platform/windows/control_view.h"
@@ -177,11 +176,9 @@ class GridView : public ReportView {
     }
 
     std::u16string text(std::size_t field) const {
-        const Locale& locale = grid_.window().platform().locale();
-        const Variant value = rows_->Fields(static_cast<std::int32_t>(field));
-        const bool date = field < grid_.columns().size() && !grid_.columns()[field].format.empty();
-        if (date && !value.isNull()) return toUtf16(dayMonthYear(value, locale));
-        return toUtf16(joinedText(value, locale));
+        const GridColumn column = field < grid_.columns().size() ? grid_.columns()[field] : GridColumn();
+        return toUtf16(cellText(column, rows_->Fields(static_cast<std::int32_t>(field)),
+                                grid_.window().platform().locale()));
     }
 
     const RowTexts& row(int position) {

@@ -14,6 +14,9 @@ using namespace std::literals;
 constexpr auto sFiltroLibros = "Fichero Excel (*.XLS)\0*.XLS\0"sv;
 constexpr std::uint32_t nMaximoRuta = 255;
 
+constexpr std::string_view sFiltroFichero = "*.xls";
+constexpr std::string_view sTituloFichero = "Selección del fichero de tarifas para importar";
+
 struct Casilla {
     std::shared_ptr<Instancia> instancia;
 };
@@ -66,6 +69,12 @@ std::string SeleccionarFichero(std::string_view sDirectorio, std::string_view sF
     registro.lpstrTitle = sTitulo;
     if (!goInstancia().platform().desktop().getOpenFileName(registro)) return {};
     return std::string(trimBlanks(registro.lpstrFile));
+}
+
+std::string ExaminarFichero() {
+    const std::string sRuta =
+        SeleccionarFichero(goInstancia().platform().moduleFolder(), sFiltroFichero, sTituloFichero);
+    return std::string(trimBlanks(sRuta));
 }
 
 void avisar(std::string_view sTexto) {

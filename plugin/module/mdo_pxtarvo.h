@@ -43,6 +43,10 @@ ObjectRef<Recordset> consultar(std::string_view sSQL);
 std::string SeleccionarFichero(std::string_view sDirectorio, std::string_view sFiltro,
                                std::string_view sTitulo);
 
+/// What a window's "..." button does: SeleccionarFichero in the plug-in's own folder. The windows put the
+/// answer into their path field, which cancelling therefore empties.
+std::string ExaminarFichero();
+
 /// A message with an OK button and the default title.
 void avisar(std::string_view sTexto);
 
