@@ -15,7 +15,7 @@ endif()
 
 add_room(portable platform/portable LINKS platform PkgConfig::SQLITE PkgConfig::LIBMDB PkgConfig::FREEXL)
 add_room(devhost devhost
-         LINKS plugin import fields plugin_module host portable platform nlohmann_json::nlohmann_json)
+         LINKS plugin import stock deletion fields plugin_module host portable platform nlohmann_json::nlohmann_json)
 write_house("${PROJECT_BINARY_DIR}/house.cmake")
 
 if(PXTARVO_WINE)

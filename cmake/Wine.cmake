@@ -21,7 +21,7 @@ function(add_wine_programs)
     add_library(automation STATIC ${automation_files})
     target_include_directories(automation PUBLIC "${PROJECT_SOURCE_DIR}")
     target_link_libraries(automation PUBLIC platform ole32 oleaut32 user32 gdi32 advapi32 comdlg32 ${WINE_UUID})
-    add_room(winehost devhost/wine LINKS automation devhost plugin import fields plugin_module host portable platform)
+    add_room(winehost devhost/wine LINKS automation devhost plugin import stock deletion fields plugin_module host portable platform)
 
     add_executable(pxtarvo-winehost "${PROJECT_SOURCE_DIR}/devhost/wine/main/main.cpp")
     target_link_libraries(pxtarvo-winehost PRIVATE winehost)

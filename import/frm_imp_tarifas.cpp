@@ -1,7 +1,9 @@
 #include "import/frm_imp_tarifas.h"
 
+#include "deletion/frm_borrado_articulos.h"
 #include "platform/conversion.h"
 #include "platform/text.h"
+#include "stock/frm_existencias.h"
 
 namespace pxtarvo {
 
@@ -19,9 +21,6 @@ constexpr std::string_view sRutaTarifa = "C:\\TARVO\\TARIFA";
 constexpr std::string_view sExtensionTarifa = ".MDB";
 constexpr std::string_view sRutaCodigosBarras = "C:\\TARVO\\CÓDIGO DE BARRAS";
 constexpr std::string_view sExtensionCodigosBarras = ".xls";
-
-constexpr std::string_view sFiltroFichero = "*.xls";
-constexpr std::string_view sTituloFichero = "Selección del fichero de tarifas para importar";
 
 constexpr std::string_view sMarcoCorreccion = "Frame1";
 constexpr std::string_view sDescripcionCorreccion =
@@ -92,15 +91,11 @@ frmImpTarifas::frmImpTarifas(Platform& platform)
       campos_(*this, Text1, reglasImportacion) {
     for (const auto& [indice, opcion] : Option1)
         opcion->onClick = [this, Index = indice] { Option1_Click(Index); };
-    for (const auto& [indice, campo] : Text1) {
-        campo->onGotFocus = [this, Index = indice] { campos_.Text1_GotFocus(Index); };
-        campo->onLostFocus = [this, Index = indice] { campos_.Text1_LostFocus(Index); };
-        campo->onKeyPress = [this, Index = indice](std::int16_t& KeyAscii) {
-            campos_.Text1_KeyPress(Index, KeyAscii);
-        };
-    }
+    campos_.atenderCampos();
     cmdFichero.onClick = [this] { cmdFichero_Click(); };
     XPButton1.onClick = [this] { XPButton1_Click(); };
+    cmdStock.onClick = [this] { cmdStock_Click(); };
+    cmdBorrado.onClick = [this] { cmdBorrado_Click(); };
     XPButton3.onClick = [this] { XPButton3_Click(); };
     XPButton4.onClick = [this] { XPButton4_Click(); };
 }
@@ -133,9 +128,7 @@ void frmImpTarifas::Option1_Click(int Index) {
 }
 
 void frmImpTarifas::cmdFichero_Click() {
-    // Cancelling answers with an empty text, which empties the field.
-    const std::string sRuta = SeleccionarFichero(platform().moduleFolder(), sFiltroFichero, sTituloFichero);
-    Text1[campoFichero].setText(trimBlanks(sRuta));
+    Text1[campoFichero].setText(ExaminarFichero());
 }
 
 void frmImpTarifas::XPButton1_Click() {
@@ -160,6 +153,16 @@ void frmImpTarifas::XPButton1_Click() {
         }
     }
     if (Option1[opcionCodigosBarras].value() && Combo1.text() == "2008") msImportarCodigoBarras();
+}
+
+void frmImpTarifas::cmdStock_Click() {
+    frmExistencias ventana(platform());
+    platform().desktop().showModal(ventana);
+}
+
+void frmImpTarifas::cmdBorrado_Click() {
+    frmBorradoArticulos ventana(platform());
+    platform().desktop().showModal(ventana);
 }
 
 std::string frmImpTarifas::texto(const Variant& valor) const {

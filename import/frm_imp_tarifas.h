@@ -48,6 +48,8 @@ class frmImpTarifas : public Window {
     void Option1_Click(int Index);
     void cmdFichero_Click();
     void XPButton1_Click();
+    void cmdStock_Click();
+    void cmdBorrado_Click();
     /// Moves the stock of one supplier's articles to the articles of the same code with a leading zero, in
     /// one transaction, after a question. An error of its first query leaves as it is, a later one rolls
     /// everything back and is shown.

@@ -31,18 +31,6 @@ int positionOf(std::string_view list) {
     return list == windowList ? 0 : 1;
 }
 
-struct Field {
-    const char* option;
-    int index;  ///< in Text1
-    std::optional<std::string> ImportOptions::*text;
-};
-
-constexpr Field fields[] = {
-    {"--file", 0, &ImportOptions::file},
-    {"--supplier", 1, &ImportOptions::supplier},
-    {"--brand", 3, &ImportOptions::brand},
-};
-
 /// Fills the window in; a text says which field did not take what it was given.
 std::optional<std::string> fillIn(DevHost& host, Window& window, const ImportOptions& options) {
     portable::SimulatedDesktop& desktop = host.desktop();
@@ -51,13 +39,9 @@ std::optional<std::string> fillIn(DevHost& host, Window& window, const ImportOpt
         const int list = positionOf(options.list.value_or(std::string(windowList)));
         desktop.click(control<OptionButton>(window, "Option1", list));
     }
-    for (const Field& field : fields) {
-        const std::optional<std::string>& text = options.*field.text;
-        if (text && !typeAndLeave(host, control<TextBox>(window, "Text1", field.index), *text)) {
-            return std::string(field.option) + ": the field does not take '" + *text + "'";
-        }
-    }
-    return std::nullopt;
+    const FieldText fields[] = {
+        {"--file", 0, options.file}, {"--supplier", 1, options.supplier}, {"--brand", 3, options.brand}};
+    return typeFields(host, window, fields);
 }
 
 int runImport(const CommonOptions& common, const ImportOptions& options) {

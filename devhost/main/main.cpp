@@ -15,6 +15,8 @@ int main(int argc, char** argv) {
     Command command;
     addInitCommand(program, command);
     addImportCommand(program, command);
+    addStockCommand(program, command);
+    addDeleteCommand(program, command);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

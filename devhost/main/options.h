@@ -32,6 +32,24 @@ struct ImportOptions {
     std::optional<std::string> brand;
 };
 
+/// What is not given leaves its field as the window loads it.
+struct StockOptions {
+    std::optional<std::string> file;
+    std::optional<std::string> supplier;
+    std::optional<std::string> brand;
+    std::optional<std::string> client;
+    std::optional<std::string> organisation;
+    std::optional<std::string> address;
+};
+
+/// What is not given leaves its field as the window loads it.
+struct DeleteOptions {
+    std::optional<std::string> brand;
+    std::optional<std::string> until;
+    std::optional<std::string> state;  ///< "todos", "activo" or "baja"
+    bool listOnly = false;
+};
+
 /// Gives `command` the database's name and the common options.
 void addCommonOptions(CLI::App& command, CommonOptions& options);
 

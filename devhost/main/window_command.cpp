@@ -5,9 +5,11 @@
 #include <iostream>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "devhost/main/exit_status.h"
 #include "devhost/main/progress_display.h"
+#include "devhost/window_controls.h"
 #include "platform/conversion.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/drive_paths.h"
@@ -64,7 +66,12 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
         progress.clear();
         print(shown);
     };
+    bool opened = command.opener.empty();
     user.onWindowShown = [&](Window& window) {
+        if (!std::exchange(opened, true)) {
+            press(host, control<PushButton>(window, command.opener));
+            return;
+        }
         if (!options.quiet) progress.show(window);
         refused = command.actions(host, window);
         progress.end();
@@ -79,11 +86,12 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
         failure = described(error);
     }
     progress.end();
-    if (!failure && !user.lastMessageIs(command.successMessage)) {
+    if (!failure && command.failure) {
+        failure = command.failure(user);
+    } else if (!failure && !user.lastMessageIs(command.successMessage)) {
         // A window still open without a run was left by a button that does nothing here.
-        failure = command.nothingHappens || user.messages().empty()
-                      ? std::string(command.nothingHappened)
-                      : asOneLine(user.messages().back().message.text);
+        failure = command.nothingHappens || user.messages().empty() ? std::string(command.nothingHappened)
+                                                                    : lastMessage(user);
     }
     if (options.inTransaction) {
         if (auto notCommitted = commit(host, !failure)) failure = std::move(notCommitted);
@@ -140,11 +148,26 @@ int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     }
 }
 
+std::string lastMessage(const DevUser& user) {
+    return user.messages().empty() ? "" : asOneLine(user.messages().back().message.text);
+}
+
 bool typeAndLeave(DevHost& host, TextBox& box, std::string_view text) {
     host.desktop().type(box, text);
     const bool taken = box.text() == text;
     host.desktop().press(vkReturn);
     return taken;
+}
+
+std::optional<std::string> typeFields(DevHost& host, const Window& window,
+                                      std::span<const FieldText> fields) {
+    for (const FieldText& field : fields) {
+        if (!field.text) continue;
+        if (!typeAndLeave(host, control<TextBox>(window, "Text1", field.index), *field.text)) {
+            return joined({field.option, ": the field does not take '", *field.text, "'"});
+        }
+    }
+    return std::nullopt;
 }
 
 void press(DevHost& host, PushButton& button) {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -21,23 +22,41 @@ std::optional<std::string> traceClash(const CommonOptions& options, std::string_
 std::shared_ptr<Recorder> recorderFor(const CommonOptions& options);
 
 struct WindowCommand {
-    /// Works in the import window. A text says what a field did not take: the command line is wrong then.
+    /// The import window's button that opens the window in which the command works; empty when that is the
+    /// import window itself.
+    std::string_view opener{};
+    /// Works in the window. A text says what a field did not take: the command line is wrong then.
     std::function<std::optional<std::string>(DevHost& host, Window& window)> actions;
     /// The message that ends a run which did what it was to do.
     std::string_view successMessage;
     /// Said when no message was shown at all, or when the button has nothing to do.
     std::string_view nothingHappened;
     bool nothingHappens = false;  ///< known beforehand of what the window is filled in with
-    std::string file{};           ///< what the run reads beside the database, empty where that is left alone
+    /// Where set, says instead of the messages what the run came to: the reason of its failure, or nothing.
+    std::function<std::optional<std::string>(const DevUser&)> failure{};
+    std::string file{};  ///< what the run reads beside the database, empty where that is left alone
 };
 
-/// Opens the import window and runs the command in it: messages go to standard output, progress and the
-/// reason of a failure to standard error. Gives back the exit status.
+/// Opens the import window and runs the command in it or in the window that its button opens: messages go to
+/// standard output, progress and the reason of a failure to standard error. Gives back the exit status.
 int runInWindow(const CommonOptions& options, const WindowCommand& command);
+
+/// The last message shown, as one line; empty when there was none.
+std::string lastMessage(const DevUser& user);
 
 /// Types `text` into the box, over what it holds, and leaves it with Enter. False when the box did not take
 /// every key.
 bool typeAndLeave(DevHost& host, TextBox& box, std::string_view text);
+
+/// What an option says of a text box.
+struct FieldText {
+    const char* option;
+    int index;  ///< in Text1
+    const std::optional<std::string>& text;
+};
+/// Types what the options give into the window's fields, in this order. A text says which field did not take
+/// it.
+std::optional<std::string> typeFields(DevHost& host, const Window& window, std::span<const FieldText> fields);
 /// Presses a button; once more where a message of the field that lost the focus swallowed the click.
 void press(DevHost& host, PushButton& button);
 

@@ -1,0 +1,98 @@
+#include "deletion/campos_borrado.h"
+
+#include "platform/conversion.h"
+#include "platform/text.h"
+
+namespace pxtarvo {
+
+namespace {
+
+constexpr std::int32_t nBusquedaInteractiva = -1;
+constexpr std::string_view sParametroOrden = "PAR_ORCONTANOM";
+
+}  // namespace
+
+CamposBorrado::CamposBorrado(Window& ventana, const ControlArray<TextBox>& Text1)
+    : CamposCodigo(ventana, Text1, reglasBorrado) {}
+
+HostFieldHelper& CamposBorrado::ayuda() {
+    if (!oAyuda) oAyuda = goInstancia().crearAyuda();
+    return *oAyuda;
+}
+
+void CamposBorrado::crearAyuda() {
+    ayuda().Conexion(MyBd()->Conexion());
+    darColores();
+}
+
+void CamposBorrado::Text1_LostFocus(int Index) {
+    TextBox& campo = Text1_[Index];
+    switch (reglas_.campo(Index).alSalir) {
+        case AlSalir::BuscarProveedor:
+            // Opens the search instead of checking the code.
+            if (trimBlanks(campo.text()).empty()) {
+                IdProveedor = 0;
+            } else {
+                buscarProveedor();
+            }
+            break;
+        case AlSalir::BuscarMarca:
+            if (campo.text().empty()) escribir(Index + 1, "");
+            CamposCodigo::Text1_LostFocus(Index);
+            break;
+        case AlSalir::Fecha:
+            ayuda().SalirCampo(campo, sFormatoFecha);
+            break;
+        default:
+            ayuda().SalirCampo(campo, "");
+            ventana_.platform().desktop().doEvents();
+    }
+}
+
+void CamposBorrado::buscarProveedor() {
+    std::int32_t IdPro = 0;
+    msBuscarProveedor(nBusquedaInteractiva, IdPro);
+}
+
+void CamposBorrado::msBuscarProveedor(std::int32_t nProveedor, std::int32_t& IdPro) {
+    const Locale& locale = ventana_.platform().locale();
+    // Which of a name and its surnames come first is read, but no query below names a client.
+    compare(MyBd()->Parametros()->Item(sParametroOrden)->Valor(), std::int16_t{0}, locale);
+
+    if (nProveedor == nBusquedaInteractiva && IdPro == 0) {
+        const bool bFiscal = preguntarNombreFiscal();
+        Busqueda busqueda;
+        busqueda.sSQL = bFiscal ? "Select PRO_ID,PRO_COD,(PRO_NOM + ' ' + ISNULL(PRO_APE1,'') + ' ' + "
+                                  "ISNULL(PRO_APE2,'')) AS RSOC FROM PRO"
+                                : "Select PRO_ID,PRO_COD,PRO_COMER FROM PRO";
+        busqueda.sCampo = bFiscal ? "RSOC" : "PRO_COMER";
+        busqueda.sTitulo1 = "Codigo";
+        busqueda.sTitulo2 = "Proveedor";
+        busqueda.sTituloVentana =
+            bFiscal ? "Buscar proveedor por nombre Fiscal" : "Buscar proveedor por nombre Comercial";
+        busqueda.nAncho1 = 600;
+        busqueda.nAncho2 = 6000;
+        const std::string sElegido = ayuda().Buscar(busqueda);
+        IdPro = eligio(sElegido) ? toLong(split(sElegido, separadorBuscar).at(0), locale) : 0;
+    }
+    if (IdPro == 0 && nProveedor < 0) return;
+
+    const std::string sFiltro = IdPro != 0 ? joined({" PRO_id = ", plainNumber(IdPro)})
+                                           : joined({" PRO_COD = ", plainNumber(nProveedor)});
+    const ObjectRef<Recordset> rs =
+        consultar(joined({"SELECT PRO_ID,PRO_COD,PRO_NOM,PRO_comer FROM PRO WHERE ", sFiltro}));
+    if (rs->RecordCount() < 1) {
+        IdProveedor = 0;
+        escribirProveedor("", "");
+        return;
+    }
+    IdProveedor = toLong(rs->Fields(0), locale);
+    escribirProveedor(joinedText(rs->Fields(1), locale), joinedText(rs->Fields(2), locale));
+}
+
+void CamposBorrado::escribirProveedor(std::string_view sCodigo, std::string_view sNombre) {
+    escribir(reglas_.nProveedor, sCodigo);
+    escribir(reglas_.nProveedor + 1, sNombre);
+}
+
+}  // namespace pxtarvo

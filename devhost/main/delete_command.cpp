@@ -1,0 +1,104 @@
+#include <iostream>
+#include <memory>
+
+#include "devhost/main/commands.h"
+#include "devhost/main/options.h"
+#include "devhost/main/window_command.h"
+#include "devhost/window_controls.h"
+#include "platform/platform.h"
+
+namespace pxtarvo::devhost {
+
+namespace {
+
+struct State {
+    std::string_view name;
+    std::string_view option;
+};
+
+constexpr State states[] = {{"todos", "Option3"}, {"activo", "Option1"}, {"baja", "Option2"}};
+
+/// The articles as the grid shows them, a line each, columns apart by tabs.
+void print(const DataGrid& grid, const Locale& locale) {
+    const auto line = [&](const auto& cell) {
+        const char* separator = "";
+        for (std::size_t at = 0; at < grid.columns().size(); ++at) {
+            if (!grid.columns()[at].visible) continue;
+            std::cout << std::exchange(separator, "\t") << cell(at);
+        }
+        std::cout << '\n';
+    };
+    line([&](std::size_t at) { return grid.columns()[at].caption; });
+    const ObjectRef<Recordset> rows = grid.dataSource()->Clone();
+    for (; !rows->Eof(); rows->MoveNext()) {
+        line([&](std::size_t at) {
+            return cellText(grid.columns()[at], rows->Fields(static_cast<std::int32_t>(at)), locale);
+        });
+    }
+    std::cout << std::flush;
+}
+
+std::optional<std::string> fillIn(DevHost& host, const Window& window, const DeleteOptions& options) {
+    const FieldText fields[] = {{"--brand", 3, options.brand}, {"--until", 1, options.until}};
+    if (auto refused = typeFields(host, window, fields)) return refused;
+    for (const State& state : states) {
+        if (state.name == options.state) host.desktop().click(control<OptionButton>(window, state.option));
+    }
+    return std::nullopt;
+}
+
+/// Why nothing was deleted; nothing when it was.
+std::optional<std::string> failureOf(const DevUser& user) {
+    if (user.lastMessageIs("Proceso de borrado finalizado")) return std::nullopt;
+    if (user.messages().empty()) return "nothing was searched";
+    const ShownMessage& last = user.messages().back();
+    if (last.message.buttons != MessageButtons::YesNo) return lastMessage(user);
+    // Refusals are rolled back without a word.
+    return last.answer == MessageAnswer::Yes ? "nothing was deleted: the host refused a deletion"
+                                             : "nothing was deleted: the answer was no";
+}
+
+int runDelete(const CommonOptions& common, const DeleteOptions& options) {
+    bool listed = false;
+    WindowCommand command;
+    command.opener = "cmdBorrado";
+    command.actions = [&](DevHost& host, Window& window) {
+        auto refused = fillIn(host, window, options);
+        if (refused) return refused;
+        press(host, control<PushButton>(window, "cmdInicio"));
+        auto& cmdBorrar = control<PushButton>(window, "cmdBorrar");
+        if (window.unloaded() || !window.enabled() || !cmdBorrar.enabled()) return refused;
+        listed = options.listOnly;
+        if (listed) {
+            print(control<DataGrid>(window, "dbgDatos"), host.platform().locale());
+        } else {
+            press(host, cmdBorrar);
+        }
+        return refused;
+    };
+    command.failure = [&](const DevUser& user) { return listed ? std::nullopt : failureOf(user); };
+    return runInWindow(common, command);
+}
+
+}  // namespace
+
+void addDeleteCommand(CLI::App& program, Command& chosen) {
+    struct Both {
+        CommonOptions common;
+        DeleteOptions deletion;
+    };
+    const auto options = std::make_shared<Both>();
+    CLI::App& command = *program.add_subcommand(
+        "delete", "Search articles without movements through the deletion window and delete them");
+    addCommonOptions(command, options->common);
+    command.add_option("--brand", options->deletion.brand, "only this brand's articles");
+    command.add_option("--until", options->deletion.until, "only articles whose state is not younger")
+        ->type_name("DD/MM/YYYY");
+    command.add_option("--state", options->deletion.state, "only articles of this state")
+        ->check(CLI::IsMember({"todos", "activo", "baja"}));
+    command.add_flag("--list-only", options->deletion.listOnly, "list the articles and delete none");
+    command.callback(
+        [options, &chosen] { chosen = [options] { return runDelete(options->common, options->deletion); }; });
+}
+
+}  // namespace pxtarvo::devhost

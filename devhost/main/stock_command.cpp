@@ -1,0 +1,69 @@
+#include <filesystem>
+#include <memory>
+
+#include "devhost/main/commands.h"
+#include "devhost/main/exit_status.h"
+#include "devhost/main/options.h"
+#include "devhost/main/window_command.h"
+#include "devhost/window_controls.h"
+#include "platform/portable/drive_paths.h"
+
+namespace pxtarvo::devhost {
+
+namespace {
+
+/// Says that the stock file would overwrite the database or the trace, if so.
+std::optional<std::string> fileClash(const CommonOptions& common, const StockOptions& options) {
+    if (!options.file) return std::nullopt;
+    std::error_code unknown;
+    const auto whole = [&](const std::string& path) {
+        return std::filesystem::weakly_canonical(portable::DrivePaths(common.driveC).resolve(path), unknown);
+    };
+    for (const std::string& kept : {common.database, common.trace}) {
+        if (!kept.empty() && whole(kept) == whole(*options.file)) {
+            return "--file: the stock file would overwrite '" + kept + "'";
+        }
+    }
+    return std::nullopt;
+}
+
+int runStock(const CommonOptions& common, const StockOptions& options) {
+    if (const auto clash = fileClash(common, options)) return leave(exitWrongCommand, *clash);
+    WindowCommand command;
+    command.opener = "cmdStock";
+    command.actions = [&](DevHost& host, Window& window) {
+        const FieldText fields[] = {
+            {"--client", 5, options.client},     {"--organisation", 6, options.organisation},
+            {"--address", 7, options.address},   {"--file", 0, options.file},
+            {"--supplier", 1, options.supplier}, {"--brand", 3, options.brand},
+        };
+        auto refused = typeFields(host, window, fields);
+        if (!refused) press(host, control<PushButton>(window, "XPButton1"));
+        return refused;
+    };
+    command.successMessage = "Proceso finalizado con exito";
+    command.nothingHappened = "the stock window did not open";
+    return runInWindow(common, command);
+}
+
+}  // namespace
+
+void addStockCommand(CLI::App& program, Command& chosen) {
+    struct Both {
+        CommonOptions common;
+        StockOptions stock;
+    };
+    const auto options = std::make_shared<Both>();
+    CLI::App& command = *program.add_subcommand("stock", "Write the stock file through the stock window");
+    addCommonOptions(command, options->common);
+    command.add_option("--file", options->stock.file, "the file to write")->type_name("PATH");
+    command.add_option("--supplier", options->stock.supplier, "the supplier's code");
+    command.add_option("--brand", options->stock.brand, "the brand's code");
+    command.add_option("--client", options->stock.client, "the dealer's client code");
+    command.add_option("--organisation", options->stock.organisation, "the supplier's sales organisation");
+    command.add_option("--address", options->stock.address, "the code of the shipping address");
+    command.callback(
+        [options, &chosen] { chosen = [options] { return runStock(options->common, options->stock); }; });
+}
+
+}  // namespace pxtarvo::devhost
