@@ -1,5 +1,6 @@
 #include "deletion/frm_borrado_articulos.h"
 
+#include "fields/window_texts.h"
 #include "host/row_write.h"
 #include "platform/conversion.h"
 #include "platform/text.h"
@@ -63,7 +64,7 @@ frmBorradoArticulos::frmBorradoArticulos(Platform& platform)
       Label1(*this, {{.name = "Label1",
                       .index = 0,
                       .rect = {22, 34, 146, 16},
-                      .caption = "Marca (F1 Busqueda)",
+                      .caption = sRotuloMarca,
                       .container = sMarcoCriterios},
                      {.name = "Label1",
                       .index = 1,

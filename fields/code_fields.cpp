@@ -68,6 +68,18 @@ void CamposCodigo::avisarEnCampo(std::string_view sTexto, int Index) {
     Text1_[Index].setFocus();
 }
 
+bool CamposCodigo::avisarSinProveedor() {
+    if (IdProveedor != 0) return false;
+    avisarEnCampo("Debe indicar el codigo de proveedor", reglas_.nProveedor);
+    return true;
+}
+
+bool CamposCodigo::avisarSinMarca() {
+    if (IdMarca != 0) return false;
+    avisarEnCampo("Debe indicar el codigo de la marca", reglas_.nMarca);
+    return true;
+}
+
 bool CamposCodigo::preguntarNombreFiscal() {
     Message pregunta;
     pregunta.text = sPreguntaNombreFiscal;

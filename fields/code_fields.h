@@ -49,6 +49,10 @@ class CamposCodigo {
     /// Shows `sTexto` so that the Enter which closes it does not move the focus, then puts the focus on
     /// `Text1(Index)`.
     void avisarEnCampo(std::string_view sTexto, int Index);
+    /// Says that no supplier, or no brand, is chosen, and puts the focus on its field. False, and nothing
+    /// said, where one is.
+    bool avisarSinProveedor();
+    bool avisarSinMarca();
 
   protected:
     /// What a window's own copies of these procedures share with the others.

@@ -1,6 +1,7 @@
 #include "import/frm_imp_tarifas.h"
 
 #include "deletion/frm_borrado_articulos.h"
+#include "fields/window_texts.h"
 #include "platform/conversion.h"
 #include "platform/text.h"
 #include "stock/frm_existencias.h"
@@ -47,11 +48,10 @@ frmImpTarifas::frmImpTarifas(Platform& platform)
                        .rect = {284, 18, 90, 20},
                        .tabIndex = 1,
                        .caption = "AMA"}}),
-      Label1(*this,
-             {{.name = "Label1", .index = 0, .rect = {20, 54, 146, 16}, .caption = "Fichero origen de datos"},
-              {.name = "Label1", .index = 1, .rect = {20, 88, 146, 16}, .caption = "Proveedor (F1 Busqueda)"},
-              {.name = "Label1", .index = 2, .rect = {20, 122, 146, 16}, .caption = "Marca (F1 Busqueda)"},
-              {.name = "Label1", .index = 3, .rect = {486, 20, 64, 16}, .caption = "Ejercicio"}}),
+      Label1(*this, {{.name = "Label1", .index = 0, .rect = {20, 54, 146, 16}, .caption = sRotuloFichero},
+                     {.name = "Label1", .index = 1, .rect = {20, 88, 146, 16}, .caption = sRotuloProveedor},
+                     {.name = "Label1", .index = 2, .rect = {20, 122, 146, 16}, .caption = sRotuloMarca},
+                     {.name = "Label1", .index = 3, .rect = {486, 20, 64, 16}, .caption = "Ejercicio"}}),
       Combo1(*this, {.name = "Combo1", .rect = {556, 16, 100, 160}, .tabIndex = 2}),
       Text1(*this, {{.name = "Text1", .index = campoFichero, .rect = {172, 50, 344, 22}, .tabIndex = 3},
                     {.name = "Text1", .index = campoProveedor, .rect = {172, 84, 80, 22}, .tabIndex = 6},
@@ -133,9 +133,8 @@ void frmImpTarifas::cmdFichero_Click() {
 
 void frmImpTarifas::XPButton1_Click() {
     // Both checks only warn: the import runs all the same.
-    if (campos_.IdProveedor == 0)
-        campos_.avisarEnCampo("Debe indicar el codigo de proveedor", campoProveedor);
-    if (campos_.IdMarca == 0) campos_.avisarEnCampo("Debe indicar el codigo de la marca", campoMarca);
+    campos_.avisarSinProveedor();
+    campos_.avisarSinMarca();
 
     if (Option1[opcionTarifa].value()) {
         const std::string sAnio = Combo1.text();

@@ -2,6 +2,7 @@
 
 // What one import keeps from row to row, and what it writes of a row.
 
+#include "fields/window_texts.h"
 #include "import/frm_imp_tarifas.h"
 
 namespace pxtarvo {
@@ -12,9 +13,6 @@ inline constexpr std::int16_t nUno = 1;
 /// The columns by which articles are looked up, as the statements spell them.
 inline constexpr std::string_view sCodigoArticulo = "Art_Cod";
 inline constexpr std::string_view sCodigoBarrasArticulo = "Art_barCode";
-
-/// Ends a run that came to its end.
-inline constexpr std::string_view sExito = "Proceso finalizado con exito";
 
 struct frmImpTarifas::Corrida {
     double nFila = 0;             ///< 1-based; 0 before the first row

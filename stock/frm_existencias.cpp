@@ -1,5 +1,6 @@
 #include "stock/frm_existencias.h"
 
+#include "fields/window_texts.h"
 #include "platform/conversion.h"
 #include "platform/text.h"
 #include "stock/lineas_existencias.h"
@@ -55,9 +56,9 @@ frmExistencias::frmExistencias(Platform& platform)
           {{.name = "Label1", .index = 0, .rect = {16, 20, 150, 16}, .caption = "Codigo Cliente"},
            {.name = "Label1", .index = 1, .rect = {16, 52, 150, 16}, .caption = "Organización"},
            {.name = "Label1", .index = 2, .rect = {16, 84, 150, 16}, .caption = "Codigo Direccion de envio"},
-           {.name = "Label1", .index = 3, .rect = {16, 116, 150, 16}, .caption = "Fichero origen de datos"},
-           {.name = "Label1", .index = 4, .rect = {16, 148, 150, 16}, .caption = "Proveedor (F1 Busqueda)"},
-           {.name = "Label1", .index = 5, .rect = {16, 180, 150, 16}, .caption = "Marca (F1 Busqueda)"}}),
+           {.name = "Label1", .index = 3, .rect = {16, 116, 150, 16}, .caption = sRotuloFichero},
+           {.name = "Label1", .index = 4, .rect = {16, 148, 150, 16}, .caption = sRotuloProveedor},
+           {.name = "Label1", .index = 5, .rect = {16, 180, 150, 16}, .caption = sRotuloMarca}}),
       Text1(
           *this,
           {{.name = "Text1",
@@ -123,15 +124,7 @@ bool frmExistencias::camposCompletos() {
         return false;
     }
     // The supplier is asked for, though only the brand decides what is written.
-    if (campos_.IdProveedor == 0) {
-        campos_.avisarEnCampo("Debe indicar el codigo de proveedor", campoProveedor);
-        return false;
-    }
-    if (campos_.IdMarca == 0) {
-        campos_.avisarEnCampo("Debe indicar el codigo de la marca", campoMarca);
-        return false;
-    }
-    return true;
+    return !campos_.avisarSinProveedor() && !campos_.avisarSinMarca();
 }
 
 void frmExistencias::XPButton1_Click() {
@@ -164,7 +157,7 @@ void frmExistencias::XPButton1_Click() {
     ficheros.close(nFichero);
 
     setTag(etiquetaAviso);
-    avisar("Proceso finalizado con exito");
+    avisar(sExito);
     Unload();
 }
 

@@ -6,6 +6,7 @@
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
+#include "fields/window_texts.h"
 
 namespace pxtarvo::devhost {
 
@@ -58,7 +59,7 @@ int runImport(const CommonOptions& common, const ImportOptions& options) {
         if (!refused) press(host, control<PushButton>(window, "XPButton1"));
         return refused;
     };
-    command.successMessage = "Proceso finalizado con exito";
+    command.successMessage = sExito;
     command.nothingHappened = nothingHappened;
     command.nothingHappens = list != windowList;
     command.file = options.file.value_or("");

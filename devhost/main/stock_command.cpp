@@ -6,6 +6,7 @@
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
+#include "fields/window_texts.h"
 #include "platform/portable/drive_paths.h"
 
 namespace pxtarvo::devhost {
@@ -41,7 +42,7 @@ int runStock(const CommonOptions& common, const StockOptions& options) {
         if (!refused) press(host, control<PushButton>(window, "XPButton1"));
         return refused;
     };
-    command.successMessage = "Proceso finalizado con exito";
+    command.successMessage = sExito;
     command.nothingHappened = "the stock window did not open";
     return runInWindow(common, command);
 }
