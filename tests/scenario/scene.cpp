@@ -100,6 +100,16 @@ void Scene::inWindow(std::function<void(frmImpTarifas&)> actions) {
     host().run();
 }
 
+std::vector<std::string> Scene::tabRound(Window& window) {
+    std::vector<std::string> names;
+    Control* const first = window.activeControl();
+    do {
+        names.push_back(window.activeControl()->fullName());
+        host().desktop().press(vkTab);
+    } while (window.activeControl() != first);
+    return names;
+}
+
 void Scene::fillIn(frmImpTarifas& window, const ImportSteps& steps) {
     portable::SimulatedDesktop& desktop = host().desktop();
     if (!steps.year.empty()) desktop.choose(window.Combo1, steps.year);

@@ -53,6 +53,20 @@ class Scene : public ::testing::Test {
     void dropHost();
     /// Opens the import window and lets `actions` work in it.
     void inWindow(std::function<void(frmImpTarifas&)> actions);
+    /// Opens the import window, clicks `button` in it and lets `actions` work in the window that this opens.
+    template <class Opened>
+    void inWindowOf(PushButton frmImpTarifas::*button, std::function<void(Opened&)> actions) {
+        user().onWindowShown = [&, button](Window& window) {
+            if (auto* const import = dynamic_cast<frmImpTarifas*>(&window)) {
+                host().desktop().click(import->*button);
+            } else {
+                actions(dynamic_cast<Opened&>(window));
+            }
+        };
+        host().run();
+    }
+    /// The names of the controls that Tab reaches, from the one with the focus until it comes round.
+    std::vector<std::string> tabRound(Window& window);
     /// The usual way through the window.
     void import(const ImportSteps& steps);
     void fillIn(frmImpTarifas& window, const ImportSteps& steps);
