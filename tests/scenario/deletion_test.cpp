@@ -1,0 +1,200 @@
+// The deletion of the articles found: everything or nothing.
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "scenario/deletion_scene.h"
+
+namespace pxtarvo::test {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+constexpr const char* question = "Confirma que desea borrar los articulos encontrados";
+
+class Deletion : public DeletionScene {
+  protected:
+    void SetUp() override {
+        DeletionScene::SetUp();
+        for (const char* code : {"A", "B", "C", "D", "E"}) article(code);
+        sql("INSERT INTO Exis (Exis_IdArt,Exis_Codart) VALUES (1,'otro')");
+        sql("INSERT INTO Exis (Exis_IdArt,Exis_Codart) VALUES (999,'b ')");
+        sql("INSERT INTO Exis (Exis_IdArt,Exis_Codart) VALUES (998,'AJENO')");
+        sql("INSERT INTO Aat (Aat_Id,Aat_C01) VALUES (1,'queda')");
+        sql("INSERT INTO Lapr (Lapr_IdArt) VALUES (5)");
+        user().yesNo = MessageAnswer::Yes;
+    }
+    void confirm(frmBorradoArticulos& window) { desktop->click(window.cmdBorrar); }
+    /// Searches everything, deletes it and expects the window to close.
+    void deleteAll() {
+        inDeletion([&](frmBorradoArticulos& window) {
+            search(window);
+            confirm(window);
+            EXPECT_TRUE(window.unloaded());
+        });
+    }
+    std::vector<std::string> articles() { return column("SELECT Art_Cod FROM Art ORDER BY Art_Id"); }
+    /// Fails or refuses the write at this position, counted from 1.
+    void atWrite(int position, const std::function<std::optional<std::string>()>& what) {
+        const auto written = std::make_shared<int>(0);
+        host().state().beforeWrite = [=](const devhost::HostWrite&) -> std::optional<std::string> {
+            return ++*written == position ? what() : std::nullopt;
+        };
+    }
+};
+
+TEST_F(Deletion, DeletesArticlesAndTheirStockInOneTransaction) {
+    deleteAll();
+    std::vector<std::string> calls;
+    for (const std::string& line : record) {
+        if (line.find("\"execute\"") == std::string::npos) calls.push_back(line);
+    }
+    const std::string title = R"("title":"Borrado masivo de artículos")";
+    const auto deletion = [](const std::string& table, const std::string& where) {
+        return R"({"call":"delete","table":")" + table + R"(","where":" WHERE )" + where + R"(","ok":true})";
+    };
+    EXPECT_THAT(
+        calls,
+        ElementsAre(R"({"call":"message","text":")" + std::string(question) + "\"," + title +
+                        R"(,"buttons":"yesno","icon":"warning","default":"no","answer":"yes"})",
+                    R"({"call":"begin"})", deletion("Art", "Art_Id = 1"),
+                    deletion("Exis", "Exis_IdArt = 1 OR Exis_Codart = 'A'"), deletion("Art", "Art_Id = 2"),
+                    deletion("Exis", "Exis_IdArt = 2 OR Exis_Codart = 'B'"), deletion("Art", "Art_Id = 3"),
+                    deletion("Exis", "Exis_IdArt = 3 OR Exis_Codart = 'C'"), deletion("Art", "Art_Id = 4"),
+                    deletion("Exis", "Exis_IdArt = 4 OR Exis_Codart = 'D'"), R"({"call":"commit"})",
+                    R"({"call":"message","text":"Proceso de borrado finalizado",)" + title +
+                        R"(,"buttons":"ok","icon":"information"})",
+                    R"({"call":"unload","window":"frmBorradoArticulos"})",
+                    R"({"call":"unload","window":"frmImpTarifas"})"));
+    EXPECT_THAT(articles(), ElementsAre("E"));
+    EXPECT_THAT(column("SELECT Exis_Codart FROM Exis"), ElementsAre("AJENO"));
+    EXPECT_THAT(column("SELECT Aat_C01 FROM Aat"), ElementsAre("queda"));
+}
+
+/// Enter presses No, and moves the focus on from there.
+TEST_F(Deletion, AnswerNoChangesNothing) {
+    user().yesNo = std::nullopt;
+    const std::string before = databaseBytes();
+    inDeletion([&](frmBorradoArticulos& window) {
+        search(window);
+        confirm(window);
+        EXPECT_FALSE(window.unloaded());
+        EXPECT_TRUE(window.cmdBorrar.enabled());
+        EXPECT_EQ(window.dbgDatos.dataSource()->RecordCount(), 4);
+    });
+    EXPECT_THAT(messageTexts(), ElementsAre(question));
+    EXPECT_THAT(recordOf("begin"), IsEmpty());
+    EXPECT_TRUE(before == databaseBytes());
+}
+
+/// A refusal or an error at any write leaves the file byte for byte as it was; only the error is shown.
+TEST_F(Deletion, AnyFailureBringsEverythingBack) {
+    constexpr int writes = 8;
+    const std::string before = databaseBytes();
+    for (int position = 1; position <= writes; ++position) {
+        SCOPED_TRACE(position);
+        atWrite(position, [] { return std::optional<std::string>("no"); });
+        deleteAll();
+        EXPECT_EQ(messageTexts().back(), question);
+        EXPECT_TRUE(before == databaseBytes());
+        atWrite(position, []() -> std::optional<std::string> { throw RuntimeError(-2147467259, "Red"); });
+        deleteAll();
+        EXPECT_TRUE(before == databaseBytes());
+    }
+    EXPECT_EQ(recordOf("message").back(),
+              R"({"call":"message","text":"Red","title":"Borrado masivo de artículos","buttons":"ok",)"
+              R"("icon":"critical"})");
+    EXPECT_THAT(recordOf("rollback"), SizeIs(2 * writes));
+    EXPECT_THAT(recordOf("commit"), IsEmpty());
+}
+
+/// The condition that its code breaks is refused by the database, which the host reports as a refusal.
+TEST_F(Deletion, ApostropheInACodeDeletesNothing) {
+    sql("UPDATE Art SET ART_Cod = 'O''RING' WHERE Art_Id = 3");
+    const std::string before = databaseBytes();
+    deleteAll();
+    EXPECT_THAT(messageTexts(), ElementsAre(question));
+    EXPECT_TRUE(before == databaseBytes());
+}
+
+/// A process that ends at any call leaves a file that opens with all of the articles or, once the deletion is
+/// committed, with none of them.
+TEST_F(Deletion, AProcessThatIsKilledLeavesAllOrNothing) {
+    deleteAll();
+    const std::size_t calls = record.size();
+    std::size_t commit = 0;
+    while (record.at(commit).find("\"commit\"") == std::string::npos) ++commit;
+    ASSERT_GT(commit, 8u);
+    for (std::size_t last = 0; last < calls; ++last) {
+        SCOPED_TRACE(last);
+        SetUp();
+        dropHost();
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            std::size_t seen = 0;
+            options.recorder = std::make_shared<devhost::Recorder>([&](std::string_view) {
+                if (seen++ == last) _exit(7);
+            });
+            desktop = &host().desktop();
+            user().yesNo = MessageAnswer::Yes;
+            deleteAll();
+            _exit(1);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 7);
+        EXPECT_THAT(articles(), SizeIs(last < commit ? 5 : 1));
+        EXPECT_EQ(value("SELECT count(*) FROM Exis"), last < commit ? "3" : "1");
+    }
+}
+
+/// The grid and the deletion share the current row: the row chosen is the next one deleted.
+TEST_F(Deletion, ARowChosenDuringTheRunMovesIt) {
+    std::int32_t row = 0;
+    inDeletion([&](frmBorradoArticulos& window) {
+        search(window);
+        user().onYielded = [&] {
+            if (row != 0 || window.ProgressBar1.value() != 1) return;
+            row = window.dbgDatos.dataSource()->AbsolutePosition();
+            desktop->chooseRow(window.dbgDatos, 4);
+        };
+        confirm(window);
+        user().onYielded = nullptr;
+    });
+    EXPECT_EQ(row, 2) << "the grid's row follows the deletion";
+    EXPECT_THAT(articles(), ElementsAre("B", "C", "E"));
+    EXPECT_EQ(messageTexts().back(), "Proceso de borrado finalizado");
+}
+
+TEST_F(Deletion, WindowClosedInTheMiddleOfTheRun) {
+    inDeletion([&](frmBorradoArticulos& window) {
+        search(window);
+        user().onYielded = [&] {
+            if (window.ProgressBar1.value() == 1) desktop->press(vkEscape);
+        };
+        confirm(window);
+        user().onYielded = nullptr;
+        EXPECT_EQ(window.ProgressBar1.value(), 1);
+    });
+    EXPECT_THAT(articles(), ElementsAre("E"));
+    EXPECT_EQ(messageTexts().back(), "Proceso de borrado finalizado");
+    EXPECT_THAT(recordOf("unload"), SizeIs(2));
+}
+
+TEST_F(Deletion, TransactionAlreadyOpenIsRolledBack) {
+    host().connection()->BeginTrans();
+    sql("UPDATE Art SET Art_Estado = 1");
+    deleteAll();
+    EXPECT_EQ(value("SELECT count(*) FROM Art WHERE Art_Estado = 0"), "5");
+    EXPECT_THAT(messageTexts(), SizeIs(2));
+    EXPECT_THROW(host().connection()->RollbackTrans(), RuntimeError);
+}
+
+}  // namespace
+
+}  // namespace pxtarvo::test
