@@ -154,7 +154,7 @@ void SampleDealer::referenceTables() {
 
 void SampleDealer::article(const Article& article) {
     ++id_;
-    const bool retired = id_ % 12 == 5;
+    const bool retired = id_ % 11 == 5;
     const bool moved = id_ % 4 == 1;
     const CalendarTime since{2005 + sequence_.below(6), 1 + sequence_.below(12), 1 + sequence_.below(28)};
     const Variant price = article.price ? Variant(*article.price) : Variant(Null{});
