@@ -18,7 +18,8 @@ std::optional<std::string> fileClash(const CommonOptions& common, const StockOpt
     if (!options.file) return std::nullopt;
     std::error_code unknown;
     const auto whole = [&](const std::string& path) {
-        return std::filesystem::weakly_canonical(portable::DrivePaths(common.driveC).resolve(path), unknown);
+        const std::string place = portable::DrivePaths(common.driveC).resolve(path);
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(place, unknown), unknown);
     };
     for (const std::string& kept : {common.database, common.trace}) {
         if (!kept.empty() && whole(kept) == whole(*options.file)) {

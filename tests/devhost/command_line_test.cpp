@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "devhost/host_folder.h"
@@ -76,6 +77,15 @@ TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
         {"import dealer.db --file {S}/list-apostrophe-row-57.mdb", 1, ""},
         {"import dealer.db --file {S}/TARIFA2012.MDB --in-transaction", 1, ""},
         {"import missing.db", 1, ""},
+        {"stock dealer.db", 1, "Debe indicar el codigo de proveedor"},
+        {"stock dealer.db --client 12345678901", 2, "--client: the field does not take '12345678901'"},
+        {"stock dealer.db --file c/../dealer.db", 2, "the stock file would overwrite 'dealer.db'"},
+        {"stock dealer.db --trace t --file t", 2, "the stock file would overwrite 't'"},
+        {"stock dealer.db --supplier 24 --brand SAME --file no/s", 1, "No se encontró la ruta de acceso"},
+        {"delete dealer.db --state viejo", 2, ""},
+        {"delete dealer.db --until 1/1/1990", 1, "No hay articulos introducidos"},
+        {"delete dealer.db --until 32/13/2006 --answer no", 1, "nothing was deleted: the answer was no"},
+        {"delete dealer.db --in-transaction", 1, ""},
         {"import text.db", 1, ""},
         {"import void.db", 1, "El nombre de objeto 'Pro' no es válido."},
     };
@@ -116,6 +126,44 @@ TEST_F(CommandLine, ImportsAndRecords) {
             "\n{\"call\":\"unload\",\"window\":\"frmImpTarifas\"}\n"));
     const auto connection = devhost::openHostFile(folder.file("dealer.db"), hostClock);
     EXPECT_GT(connection->Execute("SELECT * FROM ArtPro WHERE ARP_Idp = 0", -1)->RecordCount(), 500);
+}
+
+TEST_F(CommandLine, WritesTheStockFile) {
+    ASSERT_EQ(run("init dealer.db --sample"), 0);
+    std::filesystem::create_directories(folder.file("c/tarvo/stock"));
+    ASSERT_EQ(run("stock dealer.db --drive-c c --supplier 24 --brand AGM --client 'A 1' --organisation 16 "
+                  "--address B --now '2012-07-25 10:30:00' --trace record.jsonl"),
+              0)
+        << errors;
+    EXPECT_EQ(output, "Proceso finalizado con exito\n");
+    const std::string file = bytesOf(folder.file("c/tarvo/stock/StockTarvo20120725.txt"));
+    EXPECT_THAT(file, ::testing::StartsWith("A 1       BEGFILE                       16 B        \r\n"
+                                            "A 1       AG-1"));
+    EXPECT_THAT(file, EndsWith("A 1       ENDFILE                       16 B        \r\n"));
+    EXPECT_EQ(file.size() % 54, 0u);
+    EXPECT_THAT(bytesOf(folder.file("record.jsonl")),
+                EndsWith(R"({"call":"unload","window":"frmExistencias"})"
+                         "\n"
+                         R"({"call":"unload","window":"frmImpTarifas"})"
+                         "\n"));
+}
+
+TEST_F(CommandLine, ListsAndDeletesArticles) {
+    ASSERT_EQ(run("init dealer.db --sample"), 0);
+    const std::string before = bytesOf(folder.file("dealer.db"));
+    const std::string criteria = "delete dealer.db --brand SAME --until 31/12/2008 --state baja";
+    ASSERT_EQ(run(criteria + " --list-only"), 0) << errors;
+    EXPECT_THAT(output, ::testing::StartsWith("Codigo\tDescripción\tMarca\tAlm\tEstado\tFecha\n"));
+    const auto lines = std::ranges::count(output, '\n');
+    EXPECT_GT(lines, 5);
+    EXPECT_THAT(output, ::testing::ContainsRegex("\tSame\t(Si|No)\tBaja\t[0-3][0-9]/[01][0-9]/200[5-8]\n"));
+    EXPECT_TRUE(before == bytesOf(folder.file("dealer.db")));
+
+    ASSERT_EQ(run(criteria), 0) << errors;
+    EXPECT_EQ(output,
+              "Confirma que desea borrar los articulos encontrados\n> Sí\nProceso de borrado finalizado\n");
+    EXPECT_EQ(run(criteria + " --list-only"), 1);
+    EXPECT_EQ(output, "No hay articulos introducidos\n");
 }
 
 }  // namespace
