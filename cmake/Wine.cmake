@@ -14,6 +14,8 @@ list(TRANSFORM automation_files APPEND .cpp)
 file(GLOB wine_folders /usr/lib/*/wine/*-unix)
 find_library(WINE_UUID uuid PATHS ${wine_folders} NO_DEFAULT_PATH REQUIRED)
 
+set(PXTARVO_DLL "" CACHE FILEPATH "The DLL to be tested, of this machine's own width")
+
 enable_testing()
 
 # Called once the rooms of the portable body stand.
@@ -36,7 +38,6 @@ function(add_wine_programs)
     add_executable(wine_test ${sources})
     target_include_directories(wine_test PRIVATE "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(wine_test PRIVATE winehost wine_gtest)
-    set(PXTARVO_DLL "${PROJECT_SOURCE_DIR}/build/win64/plugin/com/PXTarvo.dll" CACHE FILEPATH "The DLL to be tested")
     target_compile_definitions(wine_test PRIVATE PXTARVO_SAMPLES_DIR="${PROJECT_SOURCE_DIR}/samples"
                                                  PXTARVO_DLL_PATH="${PXTARVO_DLL}")
     # Wine's loader knows its own programs by this ending.
@@ -45,16 +46,8 @@ function(add_wine_programs)
         target_compile_options(${program} PRIVATE -fPIC)  # a library to the linker, whatever its name
     endforeach()
 
-    set(dll_builds win32 win64)
-    set(dll_machines i686 x86_64)
     set(session "${PROJECT_SOURCE_DIR}/tools/wine-session" "${PROJECT_BINARY_DIR}/prefix")
     add_test(NAME wine COMMAND ${session} wine "$<TARGET_FILE:wine_test>")
     add_test(NAME cscript COMMAND ${session} "${PROJECT_SOURCE_DIR}/tests/wine/cscript-session" "${PXTARVO_DLL}")
-    # Of both architectures, which the presets win32 and win64 build.
-    foreach(build machine IN ZIP_LISTS dll_builds dll_machines)
-        add_test(NAME dll_files_${build}
-                 COMMAND "${PROJECT_SOURCE_DIR}/tests/wine/dll-files"
-                         "${PROJECT_SOURCE_DIR}/build/${build}/plugin/com/PXTarvo.dll" ${PROJECT_VERSION} ${machine})
-    endforeach()
     set_tests_properties(wine cscript PROPERTIES LABELS wine RESOURCE_LOCK prefix TIMEOUT 600)
 endfunction()
