@@ -3,6 +3,7 @@
 #include "devhost/field_helper.h"
 #include "devhost/host_file.h"
 #include "devhost/recording_connection.h"
+#include "import/article_file.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/jet_connection.h"
 
@@ -35,6 +36,9 @@ DevHost::DevHost(DevHostOptions options)
 
     portable::PortableOptions portable;
     portable.driveC = options.driveC;
+    if (!options.articleFile.empty()) {
+        portable.standIn = {std::string(sFicheroArticulos), options.articleFile};
+    }
     portable.clock = clock;
     portable.makeConnection = [make = options.makeSource, recorder = options.recorder,
                                checks = checks_](const portable::DrivePaths& paths) -> ObjectRef<Connection> {

@@ -18,8 +18,9 @@
 namespace pxtarvo::devhost {
 
 struct DevHostOptions {
-    std::string database;                ///< an existing file, UTF-8
-    std::string driveC;                  ///< folder that stands for drive C:, empty for none
+    std::string database;     ///< an existing file, UTF-8
+    std::string driveC;       ///< folder that stands for drive C:, empty for none
+    std::string articleFile;  ///< stands for the article file of the location update, empty for none
     std::shared_ptr<const Clock> clock;  ///< the machine's own when empty
     std::shared_ptr<Recorder> recorder;  ///< none when empty
     /// Hands the plug-in a new context object after every use, so that one that is kept is noticed. For

@@ -1,6 +1,7 @@
 // The location update from the article file: lines in the ANSI code page, ended by CR or CR LF, of fields
 // separated by the character of code 1.
 
+#include "import/article_file.h"
 #include "import/run_state.h"
 #include "platform/conversion.h"
 #include "platform/platform.h"
@@ -10,7 +11,6 @@ namespace pxtarvo {
 
 namespace {
 
-constexpr std::string_view sFicheroArticulos = "C:\\tarvo\\articulo.tdw";
 constexpr int nFichero = 1;
 constexpr char separadorCampos = '\x01';
 constexpr std::size_t nMaximoPasillo = 20;

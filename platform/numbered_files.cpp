@@ -36,9 +36,11 @@ class NumberedFiles::InputFile : public File {
     explicit InputFile(std::unique_ptr<SystemFile> file) : File(std::move(file), false) {}
 
     bool atEnd() { return next_ == end_ && !fill(); }
+    std::int32_t linesRead() const noexcept { return linesRead_; }
 
     std::string line() {
         if (atEnd()) throw RuntimeError(ErrorNumber::InputPastEnd);
+        ++linesRead_;
         std::string bytes;
         while (!atEnd()) {
             const char* const from = buffer_.data() + next_;
@@ -66,6 +68,7 @@ class NumberedFiles::InputFile : public File {
     std::array<char, bufferSize> buffer_;
     std::size_t next_ = 0;
     std::size_t end_ = 0;
+    std::int32_t linesRead_ = 0;
 };
 
 class NumberedFiles::OutputFile : public File {
@@ -140,6 +143,12 @@ void NumberedFiles::print(int number, std::string_view text) {
 void NumberedFiles::close(int number) {
     const auto node = files_.extract(number);
     if (!node.empty()) node.mapped()->finish();
+}
+
+std::int32_t NumberedFiles::linesRead(int number) const {
+    const auto found = files_.find(number);
+    const auto* file = found == files_.end() ? nullptr : dynamic_cast<InputFile*>(found->second.get());
+    return file ? file->linesRead() : 0;
 }
 
 }  // namespace pxtarvo

@@ -4,6 +4,7 @@
 // themselves.
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -47,6 +48,8 @@ class NumberedFiles : public TextFiles {
     void print(int number, std::string_view text) final;
     /// The number is free afterwards, whatever it raises.
     void close(int number) final;
+    /// Lines read so far of a file that is open for input; 0 for any other number.
+    std::int32_t linesRead(int number) const;
 
   private:
     class File;

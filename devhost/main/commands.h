@@ -15,5 +15,7 @@ void addInitCommand(CLI::App& program, Command& chosen);
 void addImportCommand(CLI::App& program, Command& chosen);
 void addStockCommand(CLI::App& program, Command& chosen);
 void addDeleteCommand(CLI::App& program, Command& chosen);
+void addLocationsCommand(CLI::App& program, Command& chosen);
+void addFixCodesCommand(CLI::App& program, Command& chosen);
 
 }  // namespace pxtarvo::devhost

@@ -47,12 +47,11 @@ std::optional<std::string> fillIn(DevHost& host, const Window& window, const Del
     return std::nullopt;
 }
 
-/// Why nothing was deleted; nothing when it was.
-std::optional<std::string> failureOf(const DevUser& user) {
-    if (user.lastMessageIs("Proceso de borrado finalizado")) return std::nullopt;
+/// Why nothing was deleted.
+std::string reasonOf(const DevUser& user, std::string told) {
     if (user.messages().empty()) return "nothing was searched";
     const ShownMessage& last = user.messages().back();
-    if (last.message.buttons != MessageButtons::YesNo) return lastMessage(user);
+    if (last.message.buttons != MessageButtons::YesNo) return told;
     // Refusals are rolled back without a word.
     return last.answer == MessageAnswer::Yes ? "nothing was deleted: the host refused a deletion"
                                              : "nothing was deleted: the answer was no";
@@ -76,7 +75,9 @@ int runDelete(const CommonOptions& common, const DeleteOptions& options) {
         }
         return refused;
     };
-    command.failure = [&](const DevUser& user) { return listed ? std::nullopt : failureOf(user); };
+    command.successMessage = "Proceso de borrado finalizado";
+    command.endedWell = [&] { return listed; };
+    command.reason = [](DevHost& host, std::string told) { return reasonOf(host.user(), std::move(told)); };
     return runInWindow(common, command);
 }
 

@@ -16,17 +16,10 @@ namespace {
 constexpr std::string_view windowYear = "2012";
 constexpr std::string_view windowList = "same";
 
-/// Lists that the window has no procedure for yet.
-struct MissingList {
-    std::string_view list;
-    std::string_view year;
-    std::string_view reason;
-};
-
-constexpr MissingList missingLists[] = {
-    {"same", "2006", "the list of 2006 cannot be imported yet"},
-    {"ama", "2008", "the barcode list of 2008 cannot be imported yet"},
-};
+/// The only year of the barcode list that the window imports.
+constexpr std::string_view barcodeYear = "2008";
+/// How a run that stopped at an error begins its message.
+constexpr std::string_view stoppedAtRow = "Registro ";
 
 int positionOf(std::string_view list) {
     return list == windowList ? 0 : 1;
@@ -48,20 +41,22 @@ std::optional<std::string> fillIn(DevHost& host, Window& window, const ImportOpt
 int runImport(const CommonOptions& common, const ImportOptions& options) {
     const std::string year = options.year.value_or(std::string(windowYear));
     const std::string list = options.list.value_or(std::string(windowList));
-    for (const MissingList& missing : missingLists) {
-        if (missing.list == list && missing.year == year) return leave(exitWrongCommand, missing.reason);
-    }
-    const std::string nothingHappened =
-        "nothing was imported: the list " + list + " has no import for " + year;
     WindowCommand command;
+    bool closed = false;
     command.actions = [&](DevHost& host, Window& window) {
         auto refused = fillIn(host, window, options);
         if (!refused) press(host, control<PushButton>(window, "XPButton1"));
+        closed = window.unloaded();
         return refused;
     };
     command.successMessage = sExito;
-    command.nothingHappened = nothingHappened;
-    command.nothingHappens = list != windowList;
+    command.reason = [&](DevHost&, std::string told) -> std::string {
+        if (list == windowList) return told;
+        if (year != barcodeYear)
+            return "nothing was imported: the list " + list + " has no import for " + year;
+        if (!closed || told.starts_with(stoppedAtRow)) return told;
+        return "the host refused to insert a row; the run ended there, without a message";
+    };
     command.file = options.file.value_or("");
     return runInWindow(common, command);
 }

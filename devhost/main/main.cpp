@@ -17,6 +17,8 @@ int main(int argc, char** argv) {
     addImportCommand(program, command);
     addStockCommand(program, command);
     addDeleteCommand(program, command);
+    addLocationsCommand(program, command);
+    addFixCodesCommand(program, command);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

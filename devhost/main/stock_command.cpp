@@ -44,7 +44,6 @@ int runStock(const CommonOptions& common, const StockOptions& options) {
         return refused;
     };
     command.successMessage = sExito;
-    command.nothingHappened = "the stock window did not open";
     return runInWindow(common, command);
 }
 

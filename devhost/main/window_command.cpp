@@ -40,12 +40,12 @@ std::string described(const RuntimeError& error) {
     return "Error '" + plainNumber(error.number()) + "' en tiempo de ejecución: " + error.description();
 }
 
-/// The end of the host's own transaction. What a run that failed has rolled back is no failure of its own.
-std::optional<std::string> commit(DevHost& host, bool runSucceeded) {
+/// The end of the host's own transaction, where the run has not ended it.
+std::optional<std::string> commit(DevHost& host) {
     try {
         host.connection()->CommitTrans();
     } catch (const RuntimeError& error) {
-        if (runSucceeded || !error.is(ErrorNumber::NoTransactionOpen)) return described(error);
+        if (!error.is(ErrorNumber::NoTransactionOpen)) return described(error);
     }
     return std::nullopt;
 }
@@ -86,15 +86,14 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
         failure = described(error);
     }
     progress.end();
-    if (!failure && command.failure) {
-        failure = command.failure(user);
-    } else if (!failure && !user.lastMessageIs(command.successMessage)) {
-        // A window still open without a run was left by a button that does nothing here.
-        failure = command.nothingHappens || user.messages().empty() ? std::string(command.nothingHappened)
-                                                                    : lastMessage(user);
+    if (!failure && !user.lastMessageIs(command.successMessage) &&
+        !(command.endedWell && command.endedWell())) {
+        std::string told =
+            user.messages().empty() ? "nothing was said" : asOneLine(user.messages().back().message.text);
+        failure = command.reason ? command.reason(host, std::move(told)) : std::move(told);
     }
     if (options.inTransaction) {
-        if (auto notCommitted = commit(host, !failure)) failure = std::move(notCommitted);
+        if (auto notCommitted = commit(host)) failure = std::move(notCommitted);
     }
     if (refused) return report(host, leave(exitWrongCommand, *refused));
     return report(host, failure ? leave(exitFailed, *failure) : exitDone);
@@ -134,6 +133,7 @@ int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     DevHostOptions hostOptions;
     hostOptions.database = options.database;
     hostOptions.driveC = options.driveC;
+    hostOptions.articleFile = command.articleFile;
     hostOptions.clock = clockFor(options);
     try {
         hostOptions.recorder = recorderFor(options);
@@ -146,10 +146,6 @@ int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     } catch (const RuntimeError& error) {
         return leave(exitFailed, described(error));
     }
-}
-
-std::string lastMessage(const DevUser& user) {
-    return user.messages().empty() ? "" : asOneLine(user.messages().back().message.text);
 }
 
 bool typeAndLeave(DevHost& host, TextBox& box, std::string_view text) {

@@ -29,20 +29,18 @@ struct WindowCommand {
     std::function<std::optional<std::string>(DevHost& host, Window& window)> actions;
     /// The message that ends a run which did what it was to do.
     std::string_view successMessage;
-    /// Said when no message was shown at all, or when the button has nothing to do.
-    std::string_view nothingHappened;
-    bool nothingHappens = false;  ///< known beforehand of what the window is filled in with
-    /// Where set, says instead of the messages what the run came to: the reason of its failure, or nothing.
-    std::function<std::optional<std::string>(const DevUser&)> failure{};
-    std::string file{};  ///< what the run reads beside the database, empty where that is left alone
+    /// Where set, whether a run ended well without a message.
+    std::function<bool()> endedWell{};
+    /// Why a run did not do what it was to do, where neither the last message nor an error tells it whole;
+    /// `told` is what they tell.
+    std::function<std::string(DevHost& host, std::string told)> reason{};
+    std::string file{};         ///< what the run reads beside the database, empty where that is left alone
+    std::string articleFile{};  ///< stands for the article file of the location update
 };
 
 /// Opens the import window and runs the command in it or in the window that its button opens: messages go to
 /// standard output, progress and the reason of a failure to standard error. Gives back the exit status.
 int runInWindow(const CommonOptions& options, const WindowCommand& command);
-
-/// The last message shown, as one line; empty when there was none.
-std::string lastMessage(const DevUser& user);
 
 /// Types `text` into the box, over what it holds, and leaves it with Enter. False when the box did not take
 /// every key.

@@ -5,7 +5,10 @@
 #include <memory>
 #include <optional>
 #include <system_error>
+#include <utility>
 #include <vector>
+
+#include "platform/text.h"
 
 namespace pxtarvo::portable {
 
@@ -62,7 +65,13 @@ std::optional<fs::path> entryIgnoringCase(const fs::path& folder, std::string_vi
 
 }  // namespace
 
+DrivePaths::DrivePaths(std::string_view driveC, StandIn standIn) : driveC_(driveC) {
+    standIn.place = resolve(standIn.place);
+    standIn_ = std::move(standIn);
+}
+
 std::string DrivePaths::resolve(std::string_view path) const {
+    if (!standIn_.path.empty() && equalIgnoringAsciiCase(path, standIn_.path)) return standIn_.place;
     if (!hasDriveLetter(path)) return std::string(path);
     if (driveC_.empty() || g_ascii_toupper(path[0]) != 'C') return std::string(impossibleFolder).append(path);
 

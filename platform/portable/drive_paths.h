@@ -9,10 +9,16 @@
 
 namespace pxtarvo::portable {
 
+/// A file elsewhere that stands for the one of a fixed path.
+struct StandIn {
+    std::string path;   ///< whatever the case of its letters; empty for no such file
+    std::string place;  ///< any path that DrivePaths resolves
+};
+
 class DrivePaths {
   public:
     /// `driveC` is the folder that stands for drive C:, UTF-8; empty when nothing does.
-    explicit DrivePaths(std::string_view driveC = {}) : driveC_(driveC) {}
+    explicit DrivePaths(std::string_view driveC = {}, StandIn standIn = {});
 
     /// The system's own path of `path` (UTF-8). Behind a drive letter the components, separated by either
     /// slash, are looked up one by one ignoring case, accented letters included; an exact name goes first,
@@ -23,6 +29,7 @@ class DrivePaths {
 
   private:
     std::filesystem::path driveC_;
+    StandIn standIn_;  ///< its place already resolved
 };
 
 }  // namespace pxtarvo::portable

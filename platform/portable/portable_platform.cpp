@@ -7,7 +7,10 @@
 namespace pxtarvo::portable {
 
 PortablePlatform::PortablePlatform(PortableOptions options, SimulatedUser& user)
-    : options_(std::move(options)), paths_(options_.driveC), files_(paths_), desktop_(user) {
+    : options_(std::move(options)),
+      paths_(options_.driveC, options_.standIn),
+      files_(paths_),
+      desktop_(user) {
     if (!options_.makeConnection) {
         options_.makeConnection = [](const DrivePaths& paths) -> ObjectRef<Connection> {
             return makeObject<JetConnection>(paths);

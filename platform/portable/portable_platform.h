@@ -16,6 +16,7 @@ struct PortableOptions {
     std::string driveC;  ///< folder that stands for drive C:, empty for none
     std::shared_ptr<const Clock> clock;
     std::string moduleFolder = "C:\\TARVO";
+    StandIn standIn{};
     /// Makes the connections that the plug-in creates; by default readers of Access files.
     std::function<ObjectRef<Connection>(const DrivePaths&)> makeConnection;
 };
@@ -30,7 +31,7 @@ class PortablePlatform : public Platform {
     ObjectRef<Recordset> createRecordset() override;
     ObjectRef<SpreadsheetApplication> createSpreadsheet() override;
     SimulatedDesktop& desktop() override { return desktop_; }
-    TextFiles& textFiles() override { return files_; }
+    SequentialFiles& textFiles() override { return files_; }
     const Clock& clock() const override { return *options_.clock; }
     const Locale& locale() const override { return spanishLocale(); }
     std::string moduleFolder() const override { return options_.moduleFolder; }

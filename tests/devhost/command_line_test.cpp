@@ -42,6 +42,8 @@ TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
         "text.db",
         "no database, but long enough to have a header of a hundred bytes if it were one .............");
     folder.write("void.db", "");
+    std::filesystem::create_directory(folder.file("c"));
+    folder.write("c/articulo.tdw", std::string(18, '\x01') + "\r" + std::string(19, '\x01') + "\r\n\r\n");
     const std::string before = bytesOf(folder.file("dealer.db"));
     struct Case {
         const char* arguments;
@@ -69,9 +71,15 @@ TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
         {"import dealer.db --answer perhaps", 2, ""},
         {"import dealer.db --drive-c no/such/folder", 2, ""},
         {"import dealer.db --supplier 24x", 2, "--supplier: the field does not take '24x'"},
-        {"import dealer.db --year 2006", 2, "the list of 2006 cannot be imported yet"},
-        {"import dealer.db --year 2008 --list ama", 2, "the barcode list of 2008 cannot be imported yet"},
+        {"import dealer.db --year 2006", 1, "No se pudo encontrar el archivo 'C:\\TARVO\\TARIFA2006.MDB'."},
         {"import dealer.db --list ama", 1, "nothing was imported: the list ama has no import for 2012"},
+        {"locations dealer.db", 1, "Error '76' en tiempo de ejecución: No se encontró la ruta de acceso"},
+        {"locations dealer.db --file no.tdw", 1, "'53' en tiempo de ejecución: No se encontró el archivo"},
+        {"locations dealer.db --file c/articulo.tdw", 1, "(c/articulo.tdw, line 3)"},
+        {"locations dealer.db --file text.db --trace text.db", 2, "would overwrite what the command reads"},
+        {"fix-codes dealer.db --answer no", 1, "nothing was corrected: the question was answered no"},
+        {"fix-codes dealer.db --in-transaction", 1, "No se pueden iniciar más transacciones en esta sesión."},
+        {"fix-codes dealer.db --year 2008", 2, "--year"},
         {"import dealer.db --trace no/such/folder/t", 1, "No se puede escribir 'no/such/folder/t'."},
         {"import dealer.db", 1, "No se pudo encontrar el archivo 'C:\\TARVO\\TARIFA2012.MDB'."},
         {"import dealer.db --file {S}/list-apostrophe-row-57.mdb", 1, ""},
@@ -164,6 +172,38 @@ TEST_F(CommandLine, ListsAndDeletesArticles) {
               "Confirma que desea borrar los articulos encontrados\n> Sí\nProceso de borrado finalizado\n");
     EXPECT_EQ(run(criteria + " --list-only"), 1);
     EXPECT_EQ(output, "No hay articulos introducidos\n");
+}
+
+TEST_F(CommandLine, RunsTheOtherListsAndTheMaintenance) {
+    struct Case {
+        const char* arguments;
+        int status;
+        const char* output;  ///< its end
+        const char* query;
+        const char* result;
+    };
+    const Case cases[] = {
+        {"import dealer.db --year 2006 --in-transaction --file {S}/TARIFA2006.MDB", 0,
+         "Proceso finalizado con exito\n", "SELECT count(*) FROM ArtPro WHERE Arp_Descuento = 37", "206"},
+        {"import dealer.db --year 2008 --list ama --file {S}/barcodes-apostrophe-row-12.xls", 1,
+         "Registro 12. Comilla no cerrada antes de la cadena de caracteres ''.\n",
+         "SELECT count(*) FROM Art WHERE ART_PVE = 0", "11"},
+        {"locations dealer.db --file {S}/articulo.tdw", 0,
+         "Proceso de importacion de C:\\tarvo\\articulo.tdw finalizado\n",
+         "SELECT count(*) FROM Ubi WHERE Ubi_Pasillo = 'ESTANTERÍA NORTE PAS'", "3"},
+        {"fix-codes dealer.db", 0, "Confirma que desea comenzar el proceso\n> Sí\nproceso concluido\n",
+         "SELECT count(*) FROM Hexis WHERE Hexis_Usu = 1", "84"},
+    };
+    ASSERT_EQ(run("init sample.db --sample"), 0);
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.arguments);
+        std::filesystem::copy_file(folder.file("sample.db"), folder.file("dealer.db"),
+                                   std::filesystem::copy_options::overwrite_existing);
+        EXPECT_EQ(run(one.arguments), one.status) << errors;
+        EXPECT_THAT(output, EndsWith(one.output));
+        const auto connection = devhost::openHostFile(folder.file("dealer.db"), hostClock);
+        EXPECT_EQ(joinedText(connection->Execute(one.query, -1)->Fields(0), spanishLocale()), one.result);
+    }
 }
 
 }  // namespace

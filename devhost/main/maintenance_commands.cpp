@@ -1,0 +1,82 @@
+// The maintenance runs of the import window, each behind a button of its own.
+
+#include <memory>
+#include <string>
+
+#include "devhost/main/commands.h"
+#include "devhost/main/exit_status.h"
+#include "devhost/main/options.h"
+#include "devhost/main/window_command.h"
+#include "devhost/window_controls.h"
+#include "import/article_file.h"
+#include "platform/conversion.h"
+
+namespace pxtarvo::devhost {
+
+namespace {
+
+constexpr int articleFileNumber = 1;
+
+struct LocationsOptions {
+    CommonOptions common;
+    std::string file;
+};
+
+WindowCommand pressing(std::string_view button) {
+    WindowCommand command;
+    command.actions = [button](DevHost& host, Window& window) -> std::optional<std::string> {
+        press(host, control<PushButton>(window, button));
+        return std::nullopt;
+    };
+    return command;
+}
+
+int runLocations(const LocationsOptions& options) {
+    const std::string fixedPath(sFicheroArticulos);
+    const std::string success = "Proceso de importacion de " + fixedPath + " finalizado";
+    WindowCommand command = pressing("XPButton4");
+    command.successMessage = success;
+    command.file = options.file.empty() ? fixedPath : options.file;
+    command.articleFile = options.file;
+    command.reason = [&](DevHost& host, std::string told) {
+        // The run leaves the file open at the line that stopped it.
+        const std::int32_t line = host.platform().textFiles().linesRead(articleFileNumber);
+        if (line > 0) told.append(" (" + command.file + ", line " + plainNumber(line) + ")");
+        return told;
+    };
+    return runInWindow(options.common, command);
+}
+
+int runFixCodes(const CommonOptions& options) {
+    WindowCommand command = pressing("XPButton3");
+    command.successMessage = "proceso concluido";
+    command.reason = [](DevHost& host, std::string told) -> std::string {
+        const auto& messages = host.user().messages();
+        const bool refused = !messages.empty() && messages.back().answer == MessageAnswer::No;
+        return refused ? "nothing was corrected: the question was answered no" : told;
+    };
+    return runInWindow(options, command);
+}
+
+}  // namespace
+
+void addLocationsCommand(CLI::App& program, Command& chosen) {
+    const auto options = std::make_shared<LocationsOptions>();
+    CLI::App& command =
+        *program.add_subcommand("locations", "Give articles without a place the one of the article file");
+    addCommonOptions(command, options->common);
+    command
+        .add_option("--file", options->file, "stands for the article file, " + std::string(sFicheroArticulos))
+        ->type_name("PATH");
+    command.callback([options, &chosen] { chosen = [options] { return runLocations(*options); }; });
+}
+
+void addFixCodesCommand(CLI::App& program, Command& chosen) {
+    const auto options = std::make_shared<CommonOptions>();
+    CLI::App& command = *program.add_subcommand(
+        "fix-codes", "Move the stock of codes without a leading zero to the same codes with it");
+    addCommonOptions(command, *options);
+    command.callback([options, &chosen] { chosen = [options] { return runFixCodes(*options); }; });
+}
+
+}  // namespace pxtarvo::devhost
