@@ -44,6 +44,7 @@ DevHost::DevHost(DevHostOptions options)
                                checks = checks_](const portable::DrivePaths& paths) -> ObjectRef<Connection> {
         return makeObject<RecordingSource>(make(paths), recorder, checks);
     };
+    portable.makeSpreadsheet = options.makeSpreadsheet;
     stage_ = std::make_shared<Stage>(std::move(portable), options.recorder);
     state_->locale = &stage_->platform.locale();
 

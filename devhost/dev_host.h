@@ -29,6 +29,8 @@ struct DevHostOptions {
     /// Makes the connections that the plug-in opens on source lists; readers of Access files when empty. To
     /// be read through a recordset of the platform, what it makes must also be a portable::RowSource.
     std::function<ObjectRef<Connection>(const portable::DrivePaths&)> makeSource;
+    /// Makes the spreadsheet applications that the plug-in creates; readers of their files when empty.
+    std::function<ObjectRef<SpreadsheetApplication>(const portable::DrivePaths&)> makeSpreadsheet;
 };
 
 class DevHost {

@@ -16,6 +16,11 @@ PortablePlatform::PortablePlatform(PortableOptions options, SimulatedUser& user)
             return makeObject<JetConnection>(paths);
         };
     }
+    if (!options_.makeSpreadsheet) {
+        options_.makeSpreadsheet = [](const DrivePaths& paths) -> ObjectRef<SpreadsheetApplication> {
+            return makeObject<FreexlApplication>(paths);
+        };
+    }
 }
 
 ObjectRef<Connection> PortablePlatform::createConnection() {
@@ -27,7 +32,7 @@ ObjectRef<Recordset> PortablePlatform::createRecordset() {
 }
 
 ObjectRef<SpreadsheetApplication> PortablePlatform::createSpreadsheet() {
-    return makeObject<FreexlApplication>(paths_);
+    return options_.makeSpreadsheet(paths_);
 }
 
 }  // namespace pxtarvo::portable

@@ -19,6 +19,8 @@ struct PortableOptions {
     StandIn standIn{};
     /// Makes the connections that the plug-in creates; by default readers of Access files.
     std::function<ObjectRef<Connection>(const DrivePaths&)> makeConnection;
+    /// Makes the spreadsheet applications that the plug-in creates; by default readers of their files.
+    std::function<ObjectRef<SpreadsheetApplication>(const DrivePaths&)> makeSpreadsheet{};
 };
 
 /// The platform without Windows.

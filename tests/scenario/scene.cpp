@@ -2,6 +2,7 @@
 
 #include <stdlib.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -10,6 +11,7 @@
 #include "platform/conversion.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/sqlite_connection.h"
+#include "platform/text.h"
 
 namespace pxtarvo::test {
 
@@ -86,12 +88,29 @@ std::vector<std::string> Scene::column(std::string_view query) {
     return values;
 }
 
+std::vector<std::string> Scene::rows(std::string_view query) {
+    std::vector<std::string> lines;
+    const ObjectRef<Recordset> result = host().connection()->Execute(query, adOptionUnspecified);
+    for (; !result->Eof(); result->MoveNext()) {
+        std::string& line = lines.emplace_back();
+        for (std::int32_t at = 0; at < result->FieldCount(); ++at) {
+            const Variant cell = result->Fields(at);
+            line.append(at > 0 ? "|" : "");
+            line.append(cell.isNull() ? "NULL" : joinedText(cell, spanishLocale()));
+        }
+    }
+    return lines;
+}
+
 std::string Scene::value(std::string_view query) {
     return column(query).at(0);
 }
 
 devhost::DevHost& Scene::host() {
-    if (!host_) host_ = std::make_unique<devhost::DevHost>(options);
+    if (!host_) {
+        host_ = std::make_unique<devhost::DevHost>(options);
+        native("PRAGMA synchronous = OFF");  // the tests' files need not outlive the machine
+    }
     return *host_;
 }
 
@@ -129,6 +148,25 @@ void Scene::import(const ImportSteps& steps) {
     });
 }
 
+bool Scene::run(PushButton frmImpTarifas::*button, const ImportSteps& steps, int option) {
+    bool closed = false;
+    inWindow([&](frmImpTarifas& window) {
+        if (option != 0) host().desktop().click(window.Option1[option]);
+        fillIn(window, steps);
+        host().desktop().click(window.*button);
+        closed = window.unloaded();
+    });
+    return closed;
+}
+
+void Scene::refuse(devhost::WriteKind kind, std::string_view table, int first) {
+    host().state().beforeWrite =
+        [=, seen = 0](const devhost::HostWrite& write) mutable -> std::optional<std::string> {
+        if (write.kind == kind && write.table == table && ++seen >= first) return "no";
+        return std::nullopt;
+    };
+}
+
 std::vector<std::string> Scene::messageTexts() {
     std::vector<std::string> texts;
     for (const devhost::ShownMessage& shown : user().messages()) texts.push_back(shown.message.text);
@@ -142,6 +180,18 @@ std::vector<std::string> Scene::recordOf(std::string_view call) const {
         if (line.starts_with(start)) lines.push_back(line);
     }
     return lines;
+}
+
+void Scene::expectKeptRecord(std::string_view name) const {
+    const std::string kept = joined({PXTARVO_GOLDEN_DIR, "/", name, ".jsonl"});
+    if (std::getenv("PXTARVO_KEEP_RECORDS")) {
+        std::ofstream file(kept);
+        for (const std::string& line : record) file << line << '\n';
+    }
+    std::vector<std::string> lines;
+    std::ifstream file(kept);
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    EXPECT_EQ(record, lines);
 }
 
 std::string Scene::databaseBytes() {

@@ -44,6 +44,8 @@ class Scene : public ::testing::Test {
     void native(const std::string& script);
     /// The values of the first column of a query's rows, as texts; Null as "NULL".
     std::vector<std::string> column(std::string_view query);
+    /// All values of a query's rows, a row a text with "|" between them.
+    std::vector<std::string> rows(std::string_view query);
     std::string value(std::string_view query);
 
     /// The host, made at the first call with `options`.
@@ -71,10 +73,18 @@ class Scene : public ::testing::Test {
     void import(const ImportSteps& steps);
     void fillIn(frmImpTarifas& window, const ImportSteps& steps);
     void press(frmImpTarifas& window) { host().desktop().click(window.XPButton1); }
+    /// Opens the import window, fills it in, chooses the list option and presses `button`. True when the run
+    /// closed the window.
+    bool run(PushButton frmImpTarifas::*button, const ImportSteps& steps = {}, int option = 0);
+    /// The host refuses the writes of this kind into the table from the `first` one on (1-based).
+    void refuse(devhost::WriteKind kind, std::string_view table, int first = 1);
 
     std::vector<std::string> messageTexts();
     /// The record's lines of this call.
     std::vector<std::string> recordOf(std::string_view call) const;
+    /// The record is the one kept under this name. With PXTARVO_KEEP_RECORDS set it is written anew, to be
+    /// read line by line before it is committed.
+    void expectKeptRecord(std::string_view name) const;
     /// Every byte of the database file.
     std::string databaseBytes();
 

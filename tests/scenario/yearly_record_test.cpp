@@ -2,21 +2,11 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-#include <fstream>
-
 #include "scenario/scene.h"
 
 namespace pxtarvo::test {
 
 namespace {
-
-std::vector<std::string> linesOf(const std::string& path) {
-    std::vector<std::string> lines;
-    std::ifstream file(path);
-    for (std::string line; std::getline(file, line);) lines.push_back(line);
-    return lines;
-}
 
 class YearlyRecord : public Scene, public ::testing::WithParamInterface<const char*> {};
 
@@ -55,13 +45,7 @@ TEST_P(YearlyRecord, IsTheOneKept) {
     EXPECT_EQ(value("SELECT Art_Estado FROM Art WHERE Art_Cod = 'DE OTRA'"), "0")
         << "only brand 1 is retired";
 
-    const std::string kept = std::string(PXTARVO_GOLDEN_DIR) + "/import-" + year + ".jsonl";
-    if (std::getenv("PXTARVO_KEEP_RECORDS")) {
-        // To be read line by line before it is committed.
-        std::ofstream file(kept);
-        for (const std::string& line : record) file << line << '\n';
-    }
-    EXPECT_EQ(record, linesOf(kept));
+    expectKeptRecord("import-" + year);
 }
 
 INSTANTIATE_TEST_SUITE_P(Years, YearlyRecord,

@@ -1,0 +1,21 @@
+#pragma once
+
+// A workbook of one sheet that no sample file holds: cells given by the test.
+
+#include <functional>
+#include <vector>
+
+#include "platform/portable/drive_paths.h"
+#include "platform/spreadsheet.h"
+
+namespace pxtarvo::test {
+
+/// A row of the sheet, from its first column on.
+using SheetRow = std::vector<Variant>;
+
+/// What makes the applications that open this workbook whatever they are asked for, for
+/// DevHostOptions::makeSpreadsheet.
+std::function<ObjectRef<SpreadsheetApplication>(const portable::DrivePaths&)> memoryWorkbook(
+    std::vector<SheetRow> rows);
+
+}  // namespace pxtarvo::test
