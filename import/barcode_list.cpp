@@ -58,8 +58,9 @@ void frmImpTarifas::importarFilaCodigoBarras(const Worksheet& hoja, Corrida& cor
         corrida.IdArt = 0;
         if (buscarArticulo(sCodigoArticulo, sCodigo)->RecordCount() > 0) sCodigo = sCodigoBarras;
     }
-    const ObjectRef<HostDatabase> bd = MyBd();  // one reference for the row's two writes
+    ObjectRef<HostDatabase> bd;  // one reference for the row's writes
     if (corrida.IdArt == 0) {
+        bd = MyBd();
         EscrituraFila escritura(bd, Art::tabla);
         escritura.agregar(Art::Cod, sCodigo)
             .agregar(Art::Des, sDescripcion)
@@ -75,6 +76,7 @@ void frmImpTarifas::importarFilaCodigoBarras(const Worksheet& hoja, Corrida& cor
         corrida.IdArt = ultimoArticulo();
     }
     if (buscarArtPro(corrida.IdArt) != 0) return;
+    if (!bd) bd = MyBd();
     const bool bInsertado = escribirProveedor(bd,
                                               {.IdArt = corrida.IdArt,
                                                .vCodigo = sCodigo,

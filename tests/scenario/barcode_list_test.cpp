@@ -1,0 +1,181 @@
+// The barcode list: which rows create what, and what stays of a run that stops.
+
+#include <gmock/gmock.h>
+
+#include "platform/runtime_error.h"
+#include "scenario/memory_workbook.h"
+#include "scenario/scene.h"
+
+namespace pxtarvo::test {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::StartsWith;
+
+constexpr const char* articles = "SELECT Art_Cod,ART_DES,Art_barCode,Art_Mar FROM Art ORDER BY Art_Id";
+constexpr const char* supplied = "SELECT ARP_Ida,ARP_Idp,ARP_Cop,ARP_des FROM ArtPro ORDER BY ARP_Id";
+constexpr const char* retired =
+    "UPDATE Art Set Art_Estado=1, Art_FechaEstado = '25/07/2012' WHERE Art_Estado "
+    "=0 AND Art_Mar = 1";
+
+class BarcodeList : public Scene {
+  protected:
+    /// One active article of brand 1, known by its code and its barcode.
+    void SetUp() override {
+        createEmptyDealer();
+        sql("INSERT INTO Art (ART_Cod,ART_DES,Art_barCode,Art_Mar) VALUES ('VIEJO','VIEJA','84001',1)");
+    }
+    void sheet(std::vector<SheetRow> rows) {
+        dropHost();
+        options.makeSpreadsheet = memoryWorkbook(std::move(rows));
+    }
+    /// True when the run closed the window.
+    bool import(ImportSteps steps = {}) {
+        steps.year = "2008";
+        return run(&frmImpTarifas::XPButton1, steps, 1);
+    }
+};
+
+TEST_F(BarcodeList, RecordOfTheSampleOfCellTypes) {
+    EXPECT_TRUE(import({.file = sample("barcodes-cell-types.xls")}));
+    expectKeptRecord("barcodes-cell-types");
+    EXPECT_EQ(value("SELECT Art_Estado FROM Art WHERE Art_Cod = 'VIEJO'"), "1") << "retired and left so";
+    EXPECT_EQ(value("SELECT count(*) FROM Art WHERE Art_Estado = 0 AND ART_PVE = 0"), "9");
+}
+
+TEST_F(BarcodeList, RowsFindOrCreateArticles) {
+    struct Case {
+        std::vector<SheetRow> rows;
+        std::vector<std::string> created;  ///< after the first article
+        std::vector<std::string> supplied;
+    };
+    const Case cases[] = {
+        // A known barcode: a second article in row 1, nothing from row 2 on.
+        {{{"N1", "D", "84001"}}, {"N1|D|84001|1"}, {"2|4|N1|D"}},
+        {{{"N1", "D", "84002"}, {"N2", "E", "84001"}, {"N3", "F", " 84002 "}},
+         {"N1|D|84002|1"},
+         {"2|4|N1|D"}},
+        // A known code with an unknown barcode: the barcode takes its place.
+        {{{"VIEJO", "D", "84003"}}, {"84003|D|84003|1"}, {"2|4|84003|D"}},
+        // Blanks stay in the code, leave the others; apostrophes leave the description.
+        {{{"  N 1 ", "  O'RING 'X' ", "  84 004 "}}, {"  N 1 |ORING X|84 004|1"}, {"2|4|  N 1 |ORING X"}},
+        // Rows without a barcode find the article that the first of them created.
+        {{{"N1", "D"}, {"N2", "E", "  "}, {"N3", "F", "84005"}},
+         {"N1|D||1", "N3|F|84005|1"},
+         {"2|4|N1|D", "3|4|N3|F"}},
+        // Numbers are their plain digits. The first blank code ends the sheet.
+        {{{50002.0, 1.5, 123456789012345.0}, {"   ", "D", "84006"}, {"N3", "F", "84007"}},
+         {"50002|1,5|123456789012345|1"},
+         {"2|4|50002|1,5"}},
+        {{{Empty{}, "D", "84008"}, {"N2", "E", "84009"}}, {}, {}},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(&one - cases);
+        SetUp();
+        sheet(one.rows);
+        EXPECT_TRUE(import());
+        EXPECT_THAT(messageTexts(), ElementsAre("Proceso finalizado con exito"));
+        std::vector<std::string> created = rows(articles);
+        created.erase(created.begin());
+        EXPECT_EQ(created, one.created);
+        EXPECT_EQ(rows(supplied), one.supplied);
+    }
+}
+
+/// The retirement comes first and stays, whatever happens afterwards; without a brand there is none.
+TEST_F(BarcodeList, StopsBeforeTheFirstRow) {
+    using Application = ObjectRef<SpreadsheetApplication>;
+    const auto noApplication = [](const portable::DrivePaths&) -> Application {
+        throw RuntimeError(ErrorNumber::CannotCreateObject);
+    };
+    struct Case {
+        std::function<Application(const portable::DrivePaths&)> makeSpreadsheet;
+        const char* path;
+        const char* brand;
+        const char* message;
+        bool retires;
+    };
+    const Case cases[] = {
+        {nullptr, "C:\\TARVO\\NO.xls", "SAME", "Registro 0. No se encontró 'C:\\TARVO\\NO.xls'", true},
+        {nullptr, PXTARVO_SAMPLES_DIR "/TARIFA2012.MDB", "SAME", "Registro 0. No se puede abrir '", true},
+        {noApplication, "x", "SAME", "Registro 0. El componente ActiveX no puede crear el objeto", true},
+        {noApplication, "x", "", "Registro 0. El componente ActiveX no puede crear el objeto", false},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.message);
+        options.makeSpreadsheet = one.makeSpreadsheet;
+        SetUp();
+        record.clear();
+        EXPECT_TRUE(import({.file = one.path, .brand = one.brand}));
+        EXPECT_THAT(messageTexts().back(), StartsWith(one.message));
+        EXPECT_EQ(value("SELECT Art_Estado FROM Art"), one.retires ? "1" : "0");
+        EXPECT_EQ(
+            std::ranges::count(record, std::string("{\"call\":\"execute\",\"sql\":\"") + retired + "\"}"),
+            one.retires ? 1 : 0);
+    }
+    native("DROP TABLE Art");
+    EXPECT_TRUE(import());
+    EXPECT_EQ(messageTexts().back(), "Registro 0. El nombre de objeto 'Art' no es válido.");
+}
+
+TEST_F(BarcodeList, ErrorsInARowLeaveTheRowsBeforeIt) {
+    const SheetRow bad[] = {{"N'2", "E", "84003"},
+                            {"N2", "E", "84'3"},
+                            {"N2", ErrorValue{2042}, "84003"},
+                            {ErrorValue{2042}, "E", "84003"}};
+    for (const SheetRow& row : bad) {
+        SCOPED_TRACE(&row - bad);
+        SetUp();
+        sheet({{"N1", "D", "84002"}, row, {"N3", "F", "84004"}});
+        EXPECT_TRUE(import());
+        EXPECT_THAT(messageTexts(), ElementsAre(StartsWith("Registro 2. ")));
+        EXPECT_THAT(rows(supplied), ElementsAre("2|4|N1|D"));
+        EXPECT_EQ(value("SELECT Art_Estado FROM Art WHERE Art_Cod = 'VIEJO'"), "1");
+    }
+}
+
+/// The user is not told; the window closes.
+TEST_F(BarcodeList, RefusedInsertionEndsItSilently) {
+    std::vector<SheetRow> list;
+    for (int row = 1; row <= 45; ++row) list.push_back({1000.0 + row, "D", 84100.0 + row});
+    for (const char* table : {"Art", "ArtPro"}) {
+        SCOPED_TRACE(table);
+        SetUp();
+        sheet(list);
+        record.clear();
+        refuse(devhost::WriteKind::Insert, table, 40);
+        EXPECT_TRUE(import());
+        EXPECT_THAT(messageTexts(), IsEmpty());
+        EXPECT_THAT(rows(supplied), SizeIs(39));
+        EXPECT_EQ(value("SELECT max(Art_Id) FROM Art"), table == std::string("Art") ? "40" : "41");
+        EXPECT_EQ(recordOf("unload").size(), 1u);
+    }
+}
+
+/// Without a supplier and a brand; then the user chooses the supplier while the run yields: the next known
+/// barcode gives the article of the row before a row of the new supplier.
+TEST_F(BarcodeList, IdentifiersAreReadAtEachRow) {
+    sheet({{"N1", "D", "84002"}, {"N2", "E", "84002"}});
+    bool chosen = false;
+    inWindow([&](frmImpTarifas& window) {
+        host().desktop().click(window.Option1[1]);
+        fillIn(window, {.year = "2008", .supplier = "", .brand = ""});
+        user().onYielded = [&] {
+            if (window.Label2.caption() != "Procesado registro 1 N1" || std::exchange(chosen, true)) return;
+            host().desktop().type(window.Text1[1], "24");
+            host().desktop().press(vkReturn);
+        };
+        press(window);
+    });
+    EXPECT_EQ(messageTexts().back(), "Proceso finalizado con exito");
+    EXPECT_THAT(rows(articles), ElementsAre("VIEJO|VIEJA|84001|1", "N1|D|84002|0"));
+    EXPECT_THAT(rows(supplied), ElementsAre("2|0|N1|D", "2|4|N2|E"));
+    EXPECT_EQ(value("SELECT Art_Estado FROM Art WHERE Art_Cod = 'VIEJO'"), "0");
+}
+
+}  // namespace
+
+}  // namespace pxtarvo::test
