@@ -16,68 +16,6 @@ using windows::Reference;
 /// {6A1B6D5E-54C1-4C9B-8E0B-3D6A51B40C77}: a connection of this host.
 constexpr IID ownConnection = {0x6a1b6d5e, 0x54c1, 0x4c9b, {0x8e, 0x0b, 0x3d, 0x6a, 0x51, 0xb4, 0x0c, 0x77}};
 
-/// One column of a recordset; gives the value of whatever row is current.
-class AdoFieldObject : public CountedObject {
-  public:
-    AdoFieldObject(ObjectRef<Recordset> recordset, std::int32_t position)
-        : CountedObject("Field", {names, 1}), recordset_(std::move(recordset)), position_(position) {}
-
-  protected:
-    OwnedVariant member(int place, const CallArguments&) override {
-        if (place == 0) return OwnedVariant(recordset_->FieldName(position_));
-        return OwnedVariant(recordset_->Fields(position_));
-    }
-
-  private:
-    static constexpr std::array<std::u16string_view, 2> names{u"Name", u"Value"};
-    ObjectRef<Recordset> recordset_;
-    std::int32_t position_;
-};
-
-bool sameAscii(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    if (a.size() != b.size()) return false;
-    for (std::size_t at = 0; at < a.size(); ++at) {
-        if (lower(a[at]) != lower(b[at])) return false;
-    }
-    return true;
-}
-
-}  // namespace
-
-class FieldsObject : public CountedObject {
-  public:
-    explicit FieldsObject(ObjectRef<Recordset> recordset)
-        : CountedObject("Fields", {names, 1}), recordset_(std::move(recordset)) {}
-
-  protected:
-    OwnedVariant member(int place, const CallArguments& arguments) override {
-        if (place == 0) return OwnedVariant(recordset_->FieldCount());
-        return asValue(makeCounted<AdoFieldObject>(recordset_, position(arguments.value(0))));
-    }
-
-  private:
-    /// 3265 for a position or name that is not there.
-    std::int32_t position(const Variant& asked) const {
-        const std::int32_t count = recordset_->FieldCount();
-        if (const auto* name = asked.get<std::string>()) {
-            for (std::int32_t at = 0; at < count; ++at) {
-                if (sameAscii(recordset_->FieldName(at), *name)) return at;
-            }
-            recordset_->Fields(*name);  // raises
-        }
-        const auto* number = asked.get<std::int32_t>();
-        if (!number) throw RuntimeError(ErrorNumber::TypeMismatch);
-        recordset_->FieldName(*number);  // raises for a position that is not there
-        return *number;
-    }
-
-    static constexpr std::array<std::u16string_view, 2> names{u"Count", u"Item"};
-    ObjectRef<Recordset> recordset_;
-};
-
-namespace {
-
 enum ConnectionMember {
     ConnectionString,
     ConnOpen,
@@ -108,10 +46,74 @@ constexpr std::array<std::u16string_view, 11> recordsetNames{u"Open",     u"Clos
                                                              u"MoveNext", u"RecordCount", u"AbsolutePosition",
                                                              u"Fields",   u"Clone"};
 
+constexpr std::array<std::u16string_view, 2> fieldsNames{u"Count", u"Item"};
+constexpr std::array<std::u16string_view, 2> fieldNames{u"Name", u"Value"};
+
+ObjectKind connectionKind("Connection", {connectionNames, 0});
+ObjectKind recordsetKind("Recordset", {recordsetNames, RsFields});
+ObjectKind fieldsKind("Fields", {fieldsNames, 1});
+ObjectKind fieldKind("Field", {fieldNames, 1});
+
+/// One column of a recordset; gives the value of whatever row is current.
+class AdoFieldObject : public CountedObject {
+  public:
+    AdoFieldObject(ObjectRef<Recordset> recordset, std::int32_t position)
+        : CountedObject(fieldKind), recordset_(std::move(recordset)), position_(position) {}
+
+  protected:
+    OwnedVariant member(int place, const CallArguments&) override {
+        if (place == 0) return OwnedVariant(recordset_->FieldName(position_));
+        return OwnedVariant(recordset_->Fields(position_));
+    }
+
+  private:
+    ObjectRef<Recordset> recordset_;
+    std::int32_t position_;
+};
+
+bool sameAscii(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    if (a.size() != b.size()) return false;
+    for (std::size_t at = 0; at < a.size(); ++at) {
+        if (lower(a[at]) != lower(b[at])) return false;
+    }
+    return true;
+}
+
 }  // namespace
 
+class FieldsObject : public CountedObject {
+  public:
+    explicit FieldsObject(ObjectRef<Recordset> recordset)
+        : CountedObject(fieldsKind), recordset_(std::move(recordset)) {}
+
+  protected:
+    OwnedVariant member(int place, const CallArguments& arguments) override {
+        if (place == 0) return OwnedVariant(recordset_->FieldCount());
+        return asValue(makeCounted<AdoFieldObject>(recordset_, position(arguments.value(0))));
+    }
+
+  private:
+    /// 3265 for a position or name that is not there.
+    std::int32_t position(const Variant& asked) const {
+        const std::int32_t count = recordset_->FieldCount();
+        if (const auto* name = asked.get<std::string>()) {
+            for (std::int32_t at = 0; at < count; ++at) {
+                if (sameAscii(recordset_->FieldName(at), *name)) return at;
+            }
+            recordset_->Fields(*name);  // raises
+        }
+        const auto* number = asked.get<std::int32_t>();
+        if (!number) throw RuntimeError(ErrorNumber::TypeMismatch);
+        recordset_->FieldName(*number);  // raises for a position that is not there
+        return *number;
+    }
+
+    ObjectRef<Recordset> recordset_;
+};
+
 ConnectionObject::ConnectionObject(ObjectRef<Connection> connection)
-    : CountedObject("Connection", {connectionNames, 0}), connection_(std::move(connection)) {}
+    : CountedObject(connectionKind), connection_(std::move(connection)) {}
 
 HRESULT ConnectionObject::QueryInterface(REFIID iid, void** object) {
     if (!IsEqualIID(iid, ownConnection)) return AutomationObject::QueryInterface(iid, object);
@@ -157,7 +159,7 @@ OwnedVariant ConnectionObject::member(int place, const CallArguments& arguments)
 }
 
 RecordsetObject::RecordsetObject(ObjectRef<Recordset> recordset)
-    : CountedObject("Recordset", {recordsetNames, RsFields}), recordset_(std::move(recordset)) {}
+    : CountedObject(recordsetKind), recordset_(std::move(recordset)) {}
 
 RecordsetObject::~RecordsetObject() = default;
 

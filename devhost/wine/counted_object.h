@@ -4,19 +4,18 @@
 // tell which references came back, and it holds the types of its arguments against what the plug-in promises.
 
 #include <initializer_list>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/windows/automation_object.h"
+#include "devhost/wine/object_kind.h"
 
 namespace pxtarvo::devhost {
 
 /// The host's book of its automation objects; one for the process, used by the apartment's thread only.
 struct ObjectBook {
-    std::map<std::string_view, int> alive;  ///< by kind; kinds whose objects are all gone stay with 0
-    std::vector<std::string> violations;    ///< distinct texts of arguments of a wrong type
+    std::vector<const ObjectKind*> kinds;
+    std::vector<std::string> violations;  ///< distinct texts of arguments of a wrong type
 
     void note(std::string text);
 };
@@ -25,21 +24,20 @@ ObjectBook& objectBook();
 
 class CountedObject : public windows::AutomationObject {
   public:
-    ~CountedObject() override { --objectBook().alive[kind_]; }
+    ~CountedObject() override { --kind_.alive; }
+
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** description) override;
 
   protected:
-    /// `kind` must outlive the process's objects: a literal.
-    CountedObject(std::string_view kind, const windows::MemberNames& members)
-        : AutomationObject(members), kind_(kind) {
-        ++objectBook().alive[kind];
-    }
+    explicit CountedObject(ObjectKind& kind) : AutomationObject(kind.members), kind_(kind) { ++kind.alive; }
 
     /// Notes a call whose arguments are not exactly of these types (VARTYPE, with VT_BYREF where it belongs).
     void expect(const windows::CallArguments& arguments, std::string_view member,
                 std::initializer_list<VARTYPE> types) const;
 
   private:
-    std::string_view kind_;
+    ObjectKind& kind_;
 };
 
 /// The same object as an automation value.

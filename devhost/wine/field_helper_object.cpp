@@ -67,13 +67,12 @@ enum Member { Redondear, ColorFondo, ColorFoco, SalirCampo, EntrarCampo, Conexio
 constexpr std::array<std::u16string_view, 8> names{u"Redondear",    u"ColorFondo",  u"ColorFoco",
                                                    u"SalirCampo",   u"EntrarCampo", u"Conexion",
                                                    u"FiltrarTecla", u"Buscar"};
+ObjectKind helperKind("FieldHelper", {names, -1});
 
 }  // namespace
 
 FieldHelperObject::FieldHelperObject(std::unique_ptr<DevFieldHelper> helper, Platform& platform)
-    : CountedObject("FieldHelper", {names, -1}),
-      helper_(std::move(helper)),
-      stand_(std::make_unique<Stand>(platform)) {}
+    : CountedObject(helperKind), helper_(std::move(helper)), stand_(std::make_unique<Stand>(platform)) {}
 
 FieldHelperObject::~FieldHelperObject() = default;
 

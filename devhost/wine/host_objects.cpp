@@ -12,23 +12,37 @@ using windows::CallArguments;
 using windows::makeCounted;
 using windows::OwnedVariant;
 
+constexpr std::array<std::u16string_view, 1> parameterNames{u"Valor"};
+constexpr std::array<std::u16string_view, 1> parametersNames{u"Item"};
+constexpr std::array<std::u16string_view, 1> fieldListNames{u"Agregar"};
+
+enum Member { Parametros, Usuario, Limpiar, Condicion, Campos, Tabla, Conexion, Borrar, Ejecutar, Insertar };
+constexpr std::array<std::u16string_view, 10> databaseNames{
+    u"Parametros", u"Usuario",  u"Limpiar", u"Condicion", u"Campos",
+    u"Tabla",      u"Conexion", u"Borrar",  u"Ejecutar",  u"Insertar"};
+
+ObjectKind parameterKind("HostParameter", {parameterNames, -1});
+ObjectKind parametersKind("HostParameters", {parametersNames, 0});
+ObjectKind fieldKind("HostField", {{}, -1});
+ObjectKind fieldListKind("HostFieldList", {fieldListNames, -1});
+ObjectKind databaseKind("HostDatabase", {databaseNames, -1});
+
 class ParameterObject : public CountedObject {
   public:
     explicit ParameterObject(ObjectRef<HostParameter> parameter)
-        : CountedObject("HostParameter", {names, -1}), parameter_(std::move(parameter)) {}
+        : CountedObject(parameterKind), parameter_(std::move(parameter)) {}
 
   protected:
     OwnedVariant member(int, const CallArguments&) override { return parameter_->Valor(); }
 
   private:
-    static constexpr std::array<std::u16string_view, 1> names{u"Valor"};
     ObjectRef<HostParameter> parameter_;
 };
 
 class ParametersObject : public CountedObject {
   public:
     explicit ParametersObject(ObjectRef<HostParameters> parameters)
-        : CountedObject("HostParameters", {names, 0}), parameters_(std::move(parameters)) {}
+        : CountedObject(parametersKind), parameters_(std::move(parameters)) {}
 
   protected:
     OwnedVariant member(int, const CallArguments& arguments) override {
@@ -36,14 +50,13 @@ class ParametersObject : public CountedObject {
     }
 
   private:
-    static constexpr std::array<std::u16string_view, 1> names{u"Item"};
     ObjectRef<HostParameters> parameters_;
 };
 
 /// What Agregar answers with.
 class FieldObject : public CountedObject {
   public:
-    FieldObject() : CountedObject("HostField", {{}, -1}) {}
+    FieldObject() : CountedObject(fieldKind) {}
 
   protected:
     OwnedVariant member(int, const CallArguments&) override { return {}; }
@@ -52,7 +65,7 @@ class FieldObject : public CountedObject {
 class FieldListObject : public CountedObject {
   public:
     explicit FieldListObject(ObjectRef<HostFieldList> fields)
-        : CountedObject("HostFieldList", {names, -1}), fields_(std::move(fields)) {}
+        : CountedObject(fieldListKind), fields_(std::move(fields)) {}
 
   protected:
     OwnedVariant member(int, const CallArguments& arguments) override {
@@ -63,19 +76,13 @@ class FieldListObject : public CountedObject {
     }
 
   private:
-    static constexpr std::array<std::u16string_view, 1> names{u"Agregar"};
     ObjectRef<HostFieldList> fields_;
 };
-
-enum Member { Parametros, Usuario, Limpiar, Condicion, Campos, Tabla, Conexion, Borrar, Ejecutar, Insertar };
-constexpr std::array<std::u16string_view, 10> memberNames{
-    u"Parametros", u"Usuario",  u"Limpiar", u"Condicion", u"Campos",
-    u"Tabla",      u"Conexion", u"Borrar",  u"Ejecutar",  u"Insertar"};
 
 }  // namespace
 
 HostDatabaseObject::HostDatabaseObject(ObjectRef<HostDatabase> database)
-    : CountedObject("HostDatabase", {memberNames, -1}), database_(std::move(database)) {}
+    : CountedObject(databaseKind), database_(std::move(database)) {}
 
 OwnedVariant HostDatabaseObject::fieldList() {
     const ObjectRef<HostFieldList> fields = database_->Campos();

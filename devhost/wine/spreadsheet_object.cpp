@@ -19,8 +19,7 @@ using Names = std::vector<std::u16string_view>;
 class TreeObject : public CountedObject {
   public:
     using Answer = std::function<OwnedVariant(int place, const CallArguments&)>;
-    TreeObject(const Names& names, Answer answer)
-        : CountedObject("Spreadsheet", {names, 0}), answer_(std::move(answer)) {}
+    TreeObject(ObjectKind& kind, Answer answer) : CountedObject(kind), answer_(std::move(answer)) {}
 
   protected:
     OwnedVariant member(int place, const CallArguments& arguments) override {
@@ -33,20 +32,23 @@ class TreeObject : public CountedObject {
 
 OwnedVariant cell(const ObjectRef<Worksheet>& sheet, std::int32_t row, std::int32_t column) {
     static const Names names{u"Value"};
+    static ObjectKind kind("SpreadsheetCell", {names, 0});
     return asValue(makeCounted<TreeObject>(
-        names, [=](int, const CallArguments&) { return OwnedVariant(sheet->Cells(row, column)); }));
+        kind, [=](int, const CallArguments&) { return OwnedVariant(sheet->Cells(row, column)); }));
 }
 
 OwnedVariant worksheet(const ObjectRef<Worksheet>& sheet) {
     static const Names names{u"Cells"};
-    return asValue(makeCounted<TreeObject>(names, [=](int, const CallArguments& arguments) {
+    static ObjectKind kind("SpreadsheetSheet", {names, 0});
+    return asValue(makeCounted<TreeObject>(kind, [=](int, const CallArguments& arguments) {
         return cell(sheet, arguments.number(0), arguments.number(1));
     }));
 }
 
 OwnedVariant sheets(const ObjectRef<Workbook>& workbook) {
     static const Names names{u"Item", u"Count"};
-    return asValue(makeCounted<TreeObject>(names, [=](int place, const CallArguments& arguments) {
+    static ObjectKind kind("SpreadsheetSheets", {names, 0});
+    return asValue(makeCounted<TreeObject>(kind, [=](int place, const CallArguments& arguments) {
         return place == 1 ? OwnedVariant(workbook->SheetCount())
                           : worksheet(workbook->Sheet(arguments.number(0)));
     }));
@@ -54,13 +56,15 @@ OwnedVariant sheets(const ObjectRef<Workbook>& workbook) {
 
 OwnedVariant opened(const ObjectRef<Workbook>& workbook) {
     static const Names names{u"Sheets"};
+    static ObjectKind kind("SpreadsheetWorkbook", {names, 0});
     return asValue(
-        makeCounted<TreeObject>(names, [=](int, const CallArguments&) { return sheets(workbook); }));
+        makeCounted<TreeObject>(kind, [=](int, const CallArguments&) { return sheets(workbook); }));
 }
 
 OwnedVariant workbooks(const ObjectRef<SpreadsheetApplication>& application) {
     static const Names names{u"Open"};
-    return asValue(makeCounted<TreeObject>(names, [=](int, const CallArguments& arguments) {
+    static ObjectKind kind("SpreadsheetWorkbooks", {names, 0});
+    return asValue(makeCounted<TreeObject>(kind, [=](int, const CallArguments& arguments) {
         return opened(application->OpenWorkbook(arguments.text(0)));
     }));
 }
@@ -69,7 +73,8 @@ OwnedVariant workbooks(const ObjectRef<SpreadsheetApplication>& application) {
 
 Reference<IDispatch> spreadsheetObject(const ObjectRef<SpreadsheetApplication>& application) {
     static const Names names{u"Workbooks"};
-    return Reference<IDispatch>::adopt(makeCounted<TreeObject>(names, [=](int, const CallArguments&) {
+    static ObjectKind kind("Spreadsheet", {names, 0});
+    return Reference<IDispatch>::adopt(makeCounted<TreeObject>(kind, [=](int, const CallArguments&) {
                                            return workbooks(application);
                                        }).detach());
 }

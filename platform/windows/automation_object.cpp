@@ -76,6 +76,16 @@ void CallArguments::giveBack(std::size_t position, std::int16_t value) const {
     *V_I2REF(&argument) = value;
 }
 
+HRESULT identifiersOf(const MemberNames& members, LPOLESTR* names, UINT count, DISPID* identifiers) {
+    if (!names || !identifiers || count == 0) return E_INVALIDARG;
+    std::fill_n(identifiers, count, DISPID_UNKNOWN);
+    const auto found = std::ranges::find_if(
+        members.names, [&](std::u16string_view name) { return sameName(name, names[0]); });
+    if (found == members.names.end()) return DISP_E_UNKNOWNNAME;
+    identifiers[0] = static_cast<DISPID>(found - members.names.begin() + 1);
+    return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;  // arguments have no names here
+}
+
 HRESULT AutomationObject::QueryInterface(REFIID iid, void** object) {
     if (!object) return E_POINTER;
     *object = nullptr;
@@ -107,13 +117,7 @@ HRESULT AutomationObject::GetTypeInfo(UINT, LCID, ITypeInfo** description) {
 }
 
 HRESULT AutomationObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* identifiers) {
-    if (!names || !identifiers || count == 0) return E_INVALIDARG;
-    std::fill_n(identifiers, count, DISPID_UNKNOWN);
-    const auto found = std::ranges::find_if(
-        members_.names, [&](std::u16string_view name) { return sameName(name, names[0]); });
-    if (found == members_.names.end()) return DISP_E_UNKNOWNNAME;
-    identifiers[0] = static_cast<DISPID>(found - members_.names.begin() + 1);
-    return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;  // arguments have no names here
+    return identifiersOf(members_, names, count, identifiers);
 }
 
 HRESULT AutomationObject::Invoke(DISPID identifier, REFIID, LCID, WORD kind, DISPPARAMS* parameters,

@@ -1,7 +1,8 @@
 #pragma once
 
-// Automation objects of our own: counted, late-bound by name, without a type description. No exception leaves
-// them: what a member raises reaches the caller as exception information.
+// Automation objects of our own: counted, late-bound by name, without a type description where no derived
+// class gives one. No exception leaves them: what a member raises reaches the caller as exception
+// information.
 
 #include <atomic>
 #include <cstddef>
@@ -57,6 +58,9 @@ struct MemberNames {
     /// Which of `names` the object's default member is; none when negative.
     int defaultMember = -1;
 };
+
+/// What IDispatch::GetIDsOfNames answers for an object with these members.
+HRESULT identifiersOf(const MemberNames& members, LPOLESTR* names, UINT count, DISPID* identifiers);
 
 class AutomationObject : public IDispatch {
   public:

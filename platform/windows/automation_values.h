@@ -58,7 +58,7 @@ class OwnedVariant {
         std::swap(value_, other.value_);
         return *this;
     }
-    ~OwnedVariant() { VariantClear(&value_); }
+    ~OwnedVariant() { clear(); }
 
     /// An optional argument that is left out.
     static OwnedVariant missing() noexcept;
@@ -75,7 +75,7 @@ class OwnedVariant {
     const VARIANT& raw() const noexcept { return value_; }
     /// Where a function leaves a value for the caller.
     VARIANT* put() noexcept {
-        VariantClear(&value_);
+        clear();
         return &value_;
     }
     /// Gives the value away.
@@ -86,6 +86,17 @@ class OwnedVariant {
     }
 
   private:
+    void clear() noexcept {
+        // Numbers and references own nothing.
+        const VARTYPE type = V_VT(&value_);
+        const bool owns = !(type & VT_BYREF) && (type == VT_BSTR || type >= VT_DISPATCH);
+        if (owns) {
+            VariantClear(&value_);
+        } else {
+            VariantInit(&value_);
+        }
+    }
+
     VARIANT value_;
 };
 

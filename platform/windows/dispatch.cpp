@@ -1,11 +1,9 @@
 #include "platform/windows/dispatch.h"
 
-#include <cstring>
-#include <map>
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <tuple>
 
 #include "platform/conversion.h"
 #include "platform/locale.h"
@@ -25,17 +23,6 @@ HRESULT ask(IDispatch& object, std::u16string_view member, LCID locale, DISPID& 
     return object.GetIDsOfNames(IID_NULL, &names, 1, locale, &identifier);
 }
 
-/// What identifiers depend on: the type's identifier and the language of the names.
-struct TypeKey {
-    GUID type;
-    LCID locale;
-
-    friend bool operator<(const TypeKey& a, const TypeKey& b) noexcept {
-        const int order = std::memcmp(&a.type, &b.type, sizeof(GUID));
-        return order != 0 ? order < 0 : a.locale < b.locale;
-    }
-};
-
 /// Whether the type's own description gives the member this identifier. Objects that make up members as they
 /// go describe none of them, or all in one type.
 bool describes(ITypeInfo& description, std::u16string_view member, DISPID identifier) {
@@ -47,59 +34,88 @@ bool describes(ITypeInfo& description, std::u16string_view member, DISPID identi
 
 Reference<ITypeInfo> describedType(IDispatch& object, LCID locale) {
     Reference<ITypeInfo> description;
-    UINT count = 0;
-    if (FAILED(object.GetTypeInfoCount(&count)) || count == 0) return description;
     if (FAILED(object.GetTypeInfo(0, locale, description.put()))) description.detach();
     return description;
 }
 
+/// A list that only grows: it is read without a lock, as what stands in it never changes.
+template <class Entry, std::size_t size>
+class GrowingList {
+  public:
+    template <class Same>
+    const Entry* find(const Same& same) const {
+        const std::size_t count = count_.load(std::memory_order_acquire);
+        for (std::size_t at = 0; at < count; ++at) {
+            if (same(*entries_[at])) return entries_[at].get();
+        }
+        return nullptr;
+    }
+    /// What stands there already, or a new entry; nullptr when the list is full.
+    template <class Same, class... Arguments>
+    const Entry* add(const Same& same, Arguments&&... arguments) {
+        const std::lock_guard guard(lock_);
+        if (const Entry* known = find(same)) return known;
+        const std::size_t count = count_.load(std::memory_order_relaxed);
+        if (count == size) return nullptr;
+        entries_[count] = std::make_unique<Entry>(std::forward<Arguments>(arguments)...);
+        count_.store(count + 1, std::memory_order_release);
+        return entries_[count].get();
+    }
+
+  private:
+    std::mutex lock_;
+    std::atomic<std::size_t> count_ = 0;
+    std::array<std::unique_ptr<Entry>, size> entries_;
+};
+
 }  // namespace
 
+/// What identifiers depend on is the type's identifier and the language of the names.
 class MemberIdentifiers {
   public:
     /// The ones of `object`'s type; for an object that does not describe its type the ones that remember
     /// nothing.
     static MemberIdentifiers& of(IDispatch& object, LCID locale) {
-        static MemberIdentifiers undescribed(false);
+        static MemberIdentifiers undescribed(GUID_NULL, 0);
         const Reference<ITypeInfo> description = describedType(object, locale);
         TYPEATTR* attributes = nullptr;
         if (!description || FAILED(description->GetTypeAttr(&attributes))) return undescribed;
-        const TypeKey key{attributes->guid, locale};
+        const GUID type = attributes->guid;
         description->ReleaseTypeAttr(attributes);
-        if (IsEqualGUID(key.type, GUID_NULL) || IsEqualGUID(key.type, IID_IDispatch)) return undescribed;
+        if (IsEqualGUID(type, GUID_NULL) || IsEqualGUID(type, IID_IDispatch)) return undescribed;
 
-        static std::mutex lock;
-        static std::map<TypeKey, std::unique_ptr<MemberIdentifiers>> types;
-        const std::lock_guard guard(lock);
-        std::unique_ptr<MemberIdentifiers>& known = types[key];
-        if (!known) known = std::make_unique<MemberIdentifiers>(true);
-        return *known;
+        static GrowingList<std::unique_ptr<MemberIdentifiers>, 64> types;
+        const auto same = [&](const std::unique_ptr<MemberIdentifiers>& known) {
+            return IsEqualGUID(known->type_, type) && known->locale_ == locale;
+        };
+        const auto* known = types.find(same);
+        if (!known) known = types.add(same, std::make_unique<MemberIdentifiers>(type, locale));
+        return known ? **known : undescribed;
     }
 
-    explicit MemberIdentifiers(bool remembers) : remembers_(remembers) {}
+    MemberIdentifiers(const GUID& type, LCID locale) : type_(type), locale_(locale) {}
 
     DISPID identifier(IDispatch& object, std::u16string_view member, LCID locale) {
-        if (remembers_) {
-            const std::lock_guard guard(lock_);
-            const auto known = identifiers_.find(member);
-            if (known != identifiers_.end()) return known->second;
-        }
+        const auto same = [&](const Member& known) { return known.name == member; };
+        if (const Member* known = members_.find(same)) return known->identifier;
         DISPID identifier = DISPID_UNKNOWN;
         check(ask(object, member, locale, identifier));
-        if (remembers_) {
-            const Reference<ITypeInfo> description = describedType(object, locale);
-            if (description && describes(*description, member, identifier)) {
-                const std::lock_guard guard(lock_);
-                identifiers_.emplace(member, identifier);
-            }
+        if (IsEqualGUID(type_, GUID_NULL)) return identifier;
+        const Reference<ITypeInfo> description = describedType(object, locale);
+        if (description && describes(*description, member, identifier)) {
+            members_.add(same, Member{std::u16string(member), identifier});
         }
         return identifier;
     }
 
   private:
-    bool remembers_;
-    std::mutex lock_;
-    std::map<std::u16string, DISPID, std::less<>> identifiers_;
+    struct Member {
+        std::u16string name;
+        DISPID identifier;
+    };
+    GUID type_;  ///< none: nothing is remembered
+    LCID locale_;
+    GrowingList<Member, 64> members_;
 };
 
 Dispatch Dispatch::create(std::string_view programmaticIdentifier, LCID locale) {

@@ -117,11 +117,11 @@ TEST_F(Sessions, NewestInstanceServesTheWindows) {
 
 TEST_F(Sessions, EveryReferenceComesBack) {
     inTheDll({.name = "references"});
-    for (const auto& [kind, alive] : devhost::objectBook().alive) {
+    for (const devhost::ObjectKind* kind : devhost::objectBook().kinds) {
         // The last context is kept on purpose, and with it its list of columns.
-        const int kept = kind == "HostDatabase" ? 1 : 0;
-        if (kind == "HostFieldList") continue;
-        EXPECT_EQ(alive, kept) << kind;
+        const int kept = kind->name == "HostDatabase" ? 1 : 0;
+        if (kind->name == "HostFieldList") continue;
+        EXPECT_EQ(kind->alive, kept) << kind->name;
     }
 }
 
