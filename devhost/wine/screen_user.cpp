@@ -26,6 +26,7 @@ constexpr UINT tickInterval = 10;      // ms
 constexpr DWORD keyboardRest = 120;    // ms that real input takes to arrive
 constexpr DWORD keyboardDialog = 250;  // ms until a dialog has the keyboard
 constexpr DWORD pictureRest = 300;     // ms until a window is painted
+constexpr DWORD yieldRest = 25;        // ms, longer than a run goes on without looking for input
 
 ScreenUser* current = nullptr;
 
@@ -142,10 +143,42 @@ class Ticks {
     UINT_PTR timer_;
 };
 
+/// Notices when a dialog has nothing left to do: it then tells its owner, whose window procedure this
+/// watches.
+class IdleWatch {
+  public:
+    using Noticed = void (*)();
+    IdleWatch(HWND owner, Noticed noticed) : owner_(before_ ? nullptr : owner) {
+        if (!owner_) return;
+        noticed_ = noticed;
+        before_ = reinterpret_cast<WNDPROC>(
+            SetWindowLongPtrW(owner_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&procedure)));
+    }
+    IdleWatch(const IdleWatch&) = delete;
+    IdleWatch& operator=(const IdleWatch&) = delete;
+    ~IdleWatch() {
+        if (!owner_) return;
+        SetWindowLongPtrW(owner_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before_));
+        before_ = nullptr;
+    }
+
+  private:
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == WM_ENTERIDLE) noticed_();
+        return CallWindowProcW(before_, window, message, wParam, lParam);
+    }
+
+    static inline WNDPROC before_ = nullptr;  ///< of the one window that is watched
+    static inline Noticed noticed_ = nullptr;
+    HWND owner_;
+};
+
 }  // namespace
 
 struct ScreenUser::Calls {
-    static void CALLBACK ticked(HWND, UINT, UINT_PTR, DWORD) {
+    static void CALLBACK ticked(HWND, UINT, UINT_PTR, DWORD) { look(); }
+
+    static void look() {
         if (current) current->tick();
     }
 
@@ -158,6 +191,7 @@ struct ScreenUser::Calls {
         if (!current) return MessageBoxW(owner, text, title, style);
         const int pressed = [&] {
             const Ticks ticks(&ticked);
+            const IdleWatch watch(owner, &look);
             return MessageBoxW(owner, text, title, style);
         }();
         Message message;
@@ -222,7 +256,11 @@ ScreenUser::~ScreenUser() {
 }
 
 void ScreenUser::lineRecorded(std::string_view line) {
-    for (const Action* action : reader_.setOffBy(line)) begin(*action);
+    for (const Action* action : reader_.setOffBy(line)) {
+        begin(*action);
+        // So that the run comes to it at its next yield, as without a screen.
+        if (session_.hands == Hands::Posted) Sleep(yieldRest);
+    }
 }
 
 std::optional<std::int32_t> ScreenUser::searching(
@@ -406,6 +444,7 @@ void ScreenUser::choose(const Action& action) {
 }
 
 void ScreenUser::begin(const Action& action) {
+    if (session_.begins) session_.begins(action);
     switch (action.deed) {
         case Deed::Choose:
             return choose(action);

@@ -75,6 +75,7 @@ WindowView::WindowView(WindowsDesktop& desktop, Window& window)
 WindowView::~WindowView() {
     window_.observer(nullptr);
     SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
+    ShowWindow(handle_, SW_HIDE);  // at once, not control by control
     views_.clear();
     DestroyWindow(handle_);
 }

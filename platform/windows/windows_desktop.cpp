@@ -14,8 +14,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How often a run that yields at every row shows what it wrote: once in a screen's frame.
-constexpr auto refreshInterval = 16ms;
+/// How often a run that yields at every row shows what it wrote and looks for input: once in a screen's
+/// frame.
+constexpr auto frame = 16ms;
 /// How long keys that were sent may take until they have been worked off.
 constexpr auto sentKeysLimit = 1s;
 
@@ -96,6 +97,7 @@ bool WindowsDesktop::workOffOne() {
 }
 
 void WindowsDesktop::workOff(const MSG& message) {
+    running_ = false;
     WindowView* view = viewAt(message.hwnd);
     if (view && view->preprocess(message)) return;
     TranslateMessage(&message);
@@ -111,13 +113,17 @@ WindowView* WindowsDesktop::viewAt(HWND handle) const {
 
 void WindowsDesktop::refresh() {
     for (WindowView* view : views_) view->refresh();
-    refreshed_ = std::chrono::steady_clock::now();
 }
 
 void WindowsDesktop::doEvents() {
     if (WindowView* view = top()) view->settle();
-    if (std::chrono::steady_clock::now() - refreshed_ >= refreshInterval) refresh();
-    while (workOffOne()) {
+    const auto now = std::chrono::steady_clock::now();
+    if (!running_ || now - yielded_ >= frame) {
+        yielded_ = now;
+        refresh();
+        while (workOffOne()) {
+        }
+        running_ = true;
     }
     for (WindowView* view : views_) {
         if (view->window().unloaded()) view->refresh();
@@ -175,6 +181,7 @@ bool WindowsDesktop::uncovered(const WindowView& view) const noexcept {
 MessageAnswer WindowsDesktop::showMessage(const Message& message) {
     WindowView* view = top();
     if (view) view->settle();
+    running_ = false;
     refresh();
     HWND owner = GetActiveWindow();
     if (!owner && view && IsWindowVisible(view->handle())) owner = view->handle();

@@ -19,7 +19,8 @@ class WindowsDesktop : public Desktop {
     /// quit closes the window and is put back for the host's own loop.
     void showModal(Window& window) override;
     bool getOpenFileName(OpenFileName& record) override;
-    /// Texts and progress that code wrote appear here, but not more often than the eye can tell.
+    /// Works off what is pending and shows what code wrote; of the yields that follow one another with
+    /// nothing in between only one in a screen's frame does, as nobody can tell the others.
     void doEvents() override;
     /// Only the Tab key; 5 for any other.
     void sendKeys(std::string_view keys, bool wait) override;
@@ -52,7 +53,8 @@ class WindowsDesktop : public Desktop {
     void refresh();
 
     std::vector<WindowView*> views_;
-    std::chrono::steady_clock::time_point refreshed_{};
+    std::chrono::steady_clock::time_point yielded_{};
+    bool running_ = false;  ///< nothing was worked off since the last yield: a run is under way
     bool awaitingTab_ = false;
 };
 
