@@ -28,6 +28,9 @@ function(add_wine_programs)
     add_executable(pxtarvo-winehost "${PROJECT_SOURCE_DIR}/devhost/wine/main/main.cpp")
     target_link_libraries(pxtarvo-winehost PRIVATE winehost)
 
+    add_executable(pxtarvo-dll-bench "${PROJECT_SOURCE_DIR}/benchmarks/dll/dll_bench.cpp")
+    target_link_libraries(pxtarvo-dll-bench PRIVATE winehost)
+
     set(googletest_source /usr/src/googletest CACHE PATH "Sources of GoogleTest")
     add_library(wine_gtest STATIC "${googletest_source}/googletest/src/gtest-all.cc"
                                   "${googletest_source}/googletest/src/gtest_main.cc")
@@ -41,8 +44,9 @@ function(add_wine_programs)
     target_compile_definitions(wine_test PRIVATE PXTARVO_SAMPLES_DIR="${PROJECT_SOURCE_DIR}/samples"
                                                  PXTARVO_DLL_PATH="${PXTARVO_DLL}")
     # Wine's loader knows its own programs by this ending.
-    set_target_properties(pxtarvo-winehost wine_test PROPERTIES SUFFIX .exe.so POSITION_INDEPENDENT_CODE OFF)
-    foreach(program pxtarvo-winehost wine_test)
+    set(programs pxtarvo-winehost pxtarvo-dll-bench wine_test)
+    set_target_properties(${programs} PROPERTIES SUFFIX .exe.so POSITION_INDEPENDENT_CODE OFF)
+    foreach(program IN LISTS programs)
         target_compile_options(${program} PRIVATE -fPIC)  # a library to the linker, whatever its name
     endforeach()
 

@@ -34,6 +34,8 @@ struct ScreenSession {
     std::shared_ptr<Recorder> recorder{};  ///< may be empty
     std::function<void()> newContext{};    ///< what the action "context" does
     std::string pictures{};                ///< folder of the pictures, empty for none
+    /// Told of every action of the script that is done in the window, right before.
+    std::function<void(const Action&)> begins{};
     /// Names of the windows in the record, by their captions, and of their controls in the order in which
     /// they were made (shapes, which have no window of their own, left out).
     struct KnownWindow {

@@ -132,6 +132,7 @@ void ScreenlessUser::lineRecorded(std::string_view line) {
 
 void ScreenlessUser::perform(Window& window, const Action& action) {
     portable::SimulatedDesktop& desktop = host_.desktop();
+    if (begins) begins(action);
     switch (action.deed) {
         case Deed::Choose:
             desktop.choose(control<ComboBox>(window, action.control), action.text);

@@ -20,6 +20,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <istream>
 #include <string>
 #include <string_view>
@@ -78,6 +79,9 @@ class ScreenlessUser {
   public:
     ScreenlessUser(DevHost& host, const UserScript& script);
     void lineRecorded(std::string_view line);
+
+    /// Told of every action that is done in the window, right before.
+    std::function<void(const Action&)> begins;
 
   private:
     void perform(Window& window, const Action& action);
