@@ -8,17 +8,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <iostream>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "benchmarks/floor.h"
+#include "benchmarks/pairs.h"
 #include "devhost/dev_host.h"
 #include "devhost/schema.h"
 #include "import/frm_imp_tarifas.h"
@@ -74,19 +71,8 @@ std::int64_t importOnFloorOf(const std::string& database) {
 
 using Import = std::int64_t (*)(const std::string& database);
 
-/// The runs of one kind, first or second, turn by turn.
-struct Pairs {
-    std::optional<double> floorSeconds;  ///< of the floor's run that the next import is compared with
-    std::vector<double> ratios;
-};
+/// The first runs and the second ones.
 Pairs pairs[2];
-
-/// Processor seconds of this process so far.
-double processorTime() {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
 
 void measure(benchmark::State& state, bool floor, bool second) {
     const Import import = floor ? importOnFloorOf : importThroughWindow;
@@ -100,12 +86,7 @@ void measure(benchmark::State& state, bool floor, bool second) {
         rows = import(database);
         const double taken = processorTime() - start;
         state.SetIterationTime(taken);
-        if (floor) {
-            kind.floorSeconds = taken;
-        } else if (kind.floorSeconds) {
-            kind.ratios.push_back(taken / *kind.floorSeconds);
-            kind.floorSeconds.reset();
-        }
+        kind.took(floor, taken);
     }
     state.SetItemsProcessed(rows * static_cast<std::int64_t>(state.iterations()));
 }
@@ -126,12 +107,6 @@ double peakMemory() {
         std::exit(1);
     }
     return static_cast<double>(usage.ru_maxrss) / 1024;
-}
-
-/// The middle one, of the two middle ones the greater.
-double median(std::vector<double> numbers) {
-    std::ranges::sort(numbers);
-    return numbers[numbers.size() / 2];
 }
 
 }  // namespace
@@ -165,11 +140,7 @@ int main(int argc, char** argv) {
     }
     benchmark::RunSpecifiedBenchmarks();
     for (const bool second : {false, true}) {
-        const std::vector<double>& ratios = pairs[second ? 1 : 0].ratios;
-        if (ratios.empty()) continue;  // a filter left it out
-        std::printf("%s: %.2f times the floor (%.2f to %.2f in %zu turns)\n",
-                    second ? "second run" : "first run", median(ratios), std::ranges::min(ratios),
-                    std::ranges::max(ratios), ratios.size());
+        pairs[second ? 1 : 0].print(second ? "second run" : "first run");
     }
     std::printf("peak memory of the first run: %.0f MB\n", memory);
     std::filesystem::remove_all(folder);
