@@ -37,8 +37,8 @@ void CamposBorrado::Text1_LostFocus(int Index) {
             }
             break;
         case AlSalir::BuscarMarca:
-            if (campo.text().empty()) escribir(Index + 1, "");
             CamposCodigo::Text1_LostFocus(Index);
+            if (campo.text().empty()) escribir(Index + 1, "");
             break;
         case AlSalir::Fecha:
             ayuda().SalirCampo(campo, sFormatoFecha);

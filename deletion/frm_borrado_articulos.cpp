@@ -3,6 +3,7 @@
 #include "fields/window_texts.h"
 #include "host/row_write.h"
 #include "platform/conversion.h"
+#include "platform/error_trap.h"
 #include "platform/text.h"
 
 namespace pxtarvo {
@@ -204,7 +205,7 @@ void frmBorradoArticulos::cmdBorrar_Click() {
     Label2.setCaption("Borrando artículos");
     ProgressBar1.setMaximum(rsBusqueda->RecordCount());
     rsBusqueda->MoveFirst();
-    try {
+    const auto error = trapped([&] {
         MyBd()->Conexion()->BeginTrans();
         for (std::int32_t nRegistro = 1; !rsBusqueda->Eof(); ++nRegistro) {
             platform().desktop().doEvents();
@@ -213,10 +214,12 @@ void frmBorradoArticulos::cmdBorrar_Click() {
             rsBusqueda->MoveNext();
         }
         MyBd()->Conexion()->CommitTrans();
+    });
+    if (!error) {
         mensaje("Proceso de borrado finalizado", MessageIcon::Information);
-    } catch (const RuntimeError& error) {
+    } else {
         MyBd()->Conexion()->RollbackTrans();
-        if (!error.is(ErrorNumber::HostRefused)) mensaje(error.description(), MessageIcon::Critical);
+        if (!error->is(ErrorNumber::HostRefused)) mensaje(error->description(), MessageIcon::Critical);
     }
     Unload();
 }

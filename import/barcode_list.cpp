@@ -2,6 +2,7 @@
 
 #include "import/run_state.h"
 #include "platform/conversion.h"
+#include "platform/error_trap.h"
 #include "platform/platform.h"
 #include "platform/text.h"
 
@@ -18,28 +19,29 @@ constexpr std::int32_t primeraHoja = 1;
 
 void frmImpTarifas::msImportarCodigoBarras() {
     Corrida corrida;
-    std::string sResultado(sExito);
-    try {
+    // Held until the end of the procedure, the message included.
+    ObjectRef<SpreadsheetApplication> aplicacion;
+    ObjectRef<Workbook> libro;
+    ObjectRef<Worksheet> hoja;
+    const auto bHayFila = [&] {
+        const Variant vCodigo = hoja->Cells(static_cast<std::int32_t>(corrida.nFila), colCodigo);
+        return !trimBlanks(texto(vCodigo)).empty();
+    };
+    const auto error = trapped([&] {
         if (campos_.IdMarca > 0) retirarArticulos(Art::Mar.sNombre, campos_.IdMarca);
-        const ObjectRef<SpreadsheetApplication> aplicacion = platform().createSpreadsheet();
-        const ObjectRef<Workbook> libro = aplicacion->OpenWorkbook(Text1[0].text());
+        aplicacion = platform().createSpreadsheet();
+        libro = aplicacion->OpenWorkbook(Text1[0].text());
         ProgressBar1.setMinimum(0);
         ProgressBar1.setMaximum(libro->SheetCount());  // the sheets, not the rows; it never advances
         ProgressBar1.setVisible(true);
-        const ObjectRef<Worksheet> hoja = libro->Sheet(primeraHoja);
-        const auto bHayFila = [&] {
-            const Variant vCodigo = hoja->Cells(static_cast<std::int32_t>(corrida.nFila), colCodigo);
-            return !trimBlanks(texto(vCodigo)).empty();
-        };
+        hoja = libro->Sheet(primeraHoja);
         for (corrida.nFila = 1; bHayFila(); corrida.nFila += 1) importarFilaCodigoBarras(*hoja, corrida);
-    } catch (const RuntimeError& error) {
-        if (error.is(ErrorNumber::HostRefused)) {
-            Unload();
-            return;
-        }
-        sResultado = textoError(corrida, error);
+    });
+    if (!error) {
+        avisar(sExito);
+    } else if (!error->is(ErrorNumber::HostRefused)) {
+        avisar(textoError(corrida, *error));
     }
-    avisar(sResultado);
     Unload();
 }
 

@@ -4,6 +4,7 @@
 
 #include "import/run_state.h"
 #include "platform/conversion.h"
+#include "platform/error_trap.h"
 #include "platform/platform.h"
 #include "platform/text.h"
 
@@ -47,18 +48,15 @@ void frmImpTarifas::XPButton3_Click() {
 
     const ObjectRef<Recordset> rsOrigen = consultar(sOrigen);
     MyBd()->Conexion()->BeginTrans();
-    std::string sResultado = "proceso concluido";
-    try {
+    const auto error = trapped([&] {
         while (!rsOrigen->Eof() && !rsOrigen->Bof()) {
             pasarExistencias(*rsOrigen);
             rsOrigen->MoveNext();
         }
         MyBd()->Conexion()->CommitTrans();
-    } catch (const RuntimeError& error) {
-        MyBd()->Conexion()->RollbackTrans();
-        sResultado = error.description();
-    }
-    avisar(sResultado);
+    });
+    if (error) MyBd()->Conexion()->RollbackTrans();
+    avisar(error ? error->description() : "proceso concluido");
 }
 
 void frmImpTarifas::pasarExistencias(const Recordset& rsOrigen) {

@@ -2,6 +2,7 @@
 
 #include "import/run_state.h"
 #include "platform/conversion.h"
+#include "platform/error_trap.h"
 #include "platform/platform.h"
 #include "platform/text.h"
 
@@ -14,15 +15,12 @@ bool frmImpTarifas::abrirOrigen() {
 }
 
 void frmImpTarifas::correr(const Corrida& corrida, const std::function<void()>& filas) {
-    std::string sResultado(sExito);
-    try {
+    const auto error = trapped([&] {
         filas();
         MyBd()->Conexion()->CommitTrans();
-    } catch (const RuntimeError& error) {
-        MyBd()->Conexion()->RollbackTrans();
-        sResultado = textoError(corrida, error);
-    }
-    avisar(sResultado);
+    });
+    if (error) MyBd()->Conexion()->RollbackTrans();
+    avisar(error ? textoError(corrida, *error) : std::string(sExito));
     Unload();
 }
 

@@ -15,6 +15,7 @@ namespace pxtarvo {
 enum class ErrorNumber : std::int32_t {
     InvalidProcedureCall = 5,
     Overflow = 6,
+    OutOfMemory = 7,
     SubscriptOutOfRange = 9,
     TypeMismatch = 13,
     BadFileNumber = 52,

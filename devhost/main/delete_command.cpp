@@ -5,7 +5,9 @@
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
+#include "platform/conversion.h"
 #include "platform/platform.h"
+#include "platform/text.h"
 
 namespace pxtarvo::devhost {
 
@@ -38,7 +40,11 @@ void print(const DataGrid& grid, const Locale& locale) {
     std::cout << std::flush;
 }
 
-std::optional<std::string> fillIn(DevHost& host, const Window& window, const DeleteOptions& options) {
+std::optional<Refusal> fillIn(DevHost& host, const Window& window, const DeleteOptions& options) {
+    // The window passes over what is no date; here that would delete more than was asked for.
+    if (options.until && !options.until->empty() && !isDate(*options.until, host.platform().locale())) {
+        return Refusal{exitWrongCommand, joined({"--until: '", *options.until, "' is no date"})};
+    }
     const FieldText fields[] = {{"--brand", 3, options.brand}, {"--until", 1, options.until}};
     if (auto refused = typeFields(host, window, fields)) return refused;
     for (const State& state : states) {

@@ -25,8 +25,7 @@ int positionOf(std::string_view list) {
     return list == windowList ? 0 : 1;
 }
 
-/// Fills the window in; a text says which field did not take what it was given.
-std::optional<std::string> fillIn(DevHost& host, Window& window, const ImportOptions& options) {
+std::optional<Refusal> fillIn(DevHost& host, Window& window, const ImportOptions& options) {
     portable::SimulatedDesktop& desktop = host.desktop();
     if (options.year) desktop.choose(control<ComboBox>(window, "Combo1"), *options.year);
     if (options.year || options.list) {

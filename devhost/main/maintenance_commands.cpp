@@ -24,7 +24,7 @@ struct LocationsOptions {
 
 WindowCommand pressing(std::string_view button) {
     WindowCommand command;
-    command.actions = [button](DevHost& host, Window& window) -> std::optional<std::string> {
+    command.actions = [button](DevHost& host, Window& window) -> std::optional<Refusal> {
         press(host, control<PushButton>(window, button));
         return std::nullopt;
     };

@@ -8,6 +8,7 @@
 #include "devhost/window_controls.h"
 #include "fields/window_texts.h"
 #include "platform/portable/drive_paths.h"
+#include "platform/text.h"
 
 namespace pxtarvo::devhost {
 
@@ -17,12 +18,16 @@ namespace {
 std::optional<std::string> fileClash(const CommonOptions& common, const StockOptions& options) {
     if (!options.file) return std::nullopt;
     std::error_code unknown;
-    const auto whole = [&](const std::string& path) {
+    const auto whole = [&](std::string_view path) {
         const std::string place = portable::DrivePaths(common.driveC).resolve(path);
         return std::filesystem::weakly_canonical(std::filesystem::absolute(place, unknown), unknown);
     };
+    // The window writes to the path without the blanks around it.
+    const std::filesystem::path written = whole(trimBlanks(*options.file));
     for (const std::string& kept : {common.database, common.trace}) {
-        if (!kept.empty() && whole(kept) == whole(*options.file)) {
+        if (kept.empty()) continue;
+        const std::filesystem::path one = whole(kept);
+        if (one == written || std::filesystem::equivalent(one, written, unknown)) {
             return "--file: the stock file would overwrite '" + kept + "'";
         }
     }

@@ -60,7 +60,7 @@ int report(const DevHost& host, int status) {
 int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& command) {
     DevUser& user = host.user();
     ProgressDisplay progress;
-    std::optional<std::string> refused;
+    std::optional<Refusal> refused;
     user.yesNo = options.answer;
     user.onMessage = [&](const ShownMessage& shown) {
         progress.clear();
@@ -95,7 +95,7 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
     if (options.inTransaction) {
         if (auto notCommitted = commit(host)) failure = std::move(notCommitted);
     }
-    if (refused) return report(host, leave(exitWrongCommand, *refused));
+    if (refused) return report(host, leave(refused->status, refused->reason));
     return report(host, failure ? leave(exitFailed, *failure) : exitDone);
 }
 
@@ -155,12 +155,17 @@ bool typeAndLeave(DevHost& host, TextBox& box, std::string_view text) {
     return taken;
 }
 
-std::optional<std::string> typeFields(DevHost& host, const Window& window,
-                                      std::span<const FieldText> fields) {
+std::optional<Refusal> typeFields(DevHost& host, const Window& window, std::span<const FieldText> fields) {
     for (const FieldText& field : fields) {
         if (!field.text) continue;
+        const std::size_t told = host.user().messages().size();
         if (!typeAndLeave(host, control<TextBox>(window, "Text1", field.index), *field.text)) {
-            return joined({field.option, ": the field does not take '", *field.text, "'"});
+            return Refusal{exitWrongCommand,
+                           joined({field.option, ": the field does not take '", *field.text, "'"})};
+        }
+        if (host.user().messages().size() > told) {
+            const std::string& text = host.user().messages()[told].message.text;
+            return Refusal{exitFailed, joined({field.option, " ", *field.text, ": ", asOneLine(text)})};
         }
     }
     return std::nullopt;

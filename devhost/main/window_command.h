@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "devhost/dev_host.h"
+#include "devhost/main/exit_status.h"
 #include "devhost/main/options.h"
 
 namespace pxtarvo::devhost {
@@ -21,12 +22,18 @@ std::optional<std::string> traceClash(const CommonOptions& options, std::string_
 /// The recorder that the options ask for, empty for none; 75 where its file cannot be written.
 std::shared_ptr<Recorder> recorderFor(const CommonOptions& options);
 
+/// A field did not take what the command line gives for it; nothing was started.
+struct Refusal {
+    ExitStatus status = exitWrongCommand;
+    std::string reason;
+};
+
 struct WindowCommand {
     /// The import window's button that opens the window in which the command works; empty when that is the
     /// import window itself.
     std::string_view opener{};
-    /// Works in the window. A text says what a field did not take: the command line is wrong then.
-    std::function<std::optional<std::string>(DevHost& host, Window& window)> actions;
+    /// Works in the window, unless a field did not take what it was given.
+    std::function<std::optional<Refusal>(DevHost& host, Window& window)> actions;
     /// The message that ends a run which did what it was to do.
     std::string_view successMessage;
     /// Where set, whether a run ended well without a message.
@@ -52,9 +59,10 @@ struct FieldText {
     int index;  ///< in Text1
     const std::optional<std::string>& text;
 };
-/// Types what the options give into the window's fields, in this order. A text says which field did not take
-/// it.
-std::optional<std::string> typeFields(DevHost& host, const Window& window, std::span<const FieldText> fields);
+/// Types what the options give into the window's fields, in this order. A field refuses what its key filter
+/// does not let through (the command line is wrong) and what leaving it is answered with a message, an
+/// unknown code say (the run has failed).
+std::optional<Refusal> typeFields(DevHost& host, const Window& window, std::span<const FieldText> fields);
 /// Presses a button; once more where a message of the field that lost the focus swallowed the click.
 void press(DevHost& host, PushButton& button);
 

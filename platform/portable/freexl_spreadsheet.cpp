@@ -60,7 +60,7 @@ Date dateOf(std::string_view text) {
     if (onFalseLeapDay) time.day = 28;
     if (!isCalendarTime(time)) raiseRefused("La celda tiene una fecha que no existe: " + std::string(text));
     Date date = toDate(time);
-    if (isDate && date.days <= falseLeapDay && !onFalseLeapDay) date.days -= 1;
+    if (isDate && date.days < falseLeapDay + 1 && !onFalseLeapDay) date.days -= 1;
     return date;
 }
 
