@@ -33,8 +33,9 @@ function(add_wine_programs)
 
     set(googletest_source /usr/src/googletest CACHE PATH "Sources of GoogleTest")
     add_library(wine_gtest STATIC "${googletest_source}/googletest/src/gtest-all.cc"
-                                  "${googletest_source}/googletest/src/gtest_main.cc")
-    target_include_directories(wine_gtest PRIVATE "${googletest_source}/googletest"
+                                  "${googletest_source}/googletest/src/gtest_main.cc"
+                                  "${googletest_source}/googlemock/src/gmock-all.cc")
+    target_include_directories(wine_gtest PRIVATE "${googletest_source}/googletest" "${googletest_source}/googlemock"
                                           SYSTEM PUBLIC "${googletest_source}/googletest/include"
                                                         "${googletest_source}/googlemock/include")
     file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/wine/*.cpp")

@@ -66,10 +66,11 @@ void DevUser::windowShown(Window& window) {
 
 portable::Reply DevUser::reply(const Message& message) {
     portable::Reply reply;
-    if (const auto prepared = next(replies)) {
-        reply = *prepared;
-    } else if (message.buttons == MessageButtons::YesNo) {
-        reply.answer = yesNo.value_or(message.defaultsToNo ? MessageAnswer::No : MessageAnswer::Yes);
+    const auto prepared = next(replies);
+    if (prepared) reply = *prepared;
+    if (message.buttons == MessageButtons::YesNo && reply.answer == MessageAnswer::Ok) {
+        reply.answer = message.defaultsToNo ? MessageAnswer::No : MessageAnswer::Yes;
+        if (yesNo && !prepared) reply.answer = *yesNo;
     }
     messages_.push_back({message, reply.answer});
     if (recorder_) recorder_->message(message, reply.answer);

@@ -50,7 +50,8 @@ class DevUser : public portable::SimulatedUser {
 
     /// The answer to every question for which no reply is prepared; unset presses the default button.
     std::optional<MessageAnswer> yesNo;
-    /// Used one a message box, OK ones included, before the standing answer.
+    /// Used one a message box, OK ones included, before the standing answer; Ok to a question presses its
+    /// default button.
     std::deque<portable::Reply> replies;
     std::deque<std::optional<std::string>> files;
     std::deque<SearchChoice> choices;

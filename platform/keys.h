@@ -14,5 +14,6 @@ inline constexpr std::int16_t vkPageUp = 33;
 inline constexpr std::int16_t vkPageDown = 34;
 inline constexpr std::int16_t vkDelete = 46;
 inline constexpr std::int16_t vkF1 = 112;
+inline constexpr std::int16_t vkF4 = 115;
 
 }  // namespace pxtarvo

@@ -26,6 +26,7 @@ constexpr UINT tickInterval = 10;      // ms
 constexpr DWORD keyboardRest = 120;    // ms that real input takes to arrive
 constexpr DWORD keyboardDialog = 250;  // ms until a dialog has the keyboard
 constexpr DWORD pictureRest = 300;     // ms until a window is painted
+constexpr DWORD inputLimit = 5000;     // ms that real input may take to arrive
 constexpr DWORD yieldRest = 25;        // ms, longer than a run goes on without looking for input
 
 ScreenUser* current = nullptr;
@@ -99,6 +100,8 @@ const char* keyName(std::int16_t key) {
             return "space";
         case vkF1:
             return "F1";
+        case vkF4:
+            return "F4";
         case vkDelete:
             return "Delete";
         case vkPageUp:
@@ -258,8 +261,9 @@ ScreenUser::~ScreenUser() {
 void ScreenUser::lineRecorded(std::string_view line) {
     for (const Action* action : reader_.setOffBy(line)) {
         begin(*action);
+        if (session_.hands == Hands::Keyboard) awaitInput(action->deed);
         // So that the run comes to it at its next yield, as without a screen.
-        if (session_.hands == Hands::Posted) Sleep(yieldRest);
+        Sleep(yieldRest);
     }
 }
 
@@ -378,21 +382,35 @@ void ScreenUser::idle() {
     PostMessageW(shown, WM_NULL, 0, 0);
 }
 
+std::vector<std::pair<HWND, std::string>> ScreenUser::controlsOf(HWND window) const {
+    std::vector<std::pair<HWND, std::string>> controls;
+    const auto known =
+        std::ranges::find(session_.windows, textOf(window), &ScreenSession::KnownWindow::caption);
+    if (known == session_.windows.end()) return controls;
+    HWND child = GetWindow(window, GW_CHILD);
+    for (const std::string& name : known->controls) {
+        if (child) controls.emplace_back(child, name);
+        child = child ? GetWindow(child, GW_HWNDNEXT) : nullptr;
+    }
+    return controls;
+}
+
 HWND ScreenUser::control(const Action& action) {
     std::string wanted = action.control;
     if (action.index != notIndexed) wanted += "(" + std::to_string(action.index) + ")";
-    const HWND shown = window();
-    const auto known =
-        std::ranges::find(session_.windows, textOf(shown), &ScreenSession::KnownWindow::caption);
-    if (known != session_.windows.end()) {
-        HWND child = GetWindow(shown, GW_CHILD);
-        for (const std::string& name : known->controls) {
-            if (name == wanted && child) return child;
-            child = child ? GetWindow(child, GW_HWNDNEXT) : nullptr;
-        }
+    for (const auto& [handle, name] : controlsOf(window())) {
+        if (name == wanted) return handle;
     }
     troubles_.push_back("no control " + wanted);
     return nullptr;
+}
+
+std::string ScreenUser::lookAt(const Action& action) {
+    const HWND looked = action.control.empty() ? GetFocus() : control(action);
+    for (const auto& [handle, name] : controlsOf(window())) {
+        if (handle == looked) return action.control.empty() ? name : name + "=" + textOf(handle);
+    }
+    return "";
 }
 
 void ScreenUser::clickAt(HWND control) {
@@ -407,8 +425,45 @@ void ScreenUser::clickAt(HWND control) {
     PostMessageW(control, WM_LBUTTONUP, 0, place);
 }
 
-void ScreenUser::pressKey(HWND target, std::int16_t key, bool withRelease) {
-    if (session_.hands == Hands::Keyboard) return xdotool({"key", keyName(key)});
+/// Where a window without the desktop's own frame has its close box.
+void ScreenUser::closeBox(HWND window) {
+    if (session_.hands != Hands::Keyboard) {
+        PostMessageW(window, WM_CLOSE, 0, 0);
+        return;
+    }
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    const int x = rect.right - GetSystemMetrics(SM_CXDLGFRAME) - GetSystemMetrics(SM_CXSIZE) / 2;
+    const int y = rect.top + GetSystemMetrics(SM_CYDLGFRAME) + GetSystemMetrics(SM_CYSIZE) / 2;
+    xdotool({"mousemove", std::to_string(x), std::to_string(y), "click", "1"});
+}
+
+/// Holds a run up until what the hands did in its middle has arrived.
+void ScreenUser::awaitInput(Deed deed) {
+    const bool key = deed == Deed::Press;
+    if (!key && deed != Deed::Click && deed != Deed::Close) return;
+    const auto arrived = [&] {
+        MSG release;
+        if (handsBusy()) return false;
+        if (key) return PeekMessageW(&release, nullptr, WM_KEYUP, WM_KEYUP, PM_NOREMOVE) != FALSE;
+        return (HIWORD(GetQueueStatus(QS_MOUSEBUTTON)) & QS_MOUSEBUTTON) != 0;
+    };
+    const DWORD limit = GetTickCount() + inputLimit;
+    while (!arrived()) {
+        if (static_cast<LONG>(limit - GetTickCount()) < 0) {
+            troubles_.push_back("what the hands did has not arrived");
+            return;
+        }
+        Sleep(tickInterval);
+    }
+}
+
+void ScreenUser::pressKey(HWND target, std::int16_t key, bool withRelease, Held held) {
+    if (session_.hands == Hands::Keyboard) {
+        const char* const with = held == Held::Shift ? "shift+" : held == Held::Alt ? "alt+" : "";
+        return xdotool({"key", std::string(with) + keyName(key)});
+    }
+    if (held != Held::None) troubles_.push_back("held keys need a keyboard");
     PostMessageW(target, WM_KEYDOWN, static_cast<WPARAM>(key), 1);
     if (withRelease) {
         PostMessageW(target, WM_KEYUP, static_cast<WPARAM>(key), static_cast<LPARAM>(0xC0000001u));
@@ -458,16 +513,18 @@ void ScreenUser::begin(const Action& action) {
             }
             return;
         case Deed::Press:
-            return pressKey(GetFocus() ? GetFocus() : window(), action.key, true);
+            return pressKey(GetFocus() ? GetFocus() : window(), action.key, true, action.held);
         case Deed::Context:
             return session_.newContext();
         case Deed::Picture:
             restUntil_ = GetTickCount() + pictureRest;
             steps_.push_back([this, name = action.text] { picture(window(), name); });
             return;
-        case Deed::Close:
-            PostMessageW(window(), WM_CLOSE, 0, 0);
+        case Deed::Look:
+            seen_.push_back(lookAt(action));
             return;
+        case Deed::Close:
+            return closeBox(window());
         case Deed::Message:
         case Deed::File:
         case Deed::Search:
@@ -516,7 +573,12 @@ void ScreenUser::answerMessage(HWND box, const Action* action) {
 void ScreenUser::answerFileDialog(HWND dialog, const Action* action) {
     const bool chosen = action && !action->text.empty();
     answerKey_ = chosen ? vkReturn : vkEscape;
-    if (action && action->key != vkReturn) answerKey_ = action->key;
+    const bool byButton = action && action->answer == MessageAnswer::No;
+    if (action && (byButton || action->key != vkReturn)) answerKey_ = action->key;
+    if (byButton && answerKey_ != 0) {
+        const HWND button = GetDlgItem(dialog, IDCANCEL);
+        SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(button), TRUE);
+    }
     if (chosen) {
         const Bstr path(action->text);
         if (const HWND field = fileNameField(dialog))

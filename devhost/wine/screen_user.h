@@ -36,8 +36,8 @@ struct ScreenSession {
     std::string pictures{};                ///< folder of the pictures, empty for none
     /// Told of every action of the script that is done in the window, right before.
     std::function<void(const Action&)> begins{};
-    /// Names of the windows in the record, by their captions, and of their controls in the order in which
-    /// they were made (shapes, which have no window of their own, left out).
+    /// Names of the windows in the record, by their captions, and of their controls from the top to the
+    /// bottom (shapes, which have no window of their own, left out).
     struct KnownWindow {
         std::string name;
         std::string caption;
@@ -64,6 +64,8 @@ class ScreenUser {
     static int windowsLeft();
     /// What went wrong with the script: controls that are not there, and so on.
     const std::vector<std::string>& troubles() const noexcept { return troubles_; }
+    /// As ScreenlessUser::seen().
+    const std::vector<std::string>& seen() const noexcept { return seen_; }
 
   private:
     struct Calls;  ///< what stands in the place of the plug-in's imports
@@ -77,10 +79,15 @@ class ScreenUser {
     void begin(const Action& action);
     void clickAt(HWND control);
     void typeText(HWND control, const std::string& text);
-    void pressKey(HWND target, std::int16_t key, bool withRelease);
+    void pressKey(HWND target, std::int16_t key, bool withRelease, Held held = Held::None);
+    void closeBox(HWND window);
+    void awaitInput(Deed deed);
     void choose(const Action& action);
     HWND window() const;
+    /// The known window's controls with their names.
+    std::vector<std::pair<HWND, std::string>> controlsOf(HWND window) const;
     HWND control(const Action& action);
+    std::string lookAt(const Action& action);
     void hidden(HWND window);
     void dialogClosed();
     void xdotool(std::vector<std::string> arguments);
@@ -100,6 +107,7 @@ class ScreenUser {
     DWORD restUntil_ = 0;
     int pictures_ = 0;
     std::vector<std::string> troubles_;
+    std::vector<std::string> seen_;
 };
 
 }  // namespace pxtarvo::devhost

@@ -15,13 +15,15 @@ template <class Value>
 using Names = std::pair<std::string_view, Value>;
 
 constexpr Names<Deed> deeds[] = {
-    {"choose", Deed::Choose},   {"type", Deed::Type},  {"click", Deed::Click},   {"press", Deed::Press},
-    {"message", Deed::Message}, {"file", Deed::File},  {"search", Deed::Search}, {"context", Deed::Context},
-    {"picture", Deed::Picture}, {"close", Deed::Close}};
+    {"choose", Deed::Choose},   {"type", Deed::Type}, {"click", Deed::Click},   {"press", Deed::Press},
+    {"message", Deed::Message}, {"file", Deed::File}, {"search", Deed::Search}, {"context", Deed::Context},
+    {"picture", Deed::Picture}, {"look", Deed::Look}, {"close", Deed::Close}};
 
 constexpr Names<std::int16_t> keys[] = {
     {"", 0},      {"Return", vkReturn}, {"Escape", vkEscape}, {"Tab", vkTab},      {"space", vkSpace},
-    {"F1", vkF1}, {"Delete", vkDelete}, {"Prior", vkPageUp},  {"Next", vkPageDown}};
+    {"F1", vkF1}, {"F4", vkF4},         {"Delete", vkDelete}, {"Prior", vkPageUp}, {"Next", vkPageDown}};
+
+constexpr Names<Held> heldKeys[] = {{"", Held::None}, {"shift", Held::Shift}, {"alt", Held::Alt}};
 
 constexpr Names<MessageAnswer> answers[] = {
     {"ok", MessageAnswer::Ok}, {"yes", MessageAnswer::Yes}, {"no", MessageAnswer::No}};
@@ -41,11 +43,18 @@ Action readAction(const std::string& line) {
     action.index = json.value("index", notIndexed);
     action.text = json.value("text", "");
     action.key = named(keys, json.value("key", "Return"));
+    action.held = named(heldKeys, json.value("with", ""));
     action.answer = named(answers, json.value("answer", "ok"));
     action.row = json.value("row", -1);
     action.after = json.value("after", "");
     action.count = json.value("count", 1);
     return action;
+}
+
+std::string lookAt(Window& window, const Action& action) {
+    if (action.control.empty()) return window.activeControl() ? window.activeControl()->fullName() : "";
+    const auto& box = control<TextBox>(window, action.control, action.index);
+    return box.fullName() + "=" + box.text();
 }
 
 bool answersSomething(Deed deed) {
@@ -104,6 +113,7 @@ std::vector<const Action*> ScriptReader::setOffBy(std::string_view line) {
 ScreenlessUser::ScreenlessUser(DevHost& host, const UserScript& script) : host_(host), reader_(script) {
     DevUser& user = host.user();
     for (const Action& action : script) {
+        if (action.held != Held::None) throw std::runtime_error("held keys need a keyboard");
         if (action.deed == Deed::Message) {
             user.replies.push_back({action.answer, action.key});
         } else if (action.deed == Deed::File) {
@@ -114,12 +124,13 @@ ScreenlessUser::ScreenlessUser(DevHost& host, const UserScript& script) : host_(
         }
     }
     user.onWindowShown = [this](Window& window) {
-        window_ = &window;
+        Window* const below = std::exchange(window_, &window);
         while (!window.unloaded()) {
             const Action* action = reader_.takeInWindow();
             if (!action) break;
             perform(window, *action);
         }
+        window_ = below;
     };
     user.onYielded = [this] {
         for (const Action* action : std::exchange(due_, {})) perform(*window_, *action);
@@ -148,6 +159,9 @@ void ScreenlessUser::perform(Window& window, const Action& action) {
             return;
         case Deed::Context:
             host_.handOverNewContext();
+            return;
+        case Deed::Look:
+            seen_.push_back(lookAt(window, action));
             return;
         case Deed::Close:
             desktop.close(window);

@@ -8,12 +8,16 @@
 //   {"do":"type","control":"Text1","index":1,"text":"24"}  types over what the field holds
 //   {"do":"click","control":"XPButton1"}
 //   {"do":"press","key":"Escape"}                          in the window: a key, with its release
+//   {"do":"press","key":"Tab","with":"shift"}              the same with another one held down, by real keys
 //   {"do":"message","key":"Escape","answer":"no"}          for the next message; key "" is the mouse
-//   {"do":"file","text":"C:\\LISTA.MDB"}                   for the next file dialog; "" cancels it
+//   {"do":"file","text":"C:\\LISTA.MDB"}                   for the next file dialog; "" cancels it, by Esc
+//   or, with
+//                                                          "answer":"no", by its button and the key
 //   {"do":"search","row":0}                                for the next search list; -1 chooses nothing
 //   {"do":"context"}                                       the host hands over another context
 //   {"do":"picture","text":"window"}                       keeps a picture under this name
-//   {"do":"close"}
+//   {"do":"look","control":"Text1","index":1}              notes the control's text; without one, the focus
+//   {"do":"close"}                                         by the window's close box
 // A message that no line answers gets Enter; what is still open at the end is closed. A line with
 // "after":"TEXT","count":3 is not done in its turn, but at the moment that the third line with TEXT in it was
 // recorded.
@@ -30,7 +34,9 @@
 
 namespace pxtarvo::devhost {
 
-enum class Deed { Choose, Type, Click, Press, Message, File, Search, Context, Picture, Close };
+enum class Deed { Choose, Type, Click, Press, Message, File, Search, Context, Picture, Look, Close };
+
+enum class Held { None, Shift, Alt };
 
 struct Action {
     Deed deed = Deed::Click;
@@ -38,6 +44,7 @@ struct Action {
     int index = notIndexed;
     std::string text{};
     std::int16_t key = vkReturn;  ///< virtual key code, 0 for the mouse
+    Held held = Held::None;
     MessageAnswer answer = MessageAnswer::Ok;
     std::int32_t row = -1;
     std::string after{};
@@ -77,11 +84,14 @@ class ScriptReader {
 /// its record. Must outlive the runs.
 class ScreenlessUser {
   public:
+    /// Raises std::runtime_error for what only real keys can do.
     ScreenlessUser(DevHost& host, const UserScript& script);
     void lineRecorded(std::string_view line);
 
     /// Told of every action that is done in the window, right before.
     std::function<void(const Action&)> begins;
+    /// What the actions "look" saw: "Text1(1)=24", or the name of the control with the focus.
+    const std::vector<std::string>& seen() const noexcept { return seen_; }
 
   private:
     void perform(Window& window, const Action& action);
@@ -90,6 +100,7 @@ class ScreenlessUser {
     ScriptReader reader_;
     Window* window_ = nullptr;
     std::vector<const Action*> due_;
+    std::vector<std::string> seen_;
 };
 
 }  // namespace pxtarvo::devhost

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "deletion/frm_borrado_articulos.h"
 #include "devhost/field_helper.h"
 #include "devhost/host_file.h"
 #include "devhost/recording_connection.h"
@@ -12,6 +13,7 @@
 #include "import/frm_imp_tarifas.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/jet_connection.h"
+#include "stock/frm_existencias.h"
 
 namespace pxtarvo::devhost {
 
@@ -42,8 +44,12 @@ Reference<IDispatch> dispatchOf(Arguments&&... arguments) {
 
 ScreenSession::KnownWindow described(const Window& window) {
     ScreenSession::KnownWindow known{std::string(window.plan().name), std::string(window.plan().caption), {}};
-    for (const Control* control : window.controls()) {
-        if (control->kind() != ControlKind::Shape) known.controls.push_back(control->fullName());
+    for (const bool frames : {false, true}) {
+        for (const Control* control : window.controls()) {
+            if (control->kind() == ControlKind::Shape) continue;
+            if ((control->kind() == ControlKind::Frame) == frames)
+                known.controls.push_back(control->fullName());
+        }
     }
     return known;
 }
@@ -99,7 +105,8 @@ WineHost::WineHost(const PlugIn& plugIn, DevHostOptions options, Recorder::Sink 
 
     screen.recorder = recorder_;
     screen.newContext = [this] { handOverNewContext(); };
-    screen.windows.push_back(described(frmImpTarifas(stage_->platform)));
+    screen.windows = {described(frmImpTarifas(stage_->platform)), described(frmExistencias(stage_->platform)),
+                      described(frmBorradoArticulos(stage_->platform))};
     screen_ = std::make_unique<ScreenUser>(plugIn.module(), std::move(screen));
 
     offerClasses(options);

@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "wine/two_worlds.h"
 
 namespace pxtarvo::test {
@@ -28,62 +30,169 @@ Action message(std::int16_t key, MessageAnswer answer = MessageAnswer::Ok) {
     return {.deed = Deed::Message, .key = key, .answer = answer};
 }
 
+Action look(int index) {
+    return {.deed = Deed::Look, .control = "Text1", .index = index};
+}
+const Action focus{.deed = Deed::Look};
+
+/// Once the third row is written.
+Action inTheRun(Action action) {
+    action.after = "\"table\":\"ArtPro\"";
+    action.count = 3;
+    return action;
+}
+
 /// By keys and mouse; the record is what tells what happened.
 class RealKeys : public TwoWorlds {
   protected:
-    std::vector<std::string> act(devhost::UserScript script) {
-        const Outcome outcome =
-            inTheDll({.name = "keys", .script = std::move(script)}, devhost::Hands::Keyboard);
+    Outcome act(const devhost::UserScript& script) {
+        const Outcome outcome = inTheDll({.name = "keys", .script = script}, devhost::Hands::Keyboard);
         EXPECT_THAT(outcome.violations, IsEmpty());
         EXPECT_EQ(outcome.error, "");
         EXPECT_THAT(linesWith(outcome.record, "\"unload\""), SizeIs(1));
-        return outcome.record;
+        return outcome;
+    }
+    /// Also expects what the same script leaves without a screen.
+    Outcome actAlike(const devhost::UserScript& script) {
+        const Outcome outcome = act(script);
+        const Outcome twin = withoutScreen({.name = "twin", .script = script});
+        EXPECT_EQ(outcome.seen, twin.seen);
+        EXPECT_EQ(outcome.record, twin.record);
+        return outcome;
     }
 };
 
+TEST_F(RealKeys, TabWalksThePlannedOrderBothWays) {
+    constexpr std::size_t enough = 40;
+    devhost::UserScript forward{focus};
+    while (forward.size() < enough) forward.insert(forward.end(), {key(vkTab), focus});
+    const auto planned = withoutScreen({.name = "plan", .script = forward}).seen;
+    const auto again = std::find(planned.begin() + 1, planned.end(), planned.front());
+    ASSERT_NE(again, planned.end());
+    const std::vector<std::string> stops(planned.begin(), again + 1);
+    ASSERT_THAT(stops, Contains("XPButton3"));
+
+    devhost::UserScript script(forward.begin(), forward.begin() + 2 * (again - planned.begin()) + 1);
+    for (std::size_t stop = 1; stop < stops.size(); ++stop) {
+        script.push_back({.deed = Deed::Press, .key = vkTab, .held = devhost::Held::Shift});
+        script.push_back(focus);
+    }
+    script.push_back(key(vkEscape));
+    const Outcome outcome = act(script);
+    std::vector<std::string> expected = stops;
+    expected.insert(expected.end(), stops.rbegin() + 1, stops.rend());
+    EXPECT_EQ(outcome.seen, expected);
+    EXPECT_THAT(messagesOf(outcome.record), IsEmpty());
+}
+
 TEST_F(RealKeys, CodesAndTheirMessages) {
     // The Enter that closes a message must not move on from the field to which the message led back.
-    const auto record = act({type(1, "999"), key(vkReturn), message(vkReturn), type(1, "24"), key(vkReturn)});
+    const auto record =
+        act({type(1, "999"), key(vkReturn), message(vkReturn), type(1, "24"), key(vkReturn)}).record;
     EXPECT_THAT(messagesOf(record), ElementsAre("Codigo Proveedor no existe"));
     EXPECT_THAT(linesWith(record, "Pro_COD=999"), SizeIs(1));
     EXPECT_THAT(linesWith(record, "Pro_COD=24"), SizeIs(2));  // when the window opened, and now
 }
 
-TEST_F(RealKeys, SearchesInBothFields) {
-    const auto record = act({click("Text1", 3),
-                             key(vkF1),
-                             {.deed = Deed::Search, .row = 1},
-                             click("Text1", 3),
-                             key(vkF1),
-                             {.deed = Deed::Search, .row = -1},
-                             click("Text1", 1),
-                             key(vkF1),
-                             message(vkReturn, MessageAnswer::No),
-                             {.deed = Deed::Search, .row = 0}});
-    const auto searches = linesWith(record, "{\"call\":\"search\"");
-    ASSERT_THAT(searches, SizeIs(3));
-    EXPECT_THAT(searches[0], testing::Not(HasSubstr("\"answer\":\"\"")));
-    EXPECT_THAT(searches[1], HasSubstr("\"answer\":\"\""));
+TEST_F(RealKeys, SearchesInBothFieldsChosenAndNot) {
+    const Outcome outcome = actAlike({click("Text1", 3),
+                                      key(vkF1),
+                                      {.deed = Deed::Search, .row = 1},
+                                      look(3),
+                                      look(4),
+                                      click("Text1", 3),
+                                      key(vkF1),
+                                      {.deed = Deed::Search, .row = -1},
+                                      look(3),
+                                      click("Text1", 1),
+                                      key(vkF1),
+                                      message(vkReturn, MessageAnswer::No),
+                                      {.deed = Deed::Search, .row = 0},
+                                      look(1),
+                                      look(2),
+                                      key(vkF1),
+                                      message(0, MessageAnswer::Yes),
+                                      {.deed = Deed::Search, .row = -1},
+                                      look(1),
+                                      look(2)});
+    const auto searches = linesWith(outcome.record, "{\"call\":\"search\"");
+    ASSERT_THAT(searches, SizeIs(4));
     EXPECT_THAT(searches[2], HasSubstr("Comercial"));
+    EXPECT_THAT(searches[3], HasSubstr("Fiscal"));
+    ASSERT_THAT(outcome.seen, SizeIs(7));
+    EXPECT_THAT(outcome.seen[0], testing::Not("Text1(3)=SAME"));
+    EXPECT_EQ(outcome.seen[2], outcome.seen[0]);  // not chosen: the code stays
+    EXPECT_THAT(outcome.seen, Contains("Text1(1)="));
+    EXPECT_THAT(outcome.seen, Contains("Text1(2)="));
 }
 
 TEST_F(RealKeys, ImportWithItsNoticesAndEscOnOneOfThem) {
-    const auto whole = act({click("XPButton1"), message(vkReturn), message(0), message(vkSpace)});
+    const auto whole = actAlike({click("XPButton1"), message(vkReturn), message(0), message(vkSpace)}).record;
     EXPECT_THAT(messagesOf(whole), ElementsAre("stabla List", "stabla List", "Proceso finalizado con exito"));
     // The release of Esc on the last notice before the rows closes the window; the run goes on.
-    const auto closed = act({click("XPButton1"), message(vkReturn), message(vkEscape)});
+    const auto closed = actAlike({click("XPButton1"), message(vkReturn), message(vkEscape)}).record;
     EXPECT_EQ(messagesOf(closed).back(), "Proceso finalizado con exito");
     EXPECT_THAT(closed.back(), HasSubstr("\"message\""));
 }
 
+TEST_F(RealKeys, ClosedInTheMiddleOfARunThatGoesOnToItsEnd) {
+    const Action ways[] = {
+        key(vkEscape), {.deed = Deed::Press, .key = vkF4, .held = devhost::Held::Alt}, {.deed = Deed::Close}};
+    for (const Action& way : ways) {
+        SCOPED_TRACE(way.deed == Deed::Close ? "close box" : way.key == vkF4 ? "Alt+F4" : "Esc");
+        const auto record = act({click("XPButton1"), inTheRun(way)}).record;
+        const auto at = [&](std::string_view call) {
+            return std::ranges::find_if(record,
+                                        [=](const std::string& line) { return line.starts_with(call); });
+        };
+        EXPECT_LT(at("{\"call\":\"unload\""), at("{\"call\":\"commit\""));
+        EXPECT_NE(at("{\"call\":\"commit\"}"), record.end());
+        EXPECT_EQ(messagesOf(record).back(), "Proceso finalizado con exito");
+        EXPECT_THAT(linesWith(record, "SELECT * FROM Art WHERE"), SizeIs(2000));
+    }
+}
+
+TEST_F(RealKeys, SecondRunStartedInTheFirst) {
+    const devhost::UserScript script{click("XPButton1"), inTheRun(click("XPButton1"))};
+    const auto record = act(script).record;
+    EXPECT_EQ(messagesOf(record), messagesOf(withoutScreen({.name = "twin", .script = script}).record));
+    EXPECT_THAT(messagesOf(record), Contains(HasSubstr("Registro 0. ")));
+    EXPECT_THAT(messagesOf(record).back(), HasSubstr("-2147168242"));
+}
+
 TEST_F(RealKeys, FileDialogChosenAndCancelled) {
+    using devhost::UserScript;
     // Esc on the dialog closes the window below it by its release, before the button is reached.
-    const auto record = act({click("cmdFichero"), {.deed = Deed::File}, click("XPButton1")});
-    EXPECT_THAT(linesWith(record, "source.open"), IsEmpty());
-    const auto chosen = act({click("cmdFichero"),
-                             {.deed = Deed::File, .text = "C:\\TARVO\\list-decimal-price.mdb", .key = 0},
-                             click("XPButton1")});
-    EXPECT_THAT(linesWith(chosen, "source.open"), ElementsAre(HasSubstr("list-decimal-price.mdb")));
+    const auto escaped = act({click("cmdFichero"), {.deed = Deed::File}, click("XPButton1")}).record;
+    EXPECT_THAT(linesWith(escaped, "source.open"), IsEmpty());
+
+    // The release of Enter moves on from the button, a click's does not; cancelling empties the field.
+    const std::string path = "C:\\TARVO\\list-decimal-price.mdb";
+    const std::pair<Action, std::vector<std::string>> ways[] = {
+        {{.deed = Deed::File, .key = 0}, {"Text1(0)=", "cmdFichero"}},
+        {{.deed = Deed::File, .answer = MessageAnswer::No}, {"Text1(0)=", "XPButton2"}},
+        {{.deed = Deed::File, .text = path, .key = 0}, {"Text1(0)=" + path, "cmdFichero"}},
+        {{.deed = Deed::File, .text = path}, {"Text1(0)=" + path, "XPButton2"}}};
+    UserScript script;
+    std::vector<std::string> expected;
+    for (const auto& [way, seen] : ways) {
+        script.insert(script.end(), {click("cmdFichero"), way, look(0), focus});
+        expected.insert(expected.end(), seen.begin(), seen.end());
+    }
+    script.push_back(click("XPButton1"));
+    const Outcome outcome = act(script);
+    EXPECT_EQ(outcome.seen, expected);
+    EXPECT_THAT(linesWith(outcome.record, "source.open"), ElementsAre(HasSubstr("list-decimal-price.mdb")));
+}
+
+TEST_F(RealKeys, QuestionWhoseDefaultIsNo) {
+    const auto record = actAlike({click("XPButton3"), message(vkReturn), click("XPButton3"),
+                                  message(vkReturn, MessageAnswer::Yes)})
+                            .record;
+    const auto questions = linesWith(record, "\"yesno\"");
+    ASSERT_THAT(questions, SizeIs(2));
+    EXPECT_THAT(questions[0], HasSubstr("\"default\":\"no\",\"answer\":\"no\""));
+    EXPECT_THAT(questions[1], HasSubstr("\"answer\":\"yes\""));
 }
 
 class Sessions : public TwoWorlds {

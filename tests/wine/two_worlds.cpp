@@ -109,6 +109,7 @@ Outcome TwoWorlds::inTheDll(const Scenario& scenario, devhost::Hands hands) {
         prepare(host, scenario);
         run(host, outcome);
         for (const std::string& trouble : host.screen().troubles()) outcome.violations.push_back(trouble);
+        outcome.seen = host.screen().seen();
     }
     for (const std::string& text : devhost::objectBook().violations) outcome.violations.push_back(text);
     EXPECT_EQ(devhost::ScreenUser::windowsLeft(), 0);
@@ -129,6 +130,7 @@ Outcome TwoWorlds::withoutScreen(const Scenario& scenario) {
     user = &hands;
     prepare(host, scenario);
     run(host, outcome);
+    outcome.seen = hands.seen();
     return outcome;
 }
 
@@ -137,6 +139,7 @@ void TwoWorlds::expectTheSame(const Scenario& scenario) {
     const Outcome twin = withoutScreen(scenario);
     EXPECT_EQ(dll.violations, std::vector<std::string>());
     EXPECT_EQ(dll.error, twin.error);
+    EXPECT_EQ(dll.seen, twin.seen);
     EXPECT_FALSE(linesWith(dll.record, scenario.expected).empty()) << scenario.expected;
     for (std::size_t at = 0; at < std::max(dll.record.size(), twin.record.size()); ++at) {
         const std::string ours = at < dll.record.size() ? dll.record[at] : "(end)";

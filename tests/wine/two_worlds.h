@@ -35,6 +35,7 @@ inline void PrintTo(const Scenario& scenario, std::ostream* out) {
 /// What one run left.
 struct Outcome {
     std::vector<std::string> record;
+    std::vector<std::string> seen;        ///< by the actions "look"
     std::vector<std::string> violations;  ///< of the host's rules, in the script, of the types of arguments
     double seconds = 0;                   ///< from the first call on the source list to the window's end
     std::string error;                    ///< what jImportacionTarifas failed with
