@@ -137,10 +137,12 @@ Run stockOnFloor(const std::string& database) {
     });
 }
 
+/// A second stock row is an error to the host's server, so that the floor must look for one too.
 constexpr const char* search =
     "SELECT Art_Id,Art_Cod,Art_Des,(SELECT Marca_DES FROM Marcas WHERE Marca_Id = Art_Marca) AS Marca,"
     "(SELECT FAM_DES FROM Fam WHERE Fam_Id = Art_FAm) AS Familia,"
-    "ifnull((SELECT 'Si' FROM Exis WHERE Exis_IdArt = Art_Id OR Exis_Codart COLLATE DEALER = Art_Cod),'No'),"
+    "(SELECT CASE count(*) WHEN 0 THEN 'No' ELSE 'Si' END FROM Exis "
+    "WHERE Exis_IdArt = Art_Id OR Exis_Codart COLLATE DEALER = Art_Cod),"
     "CASE WHEN Art_Estado = 0 THEN 'Activo' ELSE 'Baja' END,Art_FechaEstado FROM Art "
     "WHERE Art_Id NOT IN (SELECT Lapr_IdArt FROM Lapr GROUP BY Lapr_IdArt) "
     "AND Art_Id NOT IN (SELECT PedLi_IdArt FROM Pedli GROUP BY PedLi_IdArt) "

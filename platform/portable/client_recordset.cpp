@@ -45,6 +45,7 @@ void ClientRecordset::Open(std::string_view source, const ObjectRef<Connection>&
 void ClientRecordset::Close() {
     rows();
     rows_.reset();
+    walk_.reset();
 }
 
 bool ClientRecordset::Bof() const {
@@ -63,6 +64,11 @@ void ClientRecordset::MoveFirst() {
 void ClientRecordset::MoveNext() {
     if (Eof()) throw RuntimeError(ErrorNumber::NoCurrentRecord);
     ++current_;
+    if (Eof()) {
+        walk_.reset();
+    } else if (!walk_) {
+        if (auto hold = hold_.lock()) walk_ = std::make_unique<ReadHold::Walk>(std::move(hold));
+    }
 }
 
 std::int32_t ClientRecordset::RecordCount() const {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/database.h"
+#include "platform/portable/read_hold.h"
 #include "platform/portable/result_rows.h"
 
 namespace pxtarvo::portable {
@@ -19,8 +20,12 @@ class ClientRecordset final : public Recordset {
   public:
     /// Closed: what a statement without rows gives.
     ClientRecordset() = default;
-    /// Open on the first row, if there is one.
-    explicit ClientRecordset(std::shared_ptr<const ResultRows> rows) : rows_(std::move(rows)) {}
+    /// Open on the first row, if there is one. Walking a long result keeps `hold`, where there is one.
+    explicit ClientRecordset(std::shared_ptr<const ResultRows> rows,
+                             const std::shared_ptr<ReadHold>& hold = nullptr)
+        : rows_(std::move(rows)) {
+        if (rows_->rowCount() >= longResult) hold_ = hold;
+    }
     /// Every row must have a value for each name.
     ClientRecordset(const std::vector<std::string>& names, std::vector<std::vector<Variant>> rows);
 
@@ -44,11 +49,15 @@ class ClientRecordset final : public Recordset {
     ObjectRef<Recordset> Clone() const override;
 
   private:
+    static constexpr std::size_t longResult = 100;
+
     /// 3704 when closed.
     const ResultRows& rows() const;
 
     std::shared_ptr<const ResultRows> rows_;
     std::size_t current_ = 0;  ///< 0-based; the row count when past the last row
+    std::weak_ptr<ReadHold> hold_;
+    std::unique_ptr<ReadHold::Walk> walk_;  ///< from the first step to the last
 };
 
 }  // namespace pxtarvo::portable

@@ -40,6 +40,7 @@ struct Source {
 struct Scope {
     std::vector<Source> sources;
     bool aggregated = false;
+    bool oneRow = false;  ///< it asks for the row of one key of a table: there is no second one
 };
 
 /// What a SELECT is part of.
@@ -142,6 +143,8 @@ class SqlGrammar {
         Scope scope;
         bool grouped = false;
     };
+    /// Whether the WHERE that comes next is no more than "key = value" of this table and ends a sub-select.
+    bool asksForKey(const SqlTable& table) const;
     /// Names in the list of values refer to tables that are only named after it.
     Outline readAhead();
     Operand select(SelectRole role);

@@ -24,6 +24,7 @@ struct SqlColumn {
 struct SqlTable {
     std::string name;
     std::vector<SqlColumn> columns;
+    std::string key{};  ///< the column that is the primary key by itself, empty for none
     /// Case is ignored; nullptr for an unknown name.
     const SqlColumn* column(std::string_view name) const;
 };

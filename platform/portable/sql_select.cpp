@@ -9,6 +9,17 @@
 
 namespace pxtarvo::portable {
 
+namespace {
+
+/// What a scalar sub-select gives for its rows' `value`: the one row's, Null for none. SQLite takes a plain
+/// column beside an aggregate from one of the rows.
+std::string onlyValue(std::string_view value) {
+    return joined(
+        {"CASE count(*) WHEN 1 THEN ", value, " WHEN 0 THEN NULL ELSE ", secondValueFunction, "() END"});
+}
+
+}  // namespace
+
 Operand SqlGrammar::subSelect(SelectRole role) {
     const std::size_t start = length();
     expectSymbol("(");
@@ -23,6 +34,14 @@ Operand SqlGrammar::subSelect(SelectRole role) {
     return finished(operand);
 }
 
+bool SqlGrammar::asksForKey(const SqlTable& table) const {
+    const SqlToken& key = peek(1);
+    const SqlToken& value = peek(3);
+    const bool comparesKey = !table.key.empty() && isName(key) && isSymbol(peek(2), "=") &&
+                             isSymbol(peek(4), ")") && equalIgnoringAsciiCase(plainText(key), table.key);
+    return comparesKey && isName(value) && !table.column(plainText(value));
+}
+
 SqlGrammar::Outline SqlGrammar::readAhead() {
     Outline outline;
     const std::size_t first = at_;
@@ -34,6 +53,9 @@ SqlGrammar::Outline SqlGrammar::readAhead() {
         if (depth > 0) continue;
         if (isWord(peek(), "WHERE") || isWord(peek(), "GROUP") || isWord(peek(), "ORDER")) inFrom = false;
         if (isWord(peek(), "GROUP")) outline.grouped = true;
+        if (isWord(peek(), "WHERE") && outline.scope.sources.size() == 1) {
+            outline.scope.oneRow = asksForKey(*outline.scope.sources.front().table);
+        }
         if (isWord(peek(), "FROM")) inFrom = true;
         if (!inFrom || !(isWord(peek(), "FROM") || isWord(peek(), "JOIN") || isSymbol(peek(), ","))) continue;
         ++at_;
@@ -54,7 +76,7 @@ Operand SqlGrammar::select(SelectRole role) {
     const bool distinct = acceptWord("DISTINCT");
     if (!distinct) acceptWord("ALL");
     const bool nested = role == SelectRole::Scalar && (distinct || outline.grouped || isWord(peek(), "TOP"));
-    if (nested) put("SELECT " + std::string(singleValueFunction) + "(v) FROM (");
+    if (nested) put("SELECT " + onlyValue("v") + " FROM (");
     put(distinct ? "SELECT DISTINCT " : "SELECT ");
     int limit = noLiteral;
     if (acceptWord("TOP")) {
@@ -120,9 +142,10 @@ std::pair<std::string, Operand> SqlGrammar::oneValue(SelectRole role, bool disti
     const bool bareColumn =
         isName(first) && (at_ == begin + 1 || (at_ == begin + 3 && isSymbol(tokens_[begin + 1], ".")));
     std::string alias = bareColumn ? plainText(tokens_[at_ - 1]) : std::string();
-    if (role == SelectRole::Scalar && !nested && !scopes_.back().aggregated) {
-        result_.sql.insert(operand.start, std::string(singleValueFunction) + "(");
-        put(")");
+    const bool counted = !scopes_.back().aggregated && !scopes_.back().oneRow;
+    if (role == SelectRole::Scalar && !nested && counted) {
+        const std::string value = result_.sql.substr(operand.start);
+        result_.sql.replace(operand.start, std::string::npos, onlyValue(value));
     } else if (distinct && operand.isText()) {
         collate(operand);
     }

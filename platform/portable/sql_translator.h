@@ -21,9 +21,8 @@
 
 namespace pxtarvo::portable {
 
-/// The aggregate that wraps the column of a scalar sub-select: its one value, Null for no row, and the
-/// server's error for a second row.
-inline constexpr const char* singleValueFunction = "dealer_single_value";
+/// Raises the server's error for a scalar sub-select that has more than one row.
+inline constexpr const char* secondValueFunction = "dealer_second_value";
 /// The current date and time in the form in which the file keeps dates; the same value all through a
 /// statement.
 inline constexpr const char* nowFunction = "dealer_now";

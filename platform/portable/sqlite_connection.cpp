@@ -42,7 +42,9 @@ int timesPrepared(sqlite3_stmt* statement) {
 }  // namespace
 
 SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, DatabaseMode mode)
-    : functions_(clock), database_(openDatabase(path, mode)) {
+    : functions_(clock),
+      database_(openDatabase(path, mode)),
+      hold_(std::make_shared<ReadHold>(database_.get())) {
     sqlite3* const database = database_.get();
     sqlite3_extended_result_codes(database, 1);
     sqlite3_busy_timeout(database, busyMilliseconds);
@@ -125,7 +127,7 @@ ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement, bool wa
     if (!statement.columns) return makeObject<ClientRecordset>();
     std::shared_ptr<StoredRows> rows = statement.emptyRows();
     for (; row; row = step(handle)) rows->append(handle);
-    return makeObject<ClientRecordset>(std::move(rows));
+    return makeObject<ClientRecordset>(std::move(rows), hold_);
 }
 
 ObjectRef<Recordset> SqliteConnection::runAsWritten(PreparedStatement& statement, bool wantsRecords) {
@@ -215,6 +217,7 @@ void SqliteConnection::RollbackTrans() {
 void SqliteConnection::runNative(const std::string& script) {
     refuseLostTransaction();
     cache_.clear();
+    hold_->release();
     try {
         portable::run(database_.get(), script.c_str());
     } catch (const RuntimeError&) {

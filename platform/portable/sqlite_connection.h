@@ -11,6 +11,7 @@
 #include "platform/database.h"
 #include "platform/portable/bound_statement.h"
 #include "platform/portable/literal_binding.h"
+#include "platform/portable/read_hold.h"
 #include "platform/portable/sql_schema.h"
 #include "platform/portable/sql_tokens.h"
 #include "platform/portable/sqlite_functions.h"
@@ -31,6 +32,7 @@ class SqliteConnection final : public Connection {
     /// `path` is UTF-8, or ":memory:" with CreateIfMissing. The clock must outlive the connection. Raises
     /// ProviderFailure for a file that cannot be opened or is no database.
     SqliteConnection(const std::string& path, const Clock& clock, DatabaseMode mode);
+    ~SqliteConnection() override { hold_->finish(); }
     static ObjectRef<SqliteConnection> open(const std::string& path, const Clock& clock) {
         return makeObject<SqliteConnection>(path, clock, DatabaseMode::Existing);
     }
@@ -91,6 +93,7 @@ class SqliteConnection final : public Connection {
     FunctionState functions_;
     DatabaseHandle database_;
     StatementCache cache_;  ///< its statements must go before the database
+    std::shared_ptr<ReadHold> hold_;
     SqlSchema schema_;
     StatementShape shape_;  ///< of the statement at hand
     Transaction transaction_ = Transaction::None;

@@ -23,43 +23,23 @@ void now(sqlite3_context* context, int, sqlite3_value**) {
     sqlite3_result_text(context, state.now->data(), static_cast<int>(state.now->size()), SQLITE_TRANSIENT);
 }
 
-struct SingleValue {
-    sqlite3_value* value;  ///< owned by the aggregation, freed when it finishes
-};
-
-void singleValueStep(sqlite3_context* context, int, sqlite3_value** arguments) {
-    auto* const single = static_cast<SingleValue*>(sqlite3_aggregate_context(context, sizeof(SingleValue)));
-    if (!single) {
-        sqlite3_result_error_nomem(context);
-    } else if (single->value) {
-        RuntimeError error(ErrorNumber::SqlSyntax,
-                           "La subconsulta ha devuelto más de un valor, lo que no es correcto cuando va a "
-                           "continuación de =, !=, <, <=, >, >= o cuando se utiliza como expresión.");
-        sqlite3_result_error(context, error.what(), -1);
-        stateOf(context).raised = std::move(error);
-    } else {
-        single->value = sqlite3_value_dup(arguments[0]);
-        if (!single->value) sqlite3_result_error_nomem(context);
-    }
-}
-
-void singleValueFinal(sqlite3_context* context) {
-    auto* const single = static_cast<SingleValue*>(sqlite3_aggregate_context(context, 0));
-    if (!single || !single->value) return;
-    sqlite3_result_value(context, single->value);
-    sqlite3_value_free(single->value);
+void secondValue(sqlite3_context* context, int, sqlite3_value**) {
+    RuntimeError error(ErrorNumber::SqlSyntax,
+                       "La subconsulta ha devuelto más de un valor, lo que no es correcto cuando va a "
+                       "continuación de =, !=, <, <=, >, >= o cuando se utiliza como expresión.");
+    sqlite3_result_error(context, error.what(), -1);
+    stateOf(context).raised = std::move(error);
 }
 
 }  // namespace
 
 void addServerFunctions(sqlite3* database, FunctionState& state) {
-    const bool added =
-        sqlite3_create_collation_v2(database, dealerCollation, SQLITE_UTF8, nullptr, collate, nullptr) ==
-            SQLITE_OK &&
-        sqlite3_create_function_v2(database, nowFunction, 0, SQLITE_UTF8, &state, now, nullptr, nullptr,
-                                   nullptr) == SQLITE_OK &&
-        sqlite3_create_function_v2(database, singleValueFunction, 1, SQLITE_UTF8, &state, nullptr,
-                                   singleValueStep, singleValueFinal, nullptr) == SQLITE_OK;
+    const bool added = sqlite3_create_collation_v2(database, dealerCollation, SQLITE_UTF8, nullptr, collate,
+                                                   nullptr) == SQLITE_OK &&
+                       sqlite3_create_function_v2(database, nowFunction, 0, SQLITE_UTF8, &state, now, nullptr,
+                                                  nullptr, nullptr) == SQLITE_OK &&
+                       sqlite3_create_function_v2(database, secondValueFunction, 0, SQLITE_UTF8, &state,
+                                                  secondValue, nullptr, nullptr, nullptr) == SQLITE_OK;
     if (!added) throw providerError(database);
 }
 

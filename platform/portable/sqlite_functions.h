@@ -1,7 +1,7 @@
 #pragma once
 
 // What the host's server has and SQLite lacks, added to a database connection: the collation, the current
-// date and the single value of a sub-select.
+// date and the error of a sub-select with a second row.
 
 #include <sqlite3.h>
 
