@@ -4,8 +4,6 @@
 // right before it.
 
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -16,6 +14,7 @@
 
 #include "benchmarks/floor.h"
 #include "benchmarks/pairs.h"
+#include "benchmarks/peak_memory.h"
 #include "devhost/dev_host.h"
 #include "devhost/schema.h"
 #include "import/frm_imp_tarifas.h"
@@ -91,24 +90,6 @@ void measure(benchmark::State& state, bool floor, bool second) {
     state.SetItemsProcessed(rows * static_cast<std::int64_t>(state.iterations()));
 }
 
-/// Peak memory of one import in a process of its own, in MB.
-double peakMemory() {
-    createDealer(databasePath("memory.db"));
-    const pid_t child = fork();
-    if (child == 0) {
-        importThroughWindow(databasePath("memory.db"));
-        std::_Exit(0);
-    }
-    int status = 0;
-    rusage usage{};
-    if (child < 0 || wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) ||
-        WEXITSTATUS(status) != 0) {
-        std::cerr << "The import in a process of its own failed.\n";
-        std::exit(1);
-    }
-    return static_cast<double>(usage.ru_maxrss) / 1024;
-}
-
 }  // namespace
 
 }  // namespace pxtarvo::benchmarks
@@ -124,7 +105,10 @@ int main(int argc, char** argv) {
     folder = std::filesystem::temp_directory_path() / ("pxtarvo-bench-" + std::to_string(getpid()));
     std::filesystem::create_directory(folder);
 
-    const double memory = peakMemory();
+    const double memory = peakMemory([] {
+        createDealer(databasePath("memory.db"));
+        importThroughWindow(databasePath("memory.db"));
+    });
     for (int turn = 0; turn < turns; ++turn) {
         for (const bool second : {false, true}) {
             for (const bool floor : {true, false}) {

@@ -7,6 +7,7 @@
 
 #include "devhost/write_statement.h"
 #include "host/tables.h"
+#include "platform/conversion.h"
 
 namespace pxtarvo::devhost {
 
@@ -37,6 +38,7 @@ bool splitCondition(std::string_view condition, std::string_view& where, std::in
 /// Any literal of the kind.
 Variant placeholder(std::int32_t nTipo) {
     switch (static_cast<Tipo>(nTipo)) {
+        case Tipo::Booleano:
         case Tipo::Entero:
         case Tipo::Decimal:
             return std::int16_t{0};
@@ -49,37 +51,47 @@ Variant placeholder(std::int32_t nTipo) {
 
 }  // namespace
 
+void BoundWrites::takeText(std::string text) {
+    texts_.push_back(std::move(text));
+    values_.emplace_back(std::string_view(texts_.back()));
+}
+
 bool BoundWrites::takeValues(const HostWrite& write) {
     values_.clear();
+    texts_.clear();
     for (const WrittenColumn& column : write.columns) {
+        if (column.value.isNull()) return false;
+        const auto* text = column.value.get<std::string>();
         switch (static_cast<Tipo>(column.nTipo)) {
+            case Tipo::Booleano:
+                values_.emplace_back(std::int64_t{toBoolean(column.value, locale_)});
+                break;
             case Tipo::Entero:
-                if (const auto* constant = column.value.get<std::int16_t>()) {
-                    values_.emplace_back(std::int64_t{*constant});
-                } else if (const auto* identifier = column.value.get<std::int32_t>()) {
-                    values_.emplace_back(std::int64_t{*identifier});
-                } else {
-                    return false;
-                }
+                values_.emplace_back(std::int64_t{toLong(column.value, locale_)});
                 break;
             case Tipo::Decimal: {
-                const auto* number = column.value.get<double>();
-                if (!number || !std::isfinite(*number)) return false;
-                values_.emplace_back(*number);
+                const double number = toDouble(column.value, locale_);
+                if (!std::isfinite(number)) return false;
+                values_.emplace_back(number);
                 break;
             }
             case Tipo::Texto:
-            case Tipo::Fecha: {
-                const auto* text = column.value.get<std::string>();
-                if (!text) return false;
-                values_.emplace_back(std::string_view(*text));
+                if (text) {
+                    values_.emplace_back(std::string_view(*text));
+                } else {
+                    takeText(toText(column.value, locale_));
+                }
                 break;
-            }
-            case Tipo::Expresion: {
-                const auto* expression = column.value.get<std::string>();
-                if (!expression || *expression != sFechaServidor) return false;
+            case Tipo::Fecha:
+                if (text) {
+                    values_.emplace_back(std::string_view(*text));
+                } else {
+                    takeText(dayMonthYear(column.value, locale_));
+                }
                 break;
-            }
+            case Tipo::Expresion:
+                if (!text || *text != sFechaServidor) return false;
+                break;
             default:
                 return false;
         }
@@ -117,7 +129,7 @@ BoundWrites::Form* BoundWrites::formOf(const HostWrite& write, std::string_view 
     }
     const std::string condition = where.empty() ? std::string() : std::string(where) + '0';
     std::string sql;
-    composeWrite(sql, {write.kind, write.table, condition, placeholders}, spanishLocale());
+    composeWrite(sql, {write.kind, write.table, condition, placeholders}, locale_);
 
     if (forms_.size() == mostForms) forms_.clear();
     forms_.push_back({write.kind, std::string(write.table), std::string(where), std::move(columns),

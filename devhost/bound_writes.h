@@ -4,24 +4,27 @@
 // then on only its values are handed to the database.
 
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "devhost/host_write.h"
+#include "platform/locale.h"
 #include "platform/portable/sqlite_connection.h"
 
 namespace pxtarvo::devhost {
 
 class BoundWrites {
   public:
-    /// The connection must outlive the object.
-    explicit BoundWrites(portable::SqliteConnection& connection) : connection_(connection) {}
+    /// Both must outlive the object.
+    BoundWrites(portable::SqliteConnection& connection, const Locale& locale)
+        : connection_(connection), locale_(locale) {}
 
     /// Does what executing the composed statement of `write` does, and raises the same. False, and nothing
-    /// done, for a write that must be composed: one with Null or a value that its kind has to convert, with
-    /// an expression other than the server's date, or with a condition other than " WHERE column = number".
+    /// done, for a write that must be composed: one with Null, with an expression other than the server's
+    /// date, or with a condition other than " WHERE column = number".
     bool run(const HostWrite& write);
 
   private:
@@ -42,13 +45,16 @@ class BoundWrites {
 
     /// Fills values_; false where a value must be composed.
     bool takeValues(const HostWrite& write);
+    void takeText(std::string text);
     /// The form that serves the write; nullptr where a name in it is more than a plain word.
     Form* formOf(const HostWrite& write, std::string_view where);
 
     portable::SqliteConnection& connection_;
+    const Locale& locale_;
     std::vector<Form> forms_;
     std::size_t next_ = 0;  ///< of forms_, likely to serve the next write: runs repeat their order
     std::vector<portable::LiteralValue> values_;
+    std::deque<std::string> texts_;  ///< those of values_ that no column holds
 };
 
 }  // namespace pxtarvo::devhost

@@ -66,7 +66,7 @@ DevHostDatabase::DevHostDatabase(std::shared_ptr<HostState> state)
     conduct_.context = ++state_->contexts;
     if (!state_->boundWrites) {
         auto* const database = dynamic_cast<portable::SqliteConnection*>(state_->connection.shared().get());
-        if (database) state_->boundWrites = std::make_shared<BoundWrites>(*database);
+        if (database) state_->boundWrites = std::make_shared<BoundWrites>(*database, *state_->locale);
     }
     if (!state_->rotate) {
         shared_ =
