@@ -19,14 +19,15 @@ constexpr const char* articles = "SELECT Art_Cod,ART_DES,Art_barCode,Art_Mar FRO
 constexpr const char* supplied = "SELECT ARP_Ida,ARP_Idp,ARP_Cop,ARP_des FROM ArtPro ORDER BY ARP_Id";
 constexpr const char* retired =
     "UPDATE Art Set Art_Estado=1, Art_FechaEstado = '25/07/2012' WHERE Art_Estado "
-    "=0 AND Art_Mar = 1";
+    "=0 AND Art_Mar = 12";
 
 class BarcodeList : public Scene {
   protected:
-    /// One active article of brand 1, known by its code and its barcode.
+    /// One active article of the chosen brand, known by its code and its barcode.
     void SetUp() override {
         createEmptyDealer();
-        sql("INSERT INTO Art (ART_Cod,ART_DES,Art_barCode,Art_Mar) VALUES ('VIEJO','VIEJA','84001',1)");
+        sql("INSERT INTO Marcas (Marca_ID,Marca_Des,Marca_CodAbrev) VALUES (12,'Otra marca','OTRA')");
+        sql("INSERT INTO Art (ART_Cod,ART_DES,Art_barCode,Art_Mar) VALUES ('VIEJO','VIEJA','84001',12)");
     }
     void sheet(std::vector<SheetRow> rows) {
         dropHost();
@@ -35,6 +36,7 @@ class BarcodeList : public Scene {
     /// True when the run closed the window.
     bool import(ImportSteps steps = {}) {
         steps.year = "2008";
+        steps.brand = steps.brand.value_or("OTRA");
         return run(&frmImpTarifas::XPButton1, steps, 1);
     }
 };
@@ -54,21 +56,21 @@ TEST_F(BarcodeList, RowsFindOrCreateArticles) {
     };
     const Case cases[] = {
         // A known barcode: a second article in row 1, nothing from row 2 on.
-        {{{"N1", "D", "84001"}}, {"N1|D|84001|1"}, {"2|4|N1|D"}},
+        {{{"N1", "D", "84001"}}, {"N1|D|84001|12"}, {"2|4|N1|D"}},
         {{{"N1", "D", "84002"}, {"N2", "E", "84001"}, {"N3", "F", " 84002 "}},
-         {"N1|D|84002|1"},
+         {"N1|D|84002|12"},
          {"2|4|N1|D"}},
         // A known code with an unknown barcode: the barcode takes its place.
-        {{{"VIEJO", "D", "84003"}}, {"84003|D|84003|1"}, {"2|4|84003|D"}},
+        {{{"VIEJO", "D", "84003"}}, {"84003|D|84003|12"}, {"2|4|84003|D"}},
         // Blanks stay in the code, leave the others; apostrophes leave the description.
-        {{{"  N 1 ", "  O'RING 'X' ", "  84 004 "}}, {"  N 1 |ORING X|84 004|1"}, {"2|4|  N 1 |ORING X"}},
+        {{{"  N 1 ", "  O'RING 'X' ", "  84 004 "}}, {"  N 1 |ORING X|84 004|12"}, {"2|4|  N 1 |ORING X"}},
         // Rows without a barcode find the article that the first of them created.
         {{{"N1", "D"}, {"N2", "E", "  "}, {"N3", "F", "84005"}},
-         {"N1|D||1", "N3|F|84005|1"},
+         {"N1|D||12", "N3|F|84005|12"},
          {"2|4|N1|D", "3|4|N3|F"}},
         // Numbers are their plain digits. The first blank code ends the sheet.
         {{{50002.0, 1.5, 123456789012345.0}, {"   ", "D", "84006"}, {"N3", "F", "84007"}},
-         {"50002|1,5|123456789012345|1"},
+         {"50002|1,5|123456789012345|12"},
          {"2|4|50002|1,5"}},
         {{{Empty{}, "D", "84008"}, {"N2", "E", "84009"}}, {}, {}},
     };
@@ -79,10 +81,13 @@ TEST_F(BarcodeList, RowsFindOrCreateArticles) {
         EXPECT_TRUE(import());
         EXPECT_THAT(messageTexts(), ElementsAre("Proceso finalizado con exito"));
         std::vector<std::string> created = rows(articles);
+        EXPECT_EQ(created.front(), "VIEJO|VIEJA|84001|12");
         created.erase(created.begin());
         EXPECT_EQ(created, one.created);
         EXPECT_EQ(rows(supplied), one.supplied);
+        EXPECT_EQ(value("SELECT Art_Estado FROM Art WHERE Art_Cod = 'VIEJO'"), "1");
     }
+    EXPECT_THAT(recordOf("update"), IsEmpty());
 }
 
 /// The retirement comes first and stays, whatever happens afterwards; without a brand there is none.
@@ -99,9 +104,9 @@ TEST_F(BarcodeList, StopsBeforeTheFirstRow) {
         bool retires;
     };
     const Case cases[] = {
-        {nullptr, "C:\\TARVO\\NO.xls", "SAME", "Registro 0. No se encontró 'C:\\TARVO\\NO.xls'", true},
-        {nullptr, PXTARVO_SAMPLES_DIR "/TARIFA2012.MDB", "SAME", "Registro 0. No se puede abrir '", true},
-        {noApplication, "x", "SAME", "Registro 0. El componente ActiveX no puede crear el objeto", true},
+        {nullptr, "C:\\TARVO\\NO.xls", "OTRA", "Registro 0. No se encontró 'C:\\TARVO\\NO.xls'", true},
+        {nullptr, PXTARVO_SAMPLES_DIR "/TARIFA2012.MDB", "OTRA", "Registro 0. No se puede abrir '", true},
+        {noApplication, "x", "OTRA", "Registro 0. El componente ActiveX no puede crear el objeto", true},
         {noApplication, "x", "", "Registro 0. El componente ActiveX no puede crear el objeto", false},
     };
     for (const Case& one : cases) {
@@ -164,6 +169,10 @@ TEST_F(BarcodeList, IdentifiersAreReadAtEachRow) {
         host().desktop().click(window.Option1[1]);
         fillIn(window, {.year = "2008", .supplier = "", .brand = ""});
         user().onYielded = [&] {
+            // The bar shows how many sheets there are, and never advances.
+            EXPECT_TRUE(window.ProgressBar1.visible());
+            EXPECT_EQ(window.ProgressBar1.maximum(), memoryWorkbookSheets);
+            EXPECT_EQ(window.ProgressBar1.value(), 0);
             if (window.Label2.caption() != "Procesado registro 1 N1" || std::exchange(chosen, true)) return;
             host().desktop().type(window.Text1[1], "24");
             host().desktop().press(vkReturn);
@@ -171,7 +180,7 @@ TEST_F(BarcodeList, IdentifiersAreReadAtEachRow) {
         press(window);
     });
     EXPECT_EQ(messageTexts().back(), "Proceso finalizado con exito");
-    EXPECT_THAT(rows(articles), ElementsAre("VIEJO|VIEJA|84001|1", "N1|D|84002|0"));
+    EXPECT_THAT(rows(articles), ElementsAre("VIEJO|VIEJA|84001|12", "N1|D|84002|0"));
     EXPECT_THAT(rows(supplied), ElementsAre("2|0|N1|D", "2|4|N2|E"));
     EXPECT_EQ(value("SELECT Art_Estado FROM Art WHERE Art_Cod = 'VIEJO'"), "0");
 }

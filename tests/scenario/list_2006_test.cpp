@@ -202,6 +202,7 @@ TEST_F(List2006, YearChangedDuringTheRun) {
     inWindow([&](frmImpTarifas& window) {
         fillIn(window, {.year = "2006"});
         user().onYielded = [&] {
+            EXPECT_FALSE(window.ProgressBar1.visible());
             const auto year = years.find(window.Label2.caption());
             if (year != years.end()) host().desktop().choose(window.Combo1, year->second);
         };

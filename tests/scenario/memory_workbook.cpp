@@ -13,8 +13,9 @@ class MemoryWorkbook : public SpreadsheetApplication,
     explicit MemoryWorkbook(std::vector<SheetRow> rows) : rows_(std::move(rows)) {}
 
     ObjectRef<Workbook> OpenWorkbook(std::string_view) override { return shared_from_this(); }
-    std::int32_t SheetCount() const override { return 1; }
-    ObjectRef<Worksheet> Sheet(std::int32_t) const override {
+    std::int32_t SheetCount() const override { return memoryWorkbookSheets; }
+    ObjectRef<Worksheet> Sheet(std::int32_t position) const override {
+        if (position != 1) return std::make_shared<MemoryWorkbook>(std::vector<SheetRow>());
         return std::const_pointer_cast<MemoryWorkbook>(shared_from_this());
     }
     Variant Cells(std::int32_t row, std::int32_t column) const override {

@@ -1,6 +1,7 @@
 #pragma once
 
-// A workbook of one sheet that no sample file holds: cells given by the test.
+// A workbook that no sample file holds: the cells of its first sheet are given by the test, the others are
+// empty.
 
 #include <functional>
 #include <vector>
@@ -9,6 +10,8 @@
 #include "platform/spreadsheet.h"
 
 namespace pxtarvo::test {
+
+inline constexpr int memoryWorkbookSheets = 3;
 
 /// A row of the sheet, from its first column on.
 using SheetRow = std::vector<Variant>;
