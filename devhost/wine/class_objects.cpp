@@ -85,10 +85,19 @@ void ClassObjects::offer(std::string_view programmaticIdentifier, const CLSID& i
         writeKey(name, name);
         writeKey(name + "\\CLSID", textOf(found));
     }
-    const auto factory = makeCounted<Factory>(std::move(make));
+    // A factory may live on in the hands of whoever asked for it.
+    const auto count = made_[name] = std::make_shared<int>(0);
+    const auto factory = makeCounted<Factory>([count, make = std::move(make)] {
+        ++*count;
+        return make();
+    });
     DWORD cookie = 0;
     check(CoRegisterClassObject(found, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie));
     cookies_.push_back(cookie);
+}
+
+int ClassObjects::made(std::string_view programmaticIdentifier) const {
+    return *made_.find(programmaticIdentifier)->second;
 }
 
 }  // namespace pxtarvo::devhost

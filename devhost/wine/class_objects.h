@@ -3,6 +3,9 @@
 // Classes that this host gives to the plug-in in place of installed ones.
 
 #include <functional>
+#include <map>
+#include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -24,9 +27,12 @@ class ClassObjects {
 
     /// `identifier` is used where the name is not registered yet. Raises the error of COM.
     void offer(std::string_view programmaticIdentifier, const CLSID& identifier, Make make);
+    /// How many objects were made of a class that was offered.
+    int made(std::string_view programmaticIdentifier) const;
 
   private:
     std::vector<DWORD> cookies_;
+    std::map<std::string, std::shared_ptr<int>, std::less<>> made_;
 };
 
 }  // namespace pxtarvo::devhost

@@ -11,4 +11,7 @@ namespace pxtarvo::devhost {
 /// imports no function of this name.
 void* replaceImport(HMODULE module, std::string_view function, void* replacement);
 
+/// Whether a loaded module imports a function of this name.
+bool imports(HMODULE module, std::string_view function);
+
 }  // namespace pxtarvo::devhost

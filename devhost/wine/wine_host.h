@@ -46,6 +46,8 @@ class WineHost {
     const std::vector<std::string>& violations() const noexcept { return checks_->violations(); }
     const ObjectRef<Connection>& connection() const noexcept { return state_->connection; }
     HostState& state() const noexcept { return *state_; }
+    /// The classes that this host gives to the plug-in.
+    const ClassObjects& classes() const noexcept { return classes_; }
 
     void handOverNewContext();
     void handOver(windows::Reference<IDispatch> context);
