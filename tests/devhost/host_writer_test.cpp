@@ -124,6 +124,20 @@ TEST(HostWriter, ValuesArriveAlikeBoundAndComposed) {
         {4, "31/02/2012"},
         {4, "2012-12-31"},
         {6, "Getdate()"},
+        // What the kind converts.
+        {0, std::int16_t{0}},
+        {0, std::int16_t{-1}},
+        {0, "tres"},
+        {1, 2.5},
+        {1, "tres"},
+        {2, std::int16_t{0}},
+        {2, std::int32_t{-5}},
+        {2, "2,5"},
+        {2, "tres"},
+        {3, std::int32_t{7}},
+        {3, -2.5},
+        {3, ErrorValue{2042}},
+        {4, Date{39585}},
     };
     for (const char* column :
          {"Texto", "Entero", "Corto", "Byte", "Bit", "Numero", "Importe", "Fecha", "Libre", "Nada"}) {
