@@ -51,12 +51,14 @@ void Control::changed(ControlProperty property) {
 void Control::setVisible(bool visible) {
     if (!writable() || visible == visible_) return;
     visible_ = visible;
+    window_.passFocusOn(*this);
     changed(ControlProperty::Visible);
 }
 
 void Control::setEnabled(bool enabled) {
     if (!writable() || enabled == enabled_) return;
     enabled_ = enabled;
+    window_.passFocusOn(*this);
     changed(ControlProperty::Enabled);
 }
 
@@ -71,7 +73,7 @@ bool Control::takesFocus() const {
 void Control::setFocus() {
     if (!takesFocus()) return;
     window_.focusOn(*this);
-    if (window_.observer()) window_.observer()->focusMoved(*this);
+    if (window_.observer()) window_.observer()->focusMoved();
 }
 
 TextBox::TextBox(Window& window, const ControlPlan& plan) : Control(window, ControlKind::TextBox, plan) {}

@@ -77,8 +77,8 @@ class ControlObserver {
   public:
     virtual ~ControlObserver() = default;
     virtual void controlChanged(Control& control, ControlProperty property) = 0;
-    /// Code moved the focus.
-    virtual void focusMoved(Control& control) = 0;
+    /// Code moved the focus, to the window's active control or away from all of them.
+    virtual void focusMoved() = 0;
     /// The window's caption or enabled state changed.
     virtual void windowChanged() = 0;
 };
@@ -95,6 +95,8 @@ class Control {
     /// "Text1(3)", or the bare name outside an array.
     std::string fullName() const;
     Window& window() const noexcept { return window_; }
+
+    // Hiding or disabling the control that has the focus moves the focus on to the next one in the tab order.
 
     bool visible() const noexcept { return visible_; }
     void setVisible(bool visible);

@@ -72,6 +72,17 @@ void Window::focusOn(Control& control) {
     ++focusMoves_;
 }
 
+void Window::passFocusOn(const Control& control) {
+    if (active_ != &control || control.takesFocus()) return;
+    const std::vector<Control*> order = tabOrder();
+    const auto next = std::ranges::find_if(
+        order, [&](const Control* other) { return other->plan().tabIndex > control.plan().tabIndex; });
+    if (!order.empty()) return (next == order.end() ? order.front() : *next)->setFocus();
+    active_ = nullptr;
+    ++focusMoves_;
+    if (observer_) observer_->focusMoved();
+}
+
 bool Window::settleFocus() {
     if (settling_) return false;
     settling_ = true;

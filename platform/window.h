@@ -79,6 +79,10 @@ class Window {
   private:
     friend class Control;
 
+    /// When `control` has the focus and can have it no longer: moves it to the next control in the tab order,
+    /// or to none.
+    void passFocusOn(const Control& control);
+
     Platform& platform_;
     WindowPlan plan_;
     std::string caption_;

@@ -50,7 +50,7 @@ class FieldHelperObject::Stand : public Window, public ControlObserver {
                 break;
         }
     }
-    void focusMoved(Control&) override {}
+    void focusMoved() override {}
     void windowChanged() override {}
 
   protected:

@@ -22,6 +22,12 @@ std::int16_t shiftState() {
                                      (held(VK_MENU) ? 4 : 0));
 }
 
+/// Whether Alt was held when this character was typed.
+bool withAlt(const MSG& message) {
+    constexpr LPARAM contextCode = 1 << 29;
+    return (message.lParam & contextCode) != 0;
+}
+
 wchar_t upperCase(wchar_t character) {
     CharUpperBuffW(&character, 1);
     return character;
@@ -57,7 +63,9 @@ bool WindowView::preprocess(const MSG& message) {
     switch (message.message) {
         case WM_KEYDOWN:
             return keyDown(message.wParam);
+        case WM_CHAR:
         case WM_SYSCHAR:
+            if (!withAlt(message) && wantsCharacters()) return false;
             return mnemonic(upperCase(static_cast<wchar_t>(message.wParam)));
         case WM_KEYUP:
         case WM_SYSKEYUP:
@@ -121,7 +129,14 @@ bool WindowView::moveByArrow(bool backwards) {
     return true;
 }
 
+/// Whether the control with the focus takes what is typed, as a text box does.
+bool WindowView::wantsCharacters() const {
+    const ControlView* view = activeView();
+    return view && (SendMessageW(view->handle(), WM_GETDLGCODE, 0, 0) & DLGC_WANTCHARS) != 0;
+}
+
 bool WindowView::mnemonic(wchar_t character) {
+    if (character == 0) return false;  // what a caption without a mnemonic has
     for (const auto& view : views_) {
         Control& control = view->control();
         if (!hasMnemonic(control) || !control.takesFocus()) continue;

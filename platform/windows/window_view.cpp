@@ -171,6 +171,8 @@ void WindowView::applyState(const Control& control) {
 
 void WindowView::applyEnabled() {
     EnableWindow(handle_, window_.enabled());
+    // It went when the window was disabled.
+    if (window_.enabled() && GetActiveWindow() == handle_) restoreFocus();
 }
 
 void WindowView::refresh() {
@@ -195,19 +197,23 @@ void WindowView::postSettle() {
     PostMessageW(handle_, messageSettle, 0, 0);
 }
 
-void WindowView::restoreFocus() {
+ControlView* WindowView::activeView() const {
     const Control* active = window_.activeControl();
-    ControlView* view = active ? viewOf(*active) : nullptr;
-    if (view && view->handle()) SetFocus(view->handle());
+    return active ? viewOf(*active) : nullptr;
+}
+
+void WindowView::restoreFocus() {
+    const ControlView* view = activeView();
+    SetFocus(view ? view->handle() : handle_);
 }
 
 void WindowView::controlChanged(Control& control, ControlProperty property) {
     if (ControlView* view = viewOf(control)) view->update(property);
 }
 
-void WindowView::focusMoved(Control& control) {
+void WindowView::focusMoved() {
     // A window that is not active takes the focus to its active control when it becomes so.
-    if (ControlView* view = viewOf(control); view && GetActiveWindow() == handle_) view->takeFocus(false);
+    if (GetActiveWindow() == handle_) restoreFocus();
     postSettle();
 }
 

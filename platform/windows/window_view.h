@@ -83,7 +83,7 @@ class WindowView : public ControlObserver {
     void deferUpdate() noexcept { stale_ = true; }
 
     void controlChanged(Control& control, ControlProperty property) override;
-    void focusMoved(Control& control) override;
+    void focusMoved() override;
     void windowChanged() override;
 
   private:
@@ -98,12 +98,16 @@ class WindowView : public ControlObserver {
     /// middle of the screen.
     void layOut(int dpi, const POINT* corner);
     void paint();
+    /// Puts the keyboard on the active control; where there is none, on the window, so that its keys arrive.
     void restoreFocus();
+    /// nullptr when no control has the focus.
+    ControlView* activeView() const;
     void postSettle();
 
     // Keys and clicks (window_keys.cpp).
     bool keyDown(WPARAM key);
     bool mnemonic(wchar_t character);
+    bool wantsCharacters() const;
     bool keyUp(WPARAM key);
     bool buttonDown(const MSG& message);
     void moveByTab(bool backwards);

@@ -222,6 +222,37 @@ TEST_F(DeletionSearch, FieldsAndKeys) {
     });
 }
 
+/// The search disables the button that started it.
+TEST_F(DeletionSearch, TheFocusMovesOnFromAControlThatCannotHaveIt) {
+    article("A");
+    inDeletion([&](frmBorradoArticulos& window) {
+        search(window);
+        EXPECT_EQ(window.activeControl(), &window.cmdSalir);
+        desktop->press(vkReturn);
+        EXPECT_EQ(window.activeControl(), &window.dbgDatos);
+        window.dbgDatos.setEnabled(false);
+        EXPECT_EQ(window.activeControl(), &window.Text1[3]) << "the last one gives it to the first";
+        desktop->type(window.Text1[3], "same");
+        window.Text1[3].setVisible(false);
+        desktop->doEvents();
+        EXPECT_EQ(window.Text1[4].text(), "Same") << "the field was left by the usual rules";
+        EXPECT_EQ(window.activeControl(), &window.Text1[4]);
+        EXPECT_EQ(window.Text1[4].backColor(), 65535u);
+        window.cmdSalir.setEnabled(false);
+        EXPECT_EQ(window.activeControl(), &window.Text1[4]);
+
+        for (Control* control : window.controls()) control->setEnabled(false);
+        EXPECT_EQ(window.activeControl(), nullptr);
+        desktop->press(vkTab);
+        EXPECT_EQ(window.Text1[4].backColor(), 16777215u);
+        window.cmdSalir.setEnabled(true);
+        desktop->press(vkReturn);
+        EXPECT_EQ(window.activeControl(), &window.cmdSalir);
+        desktop->press(vkEscape);
+        EXPECT_TRUE(window.unloaded());
+    });
+}
+
 /// No control leads to this window's own supplier search.
 TEST_F(DeletionSearch, SupplierSearchThatNothingReaches) {
     sql("INSERT INTO Pro (Pro_ID,Pro_COD,Pro_NOM,Pro_comer,Pro_TIPDOC) VALUES (9,32,'Ana','Talleres',1)");
