@@ -143,8 +143,12 @@ frmBorradoArticulos::frmBorradoArticulos(Platform& platform)
 
 void frmBorradoArticulos::Form_Load() {
     campos_.crearAyuda();
-    setCaption(joined({sTitulo, " (Versión ", PXTARVO_VERSION, ")"}));
+    setCaption(tituloConVersion());
     Text1[campoMarca].setTag(etiquetaMarca);
+}
+
+std::string frmBorradoArticulos::tituloConVersion() {
+    return joined({sTitulo, " (Versión ", PXTARVO_VERSION, ")"});
 }
 
 void frmBorradoArticulos::Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift) {

@@ -13,6 +13,9 @@ class frmBorradoArticulos : public Window {
   public:
     explicit frmBorradoArticulos(Platform& platform);
 
+    /// The caption of the loaded window: its title and the plug-in's version.
+    static std::string tituloConVersion();
+
     Frame Frame1;  ///< the criteria
     ControlArray<Label> Label1;
     ControlArray<TextBox> Text1;  ///< 3 and 4 brand, 1 the latest date of the state

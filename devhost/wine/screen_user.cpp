@@ -255,6 +255,9 @@ ScreenUser::ScreenUser(HMODULE plugIn, ScreenSession session)
 }
 
 ScreenUser::~ScreenUser() {
+    for (MSG message{}; PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);) {
+        // the end of a stuck session ends nothing else
+    }
     current = nullptr;
 }
 
@@ -360,7 +363,7 @@ void ScreenUser::picture(HWND window, const std::string& name) {
 void ScreenUser::idle() {
     if (session_.hands == Hands::None) return;
     const HWND shown = window();
-    if (!shown) return;
+    if (!shown) return endStuckSession();
     if (handsBusy()) {
         Sleep(tickInterval);
         PostMessageW(shown, WM_NULL, 0, 0);
@@ -393,6 +396,16 @@ std::vector<std::pair<HWND, std::string>> ScreenUser::controlsOf(HWND window) co
         child = child ? GetWindow(child, GW_HWNDNEXT) : nullptr;
     }
     return controls;
+}
+
+/// A window that its own error left disabled is in nobody's reach: only the end of the program closes it.
+void ScreenUser::endStuckSession() {
+    const bool stuck = std::ranges::any_of(threadWindows(), [](HWND window) {
+        return classOf(window) == plugInClass && IsWindowVisible(window);
+    });
+    if (!stuck || closing_) return;
+    closing_ = true;
+    PostQuitMessage(0);
 }
 
 HWND ScreenUser::control(const Action& action) {

@@ -72,6 +72,7 @@ class ScreenUser {
     using Step = std::function<void()>;
 
     void idle();
+    void endStuckSession();
     void tick();
     void answerMessage(HWND box, const Action* action);
     void answerFileDialog(HWND dialog, const Action* action);

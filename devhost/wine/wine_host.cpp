@@ -1,5 +1,7 @@
 #include "devhost/wine/wine_host.h"
 
+#include <algorithm>
+#include <iterator>
 #include <stdexcept>
 
 #include "deletion/frm_borrado_articulos.h"
@@ -42,16 +44,23 @@ Reference<IDispatch> dispatchOf(Arguments&&... arguments) {
     return Reference<IDispatch>::adopt(makeCounted<Object>(std::forward<Arguments>(arguments)...).detach());
 }
 
-ScreenSession::KnownWindow described(const Window& window) {
-    ScreenSession::KnownWindow known{std::string(window.plan().name), std::string(window.plan().caption), {}};
-    for (const bool frames : {false, true}) {
-        for (const Control* control : window.controls()) {
-            if (control->kind() == ControlKind::Shape) continue;
-            if ((control->kind() == ControlKind::Frame) == frames)
-                known.controls.push_back(control->fullName());
+/// The plug-in puts frames beneath everything, the last one it made above those before.
+ScreenSession::KnownWindow described(const Window& window, std::string caption) {
+    ScreenSession::KnownWindow known{std::string(window.plan().name), std::move(caption), {}};
+    std::vector<std::string> frames;
+    for (const Control* control : window.controls()) {
+        if (control->kind() == ControlKind::Frame) {
+            frames.insert(frames.begin(), control->fullName());
+        } else if (control->kind() != ControlKind::Shape) {
+            known.controls.push_back(control->fullName());
         }
     }
+    std::ranges::move(frames, std::back_inserter(known.controls));
     return known;
+}
+
+ScreenSession::KnownWindow described(const Window& window) {
+    return described(window, window.caption());
 }
 
 }  // namespace
@@ -105,8 +114,9 @@ WineHost::WineHost(const PlugIn& plugIn, DevHostOptions options, Recorder::Sink 
 
     screen.recorder = recorder_;
     screen.newContext = [this] { handOverNewContext(); };
-    screen.windows = {described(frmImpTarifas(stage_->platform)), described(frmExistencias(stage_->platform)),
-                      described(frmBorradoArticulos(stage_->platform))};
+    screen.windows = {
+        described(frmImpTarifas(stage_->platform)), described(frmExistencias(stage_->platform)),
+        described(frmBorradoArticulos(stage_->platform), frmBorradoArticulos::tituloConVersion())};
     screen_ = std::make_unique<ScreenUser>(plugIn.module(), std::move(screen));
 
     offerClasses(options);

@@ -1,6 +1,7 @@
 #include "platform/windows/window_view.h"
 
 #include <algorithm>
+#include <ranges>
 
 #include "platform/windows/module_theme.h"
 #include "platform/windows/wide_text.h"
@@ -85,8 +86,9 @@ void WindowView::createControls() {
         views_.push_back(makeView(*this, *control));
         grids_ |= control->kind() == ControlKind::DataGrid;
     }
-    // New children lie beneath the ones before them; frames lie beneath everything.
-    for (const auto& view : views_) {
+    // New children lie beneath the ones before them; frames lie beneath everything, outer ones beneath those
+    // that they hold.
+    for (const auto& view : std::views::reverse(views_)) {
         if (view->control().kind() == ControlKind::Frame)
             SetWindowPos(view->handle(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
