@@ -24,7 +24,7 @@ constexpr std::string_view sAtencion =
 enum Campo { campoFecha = 1, campoMarca = 3 };
 
 /// The grid's place; the empty list shares it.
-constexpr Rect lugarDatos{8, 204, 844, 298};
+constexpr Rect lugarDatos{8, 190, 844, 312};
 
 constexpr std::string_view sSeleccion =
     "SELECT Art_Id,Art_Cod,Art_Des, "
@@ -61,7 +61,7 @@ std::vector<GridColumn> columnasDatos() {
 
 frmBorradoArticulos::frmBorradoArticulos(Platform& platform)
     : Window(platform, planVentana),
-      Frame1(*this, {.name = sMarcoCriterios, .rect = {8, 8, 844, 146}, .caption = "Criterios de acotación"}),
+      Frame1(*this, {.name = sMarcoCriterios, .rect = {8, 8, 844, 132}, .caption = "Criterios de acotación"}),
       Label1(*this, {{.name = "Label1",
                       .index = 0,
                       .rect = {22, 34, 146, 16},
@@ -74,7 +74,7 @@ frmBorradoArticulos::frmBorradoArticulos(Platform& platform)
                       .container = sMarcoCriterios},
                      {.name = "Label1",
                       .index = 2,
-                      .rect = {22, 104, 816, 36},
+                      .rect = {22, 102, 816, 32},
                       .caption = sAtencion,
                       .container = sMarcoCriterios}}),
       Text1(*this, {{.name = "Text1",
@@ -120,13 +120,13 @@ frmBorradoArticulos::frmBorradoArticulos(Platform& platform)
                       .container = sMarcoEstado}),
       cmdInicio(
           *this,
-          {.name = "cmdInicio", .rect = {8, 164, 160, 30}, .tabIndex = 7, .caption = "&Iniciar búsqueda"}),
+          {.name = "cmdInicio", .rect = {8, 150, 160, 30}, .tabIndex = 7, .caption = "&Iniciar búsqueda"}),
       cmdBorrar(*this, {.name = "cmdBorrar",
-                        .rect = {176, 164, 160, 30},
+                        .rect = {176, 150, 160, 30},
                         .tabIndex = 8,
                         .caption = "Borrar articulos",
                         .enabled = false}),
-      cmdSalir(*this, {.name = "cmdSalir", .rect = {732, 164, 120, 30}, .tabIndex = 9, .caption = "&Salir"}),
+      cmdSalir(*this, {.name = "cmdSalir", .rect = {732, 150, 120, 30}, .tabIndex = 9, .caption = "&Salir"}),
       // Out of sight: an empty list would only hide the grid.
       ListView1(*this, {.name = "ListView1", .rect = lugarDatos, .visible = false}),
       dbgDatos(*this, {.name = "dbgDatos", .rect = lugarDatos, .tabIndex = 10}),
