@@ -228,6 +228,49 @@ TEST(ClientRecordset, MovesAndRefusesAsAdoDoes) {
     EXPECT_EQ(errorOf([&] { connection->Execute("DELETE FROM Art", -1)->Fields(0); }), closed);
 }
 
+/// A long result that is being walked keeps the file open for reading: others wait with their writes, its own
+/// connection does everything as before.
+TEST(ClientRecordset, AWalkHoldsTheFileUntilItsEnd) {
+    const TemporaryFolder folder;
+    const std::string path = folder.file("host.db");
+    auto connection = testDatabase(path);
+    connection->runNative(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 150) "
+        "INSERT INTO Hexis SELECT i FROM n");
+    static const StoppedClock clock;
+    const auto other = SqliteConnection::open(path, clock);
+    sqlite3_busy_timeout(other->handle(), 0);
+    const std::string write = "UPDATE Lapr SET Lapr_IdArt = 1";
+    const auto walk = [&] {
+        const auto rows = connection->Execute("SELECT * FROM Hexis", adOptionUnspecified);
+        rows->MoveNext();
+        return rows;
+    };
+    {
+        const auto rows = walk();
+        EXPECT_EQ(outcome(*other, "SELECT count(*) FROM Hexis"), "150;");
+        EXPECT_EQ(outcome(*other, write), "-2147467259: La base de datos está bloqueada por otro proceso.");
+        while (!rows->Eof()) rows->MoveNext();
+        EXPECT_EQ(outcome(*other, write), "closed");
+    }
+    walk();
+    EXPECT_EQ(outcome(*other, write), "closed") << "a walk given up has ended too";
+
+    auto rows = walk();
+    for (const bool commit : {false, true}) {
+        connection->BeginTrans();
+        EXPECT_EQ(outcome(*connection, "DELETE FROM Hexis WHERE Hexis_idArt > 100"), "closed");
+        commit ? connection->CommitTrans() : connection->RollbackTrans();
+        EXPECT_EQ(outcome(*other, "SELECT count(*) FROM Hexis"), commit ? "100;" : "150;");
+    }
+    connection->runNative("DROP TABLE lav");
+    rows->MoveNext();
+    connection.reset();
+    EXPECT_EQ(outcome(*other, write), "closed") << "the file is closed with its connection";
+    rows->MoveNext();
+    EXPECT_EQ(rows->AbsolutePosition(), 4);
+}
+
 TEST(ClientRecordset, KeepsRowsOfEverySize) {
     const auto connection = testDatabase();
     connection->runNative("CREATE TABLE Long (n INTEGER, t TEXT, u TEXT)");

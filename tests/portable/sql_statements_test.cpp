@@ -126,6 +126,9 @@ TEST(SqlStatements, DialectBeyondThePlugIn) {
              "-2147217900: La subconsulta ha devuelto más de un valor, lo que no es correcto cuando va a "
              "continuación "
              "de =, !=, <, <=, >, >= o cuando se utiliza como expresión."},
+            {"SELECT (SELECT Marca_Des FROM Marcas WHERE Marca_ID = Marca_ID)",
+             "-2147217900: La subconsulta ha devuelto más de un valor, lo que no es correcto cuando va a "
+             "continuación de =, !=, <, <=, >, >= o cuando se utiliza como expresión."},
             {"SELECT 2 - -3 * 2, 7 / 2, 'a' + 'b' /* both */ -- sum", "8|3|ab;"},
             {"SELECT CASE Art_Cod WHEN 'NIÑO' THEN 1 ELSE 2.5 END FROM Art WHERE Art_Id >= 9", "1;2.50;"},
             {"INSERT INTO Lpc VALUES (1), (2);", "closed"},
