@@ -70,11 +70,15 @@ TEST_F(DeletionSearch, FindsWhatNoMovementRefersTo) {
     EXPECT_THAT(found({}), ElementsAre("LIBRE"));
     EXPECT_EQ(lastSearch(),
               std::string(R"({"call":"execute","sql":")") + statement + R"( ORDER BY Art_FechaEstado"})");
-    for (const char* table : {"Lapr (Lapr_IdArt)", "lac (lac_codart)"}) {
+    const std::pair<std::string, std::string> references[] = {
+        {"Lapr", "Lapr_IdArt"}, {"Pedli", "PedLi_IdArt"}, {"lav", "lav_idart"},
+        {"Lpc", "Lpc_IdArt"},   {"lac", "lac_codart"},    {"Hexis", "Hexis_idArt"}};
+    for (const auto& [table, column] : references) {
         SCOPED_TRACE(table);
-        sql("INSERT INTO " + std::string(table) + " VALUES (NULL)");
+        sql("INSERT INTO " + table + " (" + column + ") VALUES (NULL)");
         EXPECT_THAT(found({}), ElementsAre("(closed)")) << "a row without an article excludes every article";
-        sql("DELETE FROM Lapr WHERE Lapr_IdArt IS NULL");
+        sql("DELETE FROM " + table + " WHERE " + column + " IS NULL");
+        EXPECT_THAT(found({}), ElementsAre("LIBRE"));
     }
 }
 
@@ -110,25 +114,31 @@ TEST_F(DeletionSearch, NarrowsByBrandDateAndState) {
 
 TEST_F(DeletionSearch, ShowsThatItWaits) {
     article("A");
-    bool asked = false;
+    int asked = 0;
     dropHost();
     frmBorradoArticulos* open = nullptr;
     options.recorder = std::make_shared<devhost::Recorder>([&](std::string_view line) {
         if (line.find("FROM Art WHERE") == std::string_view::npos) return;
-        asked = true;
+        ++asked;
         EXPECT_FALSE(open->enabled());
+        EXPECT_EQ(desktop->pointer(), PointerShape::ArrowHourglass);
     });
     desktop = &host().desktop();
     inDeletion([&](frmBorradoArticulos& window) {
         open = &window;
+        std::vector<std::string> shown;
         user().onYielded = [&] {
-            if (window.Label2.caption() != "Buscando artículos") return;
+            shown.push_back(window.Label2.caption());
+            EXPECT_EQ(asked, 0);
             EXPECT_TRUE(window.Label2.visible() && window.ProgressBar1.visible() && window.enabled());
             EXPECT_FALSE(window.cmdInicio.enabled());
             EXPECT_EQ(desktop->pointer(), PointerShape::ArrowHourglass);
         };
         search(window);
-        EXPECT_TRUE(asked && window.enabled() && window.cmdBorrar.enabled());
+        user().onYielded = nullptr;
+        EXPECT_THAT(shown, ElementsAre("Buscando artículos"));
+        EXPECT_EQ(asked, 1);
+        EXPECT_TRUE(window.enabled() && window.cmdBorrar.enabled());
         EXPECT_FALSE(window.cmdInicio.enabled());
         EXPECT_EQ(desktop->pointer(), PointerShape::Default);
     });
@@ -287,7 +297,11 @@ TEST_F(DeletionSearch, SupplierSearchThatNothingReaches) {
         IdPro = 0;
         user().yesNo = MessageAnswer::Yes;
         EXPECT_EQ(find(-1), 0) << "nothing chosen, nothing looked up";
-        EXPECT_THAT(recordOf("search").back(), HasSubstr("ISNULL(PRO_APE2,'')) AS RSOC FROM PRO"));
+        EXPECT_EQ(
+            recordOf("search").back(),
+            R"({"call":"search","sql":"Select PRO_ID,PRO_COD,(PRO_NOM + ' ' + ISNULL(PRO_APE1,'') + ' ' )"
+            R"(+ ISNULL(PRO_APE2,'')) AS RSOC FROM PRO","column":"RSOC",)"
+            R"("title":"Buscar proveedor por nombre Fiscal","answer":""})");
 
         host().state().parametros.clear();
         EXPECT_EQ(find(32), static_cast<int>(ErrorNumber::SubscriptOutOfRange));

@@ -4,6 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/conversion.h"
+#include "platform/text.h"
 #include "scenario/deletion_scene.h"
 
 namespace pxtarvo::test {
@@ -75,7 +77,7 @@ TEST_F(Deletion, DeletesArticlesAndTheirStockInOneTransaction) {
     EXPECT_THAT(column("SELECT Aat_C01 FROM Aat"), ElementsAre("queda"));
 }
 
-/// Enter presses No, and moves the focus on from there.
+/// Enter presses No, and moves the focus on from the button.
 TEST_F(Deletion, AnswerNoChangesNothing) {
     user().yesNo = std::nullopt;
     const std::string before = databaseBytes();
@@ -84,6 +86,7 @@ TEST_F(Deletion, AnswerNoChangesNothing) {
         confirm(window);
         EXPECT_FALSE(window.unloaded());
         EXPECT_TRUE(window.cmdBorrar.enabled());
+        EXPECT_EQ(window.activeControl(), &window.cmdSalir);
         EXPECT_EQ(window.dbgDatos.dataSource()->RecordCount(), 4);
     });
     EXPECT_THAT(messageTexts(), ElementsAre(question));
@@ -151,6 +154,27 @@ TEST_F(Deletion, AProcessThatIsKilledLeavesAllOrNothing) {
         EXPECT_THAT(articles(), SizeIs(last < commit ? 5 : 1));
         EXPECT_EQ(value("SELECT count(*) FROM Exis"), last < commit ? "3" : "1");
     }
+}
+
+/// From the first row, whichever one the user has chosen before.
+TEST_F(Deletion, ShowsItsProgressFromTheFirstRow) {
+    std::vector<std::string> shown;
+    user().replies = {{MessageAnswer::Yes, 0}};  // by the mouse: no key is left over
+    inDeletion([&](frmBorradoArticulos& window) {
+        search(window);
+        desktop->chooseRow(window.dbgDatos, 3);
+        const ProgressBar& bar = window.ProgressBar1;
+        user().onYielded = [&] {
+            shown.push_back(joined({window.Label2.caption(), " ", plainNumber(static_cast<int>(bar.value())),
+                                    "/", plainNumber(static_cast<int>(bar.maximum()))}));
+        };
+        confirm(window);
+        user().onYielded = nullptr;
+        EXPECT_EQ(bar.value(), 4);
+    });
+    EXPECT_THAT(shown, ElementsAre("Borrando artículos 0/4", "Borrando artículos 1/4",
+                                   "Borrando artículos 2/4", "Borrando artículos 3/4"));
+    EXPECT_THAT(articles(), ElementsAre("E"));
 }
 
 /// The grid and the deletion share the current row: the row chosen is the next one deleted.

@@ -93,9 +93,9 @@ TEST_F(StockWindow, WritesEveryActiveArticleInStock) {
     article("X-55", "D", {"0.5"});
     article("CERO", "E", {"0"});
     article("MENOS", "F", {"-3"});
-    article("POCO", "G", {"0.4"});
+    article("POCO", "g", {"0.4"});
     article("MUCHO", "H", {"10000000"});
-    article("VARIAS", "I", {"7", "100"});
+    article("VARIAS", "o", {"7", "100"});
     article("PRIMERA CERO", "J", {"0", "100"});
     article("NINGUNA", "K", {});
     article("NULA", "L", {"NULL"});
@@ -114,8 +114,8 @@ TEST_F(StockWindow, WritesEveryActiveArticleInStock) {
         "A24700500 X-55           250720120000001161A24700500\r\n"
         "A24700500 POCO           250720120000000161A24700500\r\n"
         "A24700500 MUCHO          2507201210000000161A24700500\r\n"
-        "A24700500 VARIAS         250720120000007161A24700500\r\n"
         "A24700500 CA\xD1\xD3N-1        250720120000003161A24700500\r\n"
+        "A24700500 VARIAS         250720120000007161A24700500\r\n"
         "A24700500 ENDFILE                       161A24700500\r\n";
     EXPECT_EQ(bytes("StockTarvo20120725.txt"), expected);
     EXPECT_THAT(messageTexts(), ElementsAre("Proceso finalizado con exito"));
@@ -243,8 +243,10 @@ TEST_F(StockWindow, BrowsingFillsOrEmptiesThePath) {
         user().files = {"C:\\LISTA.xls", std::nullopt};
         desktop->click(window.cmdFichero);
         EXPECT_EQ(window.Text1[0].text(), "C:\\LISTA.xls");
+        EXPECT_FALSE(window.unloaded());
         desktop->click(window.cmdFichero);
         EXPECT_EQ(window.Text1[0].text(), "");
+        EXPECT_TRUE(window.unloaded());
     });
 }
 
