@@ -7,6 +7,7 @@
 
 #include "devhost/host_file.h"
 #include "platform/portable/clocks.h"
+#include "platform/portable/sqlite_connection.h"
 
 namespace pxtarvo::test {
 
@@ -34,6 +35,8 @@ class Keeper {
 
 template <class Host>
 void prepare(Host& host, const Scenario& scenario) {
+    // The tests' files need not outlive the machine.
+    dynamic_cast<portable::SqliteConnection&>(*host.connection()).runNative("PRAGMA synchronous = OFF");
     for (const std::string& statement : scenario.sql) {
         if (statement == "BEGIN") {
             host.connection()->BeginTrans();
