@@ -2,13 +2,21 @@
 # may include. Its headers are reachable under their path from the top (host/tables.h) through a folder of links
 # of its own, so a target sees the headers of the rooms that it links and of no others.
 #
-#   add_room(<target> <folder> [LINKS <room or library>...])
+#   add_room(<target> <folder> [FILES <name without ending>...] [LINKS <room or library>...])
+#
+# With FILES only these of the folder's files make up the room.
 function(add_room target folder)
-    cmake_parse_arguments(ROOM "" "" "LINKS" ${ARGN})
+    cmake_parse_arguments(ROOM "" "" "FILES;LINKS" ${ARGN})
     set(source_folder "${PROJECT_SOURCE_DIR}/${folder}")
     set(link_root "${PROJECT_BINARY_DIR}/rooms/${target}")
-    file(GLOB headers CONFIGURE_DEPENDS "${source_folder}/*.h")
-    file(GLOB sources CONFIGURE_DEPENDS "${source_folder}/*.cpp")
+    if(NOT ROOM_FILES)
+        set(ROOM_FILES "*")
+    endif()
+    list(TRANSFORM ROOM_FILES PREPEND "${source_folder}/")
+    list(TRANSFORM ROOM_FILES APPEND ".h" OUTPUT_VARIABLE header_names)
+    list(TRANSFORM ROOM_FILES APPEND ".cpp" OUTPUT_VARIABLE source_names)
+    file(GLOB headers CONFIGURE_DEPENDS ${header_names})
+    file(GLOB sources CONFIGURE_DEPENDS ${source_names})
     file(REMOVE_RECURSE "${link_root}")
     file(MAKE_DIRECTORY "${link_root}/${folder}")
     foreach(header IN LISTS headers)
@@ -29,8 +37,9 @@ function(add_room target folder)
     set_property(GLOBAL PROPERTY PXTARVO_LINKS_${target} "${ROOM_LINKS}")
 endfunction()
 
-# Writes what add_room() was told, for CheckHouse.cmake.
-function(write_house file)
+# The test `house` of what add_room() was told; to be called once every room stands.
+function(add_house_test)
+    set(file "${PROJECT_BINARY_DIR}/house.cmake")
     get_property(rooms GLOBAL PROPERTY PXTARVO_ROOMS)
     list(JOIN rooms " " names)
     set(text "set(TOP \"${PROJECT_SOURCE_DIR}\")\nset(ROOMS ${names})\n")
@@ -43,4 +52,5 @@ function(write_house file)
         string(APPEND text "set(ROOM_MAY_INCLUDE_${room} ${links})\n")
     endforeach()
     file(WRITE "${file}" "${text}")
+    add_test(NAME house COMMAND ${CMAKE_COMMAND} -D HOUSE=${file} -P ${PROJECT_SOURCE_DIR}/cmake/CheckHouse.cmake)
 endfunction()

@@ -6,4 +6,5 @@ add_room(host_windows host/windows LINKS host platform_windows platform)
 add_subdirectory(plugin/com)
 
 enable_testing()
+add_house_test()
 add_subdirectory(tests/windows)

@@ -6,10 +6,6 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 # The compiler searches it last by itself; named earlier, it hides the standard library's own headers.
 list(APPEND CMAKE_CXX_IMPLICIT_INCLUDE_DIRECTORIES /usr/include)
 
-set(automation_files automation_errors automation_object automation_values dispatch)
-list(TRANSFORM automation_files PREPEND "${PROJECT_SOURCE_DIR}/platform/windows/")
-list(TRANSFORM automation_files APPEND .cpp)
-
 # By its place: Linux has another library of this name.
 file(GLOB wine_folders /usr/lib/*/wine/*-unix)
 find_library(WINE_UUID uuid PATHS ${wine_folders} NO_DEFAULT_PATH REQUIRED)
@@ -20,10 +16,13 @@ enable_testing()
 
 # Called once the rooms of the portable body stand.
 function(add_wine_programs)
-    add_library(automation STATIC ${automation_files})
-    target_include_directories(automation PUBLIC "${PROJECT_SOURCE_DIR}")
-    target_link_libraries(automation PUBLIC platform ole32 oleaut32 user32 gdi32 advapi32 comdlg32 ${WINE_UUID})
-    add_room(winehost devhost/wine LINKS automation devhost plugin import stock deletion fields plugin_module host portable platform)
+    # Of the Windows bodies only what both compilers understand.
+    add_room(automation platform/windows
+             FILES automation_errors automation_object automation_values com_headers dispatch reference
+             LINKS platform)
+    target_link_libraries(automation PUBLIC ole32 oleaut32 user32 gdi32 advapi32 comdlg32 "${WINE_UUID}")
+    add_room(winehost devhost/wine
+             LINKS automation devhost plugin import stock deletion fields plugin_module host portable platform)
 
     add_executable(pxtarvo-winehost "${PROJECT_SOURCE_DIR}/devhost/wine/main/main.cpp")
     target_link_libraries(pxtarvo-winehost PRIVATE winehost)
