@@ -1,11 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
+
 #include "host/row_write.h"
 #include "host/windows/automation_field_helper.h"
 #include "host/windows/automation_host_database.h"
 #include "platform/window.h"
 #include "platform/windows/ado_connection.h"
 #include "platform/windows/ado_recordset.h"
+#include "platform/windows/window_handles.h"
 #include "platform/windows/windows_platform.h"
 #include "windows/recording_object.h"
 
@@ -166,6 +170,58 @@ TEST(AutomationFieldHelper, HandsOverTextBoxesThatMayOutliveTheirWindow) {
                             "putref Conexion OBJ Nothing", "EntrarCampo OBJ, BSTR ",
                             "SalirCampo OBJ*, BSTR* dd/mm/yyyy", "FiltrarTecla OBJ, I2* 65, BOOL Verdadero",
                             "Buscar BSTR S, BSTR C, BSTR 1, BSTR 2, BSTR T, I4 600, I4 6000, I4 0"}));
+}
+
+/// Shows the window and runs `body` once it waits for input; then closes it.
+template <class Body>
+void whileShown(Window& window, const Body& body) {
+    static std::function<void()> due;
+    due = [&] {
+        body();
+        window.Unload();
+    };
+    const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, [](HWND, UINT, UINT_PTR, DWORD) {
+        if (const auto once = std::exchange(due, {})) once();
+    });
+    window.platform().desktop().showModal(window);
+    KillTimer(nullptr, timer);
+}
+
+TEST(TextBoxObject, KnowsTheUsersMarkingAndShowsItsOwnAndItsColours) {
+    WindowsPlatform platform;
+    OneBoxWindow window(platform);
+    window.Text1.setText("a\U0001F600bcd");
+    const auto object = makeCounted<TextBoxObject>(window.Text1);
+    const Dispatch box(Reference<IDispatch>::share(object.get()));
+    whileShown(window, [&] {
+        const HWND field = handleOf(window.Text1);
+        ASSERT_EQ(box.number(u"hWnd"), HandleToLong(field));
+        // As with Shift and the arrows: two characters, of which the first takes two units.
+        SendMessageW(field, EM_SETSEL, 1, 4);
+        SendMessageW(field, WM_KEYUP, VK_RIGHT, 0);
+        EXPECT_EQ(box.number(u"SelStart"), 1);
+        EXPECT_EQ(box.number(u"SelLength"), 2);
+        EXPECT_EQ(box.text(u"SelText"), "\U0001F600b");
+
+        box.put(u"SelText", OwnedVariant(std::string_view("ñ")));
+        EXPECT_EQ(box.text(u"Text"), "añcd");
+        box.put(u"SelStart", OwnedVariant(std::int32_t{2}));
+        box.put(u"SelLength", OwnedVariant(std::int32_t{9}));
+        DWORD start = 0, end = 0;
+        SendMessageW(field, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+        EXPECT_EQ(start, 2u);
+        EXPECT_EQ(end, 4u);
+
+        box.put(u"ForeColor", OwnedVariant(0x0000FF00));
+        box.put(u"BackColor", OwnedVariant(65535.0));
+        const HDC dc = GetDC(field);
+        SendMessageW(handleOf(window), WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc),
+                     reinterpret_cast<LPARAM>(field));
+        EXPECT_EQ(GetTextColor(dc), 0x0000FF00u);
+        EXPECT_EQ(GetBkColor(dc), 65535u);
+        ReleaseDC(field, dc);
+    });
+    object->disconnect();
 }
 
 }  // namespace
