@@ -47,6 +47,7 @@ void ControlView::applyState() {
 
 void ControlView::update(ControlProperty property) {
     if (property != ControlProperty::Visible && property != ControlProperty::Enabled) return;
+    if (property == ControlProperty::Visible) refresh();
     parent_.applyState(control_);
 }
 

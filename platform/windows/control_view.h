@@ -27,7 +27,8 @@ class ControlView {
 
     /// Takes position, size and font from the plan, at the window's resolution.
     virtual void place();
-    /// Shows what code changed; what a long run changes at every row waits for refresh().
+    /// Shows what code changed; what a long run changes at every row waits for refresh() or until the control
+    /// becomes visible.
     virtual void update(ControlProperty property);
     virtual void refresh() {}
     /// Visible and enabled as the control and its container say.

@@ -183,6 +183,12 @@ void WindowView::refresh() {
     for (const auto& view : views_) view->refresh();
 }
 
+/// A window that its code disables is about to wait, and no message loop paints it meanwhile.
+void WindowView::showNow() {
+    refresh();
+    RedrawWindow(handle_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
 bool WindowView::settle() {
     const bool disturbed = window_.settleFocus();
     if (disturbed) cancelClick();
@@ -221,6 +227,7 @@ void WindowView::focusMoved() {
 
 void WindowView::windowChanged() {
     SetWindowTextW(handle_, WideText(window_.caption()).c_str());
+    if (!window_.enabled()) showNow();
     if (!window_.enabled() || desktop_.uncovered(*this)) applyEnabled();
 }
 

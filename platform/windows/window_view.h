@@ -98,6 +98,7 @@ class WindowView : public ControlObserver {
     /// middle of the screen.
     void layOut(int dpi, const POINT* corner);
     void paint();
+    void showNow();
     /// Puts the keyboard on the active control; where there is none, on the window, so that its keys arrive.
     void restoreFocus();
     /// nullptr when no control has the focus.
