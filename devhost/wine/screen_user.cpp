@@ -88,7 +88,8 @@ WPARAM virtualKey(char16_t unit) {
     return own ? unit : anyOtherKey;
 }
 
-const char* keyName(std::int16_t key) {
+std::string keyName(std::int16_t key) {
+    if (key >= 'A' && key <= 'Z') return {static_cast<char>(key - 'A' + 'a')};
     switch (key) {
         case vkReturn:
             return "Return";
@@ -473,8 +474,8 @@ void ScreenUser::awaitInput(Deed deed) {
 
 void ScreenUser::pressKey(HWND target, std::int16_t key, bool withRelease, Held held) {
     if (session_.hands == Hands::Keyboard) {
-        const char* const with = held == Held::Shift ? "shift+" : held == Held::Alt ? "alt+" : "";
-        return xdotool({"key", std::string(with) + keyName(key)});
+        const std::string with = held == Held::Shift ? "shift+" : held == Held::Alt ? "alt+" : "";
+        return xdotool({"key", with + keyName(key)});
     }
     if (held != Held::None) troubles_.push_back("held keys need a keyboard");
     PostMessageW(target, WM_KEYDOWN, static_cast<WPARAM>(key), 1);
