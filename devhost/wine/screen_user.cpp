@@ -26,6 +26,7 @@ constexpr UINT tickInterval = 10;      // ms
 constexpr DWORD keyboardRest = 120;    // ms that real input takes to arrive
 constexpr DWORD keyboardDialog = 250;  // ms until a dialog has the keyboard
 constexpr DWORD pictureRest = 300;     // ms until a window is painted
+constexpr DWORD keyLost = 3000;        // ms after which a dialog that is still there has not got its key
 constexpr DWORD inputLimit = 5000;     // ms that real input may take to arrive
 constexpr DWORD yieldRest = 25;        // ms, longer than a run goes on without looking for input
 
@@ -550,13 +551,21 @@ void ScreenUser::begin(const Action& action) {
 void ScreenUser::tick() {
     if (session_.hands == Hands::None) return;
     const HWND dialog = shownWindow({dialogClass, searchWindowClass});
-    if (!dialog || dialog == answered_) return;
     const DWORD now = GetTickCount();
+    if (dialog && dialog == answered_ && session_.hands == Hands::Keyboard && answerKey_ != 0 &&
+        now - answeredAt_ > keyLost && classOf(dialog) == dialogClass && !handsBusy()) {
+        // Pressed while the keyboard was on its way from one window to the next: as a person, once more.
+        answeredAt_ = now;
+        SetForegroundWindow(dialog);
+        pressKey(dialog, answerKey_, false);
+    }
+    if (!dialog || dialog == answered_) return;
     if (dialogSince_ == 0) dialogSince_ = now | 1;
     DWORD rest = session_.hands == Hands::Keyboard ? keyboardDialog : 0;
     if (!session_.pictures.empty()) rest = std::max(rest, pictureRest);
     if (now - dialogSince_ < rest || handsBusy()) return;
     answered_ = dialog;
+    answeredAt_ = now;
     if (classOf(dialog) == searchWindowClass) {
         picture(dialog, "search");
         answerSearch(dialog, reader_.take(Deed::Search));

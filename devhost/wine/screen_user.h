@@ -98,8 +98,9 @@ class ScreenUser {
     ScreenSession session_;
     ScriptReader reader_;
     std::deque<Step> steps_;
-    std::vector<HWND> gone_;      ///< windows whose end is in the record already
-    HWND answered_ = nullptr;     ///< the dialog that has its answer
+    std::vector<HWND> gone_;   ///< windows whose end is in the record already
+    HWND answered_ = nullptr;  ///< the dialog that has its answer
+    DWORD answeredAt_ = 0;
     std::int16_t answerKey_ = 0;  ///< the key that closed it
     DWORD dialogSince_ = 0;
     bool closing_ = false;
