@@ -1,14 +1,16 @@
 // The stock file, the search of articles without movements and their deletion, each through its window,
-// beside the floor: the same statements prepared and bound straight on SQLite. 200,000 articles with stock,
-// of which 50,000 have no movements.
+// beside the floor: the same statements prepared and bound straight on SQLite, the file's lines written by
+// the C library. 200,000 articles with stock, of which 50,000 have no movements.
 
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -131,8 +133,18 @@ Run stockOnFloor(const std::string& database) {
                       "ORDER BY Art_Des COLLATE DEALER");
         Statement stock(connection->handle(), "SELECT Exis_Cantidad FROM Exis WHERE Exis_IdArt = ?1");
         all.bind(1, std::int64_t{1});
+        const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+            std::fopen(pathOf("floor.txt").c_str(), "wb"), std::fclose);
         std::int64_t count = 0;
-        for (; all.step(); ++count) stock.bind(1, all.whole(0)).run();
+        for (; all.step(); ++count) {
+            stock.bind(1, all.whole(0));
+            if (!stock.step()) continue;
+            if (const double quantity = stock.number(0); quantity > 0) {
+                std::fprintf(file.get(), "A24700500 %-15sDDMMYYYY%07.0f161A24700500\r\n", all.text(1).c_str(),
+                             quantity);
+            }
+            stock.run();
+        }
         return count;
     });
 }

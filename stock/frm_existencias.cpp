@@ -29,6 +29,9 @@ enum Campo {
     campoDireccion = 7
 };
 
+/// Columns of the articles, by position.
+enum Posicion { posId = 0, posCodigo = 1, posDescripcion = 2 };
+
 /// A field that must not be blank.
 struct Obligatorio {
     int nCampo;
@@ -146,8 +149,8 @@ void frmExistencias::XPButton1_Click() {
     ficheros.print(nFichero, lineas.inicio());
     for (std::int32_t nRegistro = 1; !rsArticulos->Eof(); ++nRegistro) {
         platform().desktop().doEvents();
-        Label2.setCaption(joined(
-            {"Procesado registro ", plainNumber(nRegistro), " ", texto(rsArticulos->Fields("Art_Des"))}));
+        Label2.setCaption(joined({"Procesado registro ", plainNumber(nRegistro), " ",
+                                  texto(rsArticulos->Fields(posDescripcion))}));
         ProgressBar1.setValue(nRegistro);
         escribirArticulo(lineas, *rsArticulos);
         rsArticulos->MoveNext();
@@ -165,13 +168,13 @@ void frmExistencias::XPButton1_Click() {
 void frmExistencias::escribirArticulo(const LineasExistencias& lineas, const Recordset& rsArticulos) {
     const Locale& locale = platform().locale();
     const ObjectRef<Recordset> rsExistencias = consultar(
-        joined({"SELECT Exis_Cantidad FROM Exis WHERE Exis_IdArt = ", texto(rsArticulos.Fields("Art_Id"))}));
+        joined({"SELECT Exis_Cantidad FROM Exis WHERE Exis_IdArt = ", texto(rsArticulos.Fields(posId))}));
     if (rsExistencias->RecordCount() < 1) return;
-    const Variant vCantidad = rsExistencias->Fields("Exis_Cantidad");
+    const Variant vCantidad = rsExistencias->Fields(0);
     const auto orden = compare(vCantidad, std::int16_t{0}, locale);
     if (!orden || *orden <= 0) return;
     platform().textFiles().print(
-        nFichero, lineas.articulo(texto(rsArticulos.Fields("Art_Cod")), platform().clock().now(),
+        nFichero, lineas.articulo(texto(rsArticulos.Fields(posCodigo)), platform().clock().now(),
                                   toDouble(vCantidad, locale)));
 }
 
