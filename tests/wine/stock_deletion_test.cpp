@@ -175,8 +175,9 @@ TEST_F(SecondWindowKeys, BrandByF1AndEnterThroughTheCriteria) {
                              key(vkReturn),  // to the description
                              key(vkReturn),  // to the date
                              key(vkReturn),  // to the check box
-                             key(vkSpace),   // changes nothing
-                             click("cmdInicio"),
+                             key(vkReturn),  // to the chosen state
+                             key(vkReturn),  // to the search
+                             key(vkSpace),
                              click("dbgDatos"),
                              key(vkPageDown),
                              key(vkEscape)});  // has the keyboard after the search
