@@ -26,9 +26,12 @@ constexpr UINT tickInterval = 10;      // ms
 constexpr DWORD keyboardRest = 120;    // ms that real input takes to arrive
 constexpr DWORD keyboardDialog = 250;  // ms until a dialog has the keyboard
 constexpr DWORD pictureRest = 300;     // ms until a window is painted
-constexpr DWORD keyLost = 3000;        // ms after which a dialog that is still there has not got its key
-constexpr DWORD inputLimit = 5000;     // ms that real input may take to arrive
-constexpr DWORD yieldRest = 25;        // ms, longer than a run goes on without looking for input
+constexpr DWORD keyLost = 3000;     // ms after which a dialog that is still there has not got its key
+constexpr DWORD inputLimit = 5000;  // ms that real input may take to arrive
+constexpr DWORD yieldRest = 25;     // ms, longer than a run goes on without looking for input
+
+/// Wine's own property that names a window on the display.
+constexpr const char* windowOnTheDisplay = "__wine_x11_whole_window";
 
 ScreenUser* current = nullptr;
 
@@ -554,10 +557,11 @@ void ScreenUser::tick() {
     const DWORD now = GetTickCount();
     if (dialog && dialog == answered_ && session_.hands == Hands::Keyboard && answerKey_ != 0 &&
         now - answeredAt_ > keyLost && classOf(dialog) == dialogClass && !handsBusy()) {
-        // Pressed while the keyboard was on its way from one window to the next: as a person, once more.
+        // Where the window below was hidden just before, the display can leave its focus on the desktop,
+        // though Wine believes it here: it is put here, and the key is pressed once more.
         answeredAt_ = now;
-        SetForegroundWindow(dialog);
-        pressKey(dialog, answerKey_, false);
+        const auto shown = reinterpret_cast<std::uintptr_t>(GetPropA(dialog, windowOnTheDisplay));
+        xdotool({"windowfocus", std::to_string(shown), "key", keyName(answerKey_)});
     }
     if (!dialog || dialog == answered_) return;
     if (dialogSince_ == 0) dialogSince_ = now | 1;

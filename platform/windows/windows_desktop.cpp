@@ -183,8 +183,10 @@ MessageAnswer WindowsDesktop::showMessage(const Message& message) {
     if (view) view->settle();
     running_ = false;
     refresh();
+    // A window that was closed in the middle of its run may still be the active one: hidden, it owns nothing.
     HWND owner = GetActiveWindow();
-    if (!owner && view && IsWindowVisible(view->handle())) owner = view->handle();
+    if (!owner && view) owner = view->handle();
+    if (owner && !IsWindowVisible(owner)) owner = nullptr;
     UINT style = iconOf(message.icon);
     if (!owner) style |= MB_TASKMODAL | MB_SETFOREGROUND;
     const bool question = message.buttons == MessageButtons::YesNo;

@@ -145,9 +145,10 @@ TEST_F(RealKeys, ImportWithItsNoticesAndEscOnOneOfThem) {
 }
 
 TEST_F(RealKeys, ClosedInTheMiddleOfARunThatGoesOnToItsEnd) {
-    const Action ways[] = {key(vkEscape), {.deed = Deed::Press, .key = vkF4, .held = devhost::Held::Alt}};
+    const Action ways[] = {
+        key(vkEscape), {.deed = Deed::Press, .key = vkF4, .held = devhost::Held::Alt}, {.deed = Deed::Close}};
     for (const Action& way : ways) {
-        SCOPED_TRACE(way.key == vkF4 ? "Alt+F4" : "Esc");
+        SCOPED_TRACE(way.deed == Deed::Close ? "close box" : way.key == vkF4 ? "Alt+F4" : "Esc");
         const auto record = act({click("XPButton1"), inTheRun(way)}).record;
         const auto at = [&](std::string_view call) {
             return std::ranges::find_if(record,
