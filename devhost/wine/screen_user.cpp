@@ -26,9 +26,10 @@ constexpr UINT tickInterval = 10;      // ms
 constexpr DWORD keyboardRest = 120;    // ms that real input takes to arrive
 constexpr DWORD keyboardDialog = 250;  // ms until a dialog has the keyboard
 constexpr DWORD pictureRest = 300;     // ms until a window is painted
-constexpr DWORD keyLost = 3000;     // ms after which a dialog that is still there has not got its key
-constexpr DWORD inputLimit = 5000;  // ms that real input may take to arrive
-constexpr DWORD yieldRest = 25;     // ms, longer than a run goes on without looking for input
+constexpr DWORD pictureWait = 60;      // ms until what was painted is on the display
+constexpr DWORD keyLost = 3000;        // ms after which a dialog that is still there has not got its key
+constexpr DWORD inputLimit = 5000;     // ms that real input may take to arrive
+constexpr DWORD yieldRest = 25;        // ms, longer than a run goes on without looking for input
 
 /// Wine's own property that names a window on the display.
 constexpr const char* windowOnTheDisplay = "__wine_x11_whole_window";
@@ -344,6 +345,9 @@ void ScreenUser::xdotool(std::vector<std::string> arguments) {
 
 void ScreenUser::picture(HWND window, const std::string& name) {
     if (session_.pictures.empty()) return;
+    // What is due is painted, and a wait lets Wine hand it to the display.
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, pictureWait, 0);
     RECT rect{};
     GetWindowRect(window, &rect);
     const std::string place = std::to_string(rect.right - rect.left) + "x" +
