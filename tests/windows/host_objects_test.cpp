@@ -172,17 +172,20 @@ TEST(AutomationFieldHelper, HandsOverTextBoxesThatMayOutliveTheirWindow) {
                             "Buscar BSTR S, BSTR C, BSTR 1, BSTR 2, BSTR T, I4 600, I4 6000, I4 0"}));
 }
 
+/// What the next timer runs, once.
+std::function<void()> due;
+
+void CALLBACK runDue(HWND, UINT, UINT_PTR, DWORD) {
+    if (const auto once = std::exchange(due, {})) once();
+}
+
 /// Shows the window and runs `body` once it waits for input; then closes it.
-template <class Body>
-void whileShown(Window& window, const Body& body) {
-    static std::function<void()> due;
+void whileShown(Window& window, const std::function<void()>& body) {
     due = [&] {
         body();
         window.Unload();
     };
-    const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, [](HWND, UINT, UINT_PTR, DWORD) {
-        if (const auto once = std::exchange(due, {})) once();
-    });
+    const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, runDue);
     window.platform().desktop().showModal(window);
     KillTimer(nullptr, timer);
 }
