@@ -3,18 +3,15 @@
 // the C library. 200,000 articles with stock, of which 50,000 have no movements.
 
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "benchmarks/pairs.h"
+#include "benchmarks/comparison.h"
 #include "benchmarks/statement.h"
 #include "deletion/frm_borrado_articulos.h"
 #include "devhost/dev_host.h"
@@ -28,21 +25,8 @@ namespace pxtarvo::benchmarks {
 
 namespace {
 
-constexpr int turns = 5;
 constexpr int articles = 200000;
 constexpr int withoutMovements = 50000;
-
-std::filesystem::path folder;
-
-std::string pathOf(std::string_view name) {
-    return (folder / name).string();
-}
-
-void require(bool done, std::string_view what) {
-    if (done) return;
-    std::cerr << what << '\n';
-    std::exit(1);
-}
 
 void createDealer() {
     const portable::SystemClock clock;
@@ -76,12 +60,6 @@ void createDealer() {
         "DROP TABLE n;"
         "COMMIT;");
 }
-
-/// What a run came to.
-struct Run {
-    double seconds = 0;
-    std::int64_t items = 0;
-};
 
 Run timed(const std::function<std::int64_t()>& action) {
     const double start = processorTime();
@@ -217,29 +195,22 @@ Run deletionOnFloor(const std::string& database) {
     });
 }
 
-struct Task {
-    const char* title;
-    Run (*floor)(const std::string& database);
-    Run (*window)(const std::string& database);
-    std::int64_t items;
-};
+using Measured = Run (*)(const std::string& database);
 
-constexpr Task tasks[] = {{"stock file", stockOnFloor, stockInWindow, articles},
-                          {"search", searchOnFloor, searchInWindow, withoutMovements},
-                          {"deletion", deletionOnFloor, deletionInWindow, withoutMovements}};
-Pairs pairs[std::size(tasks)];
-
-void measure(benchmark::State& state, std::size_t task, bool floor) {
-    const std::string database = pathOf("dealer.db");
-    for (auto _ : state) {
+/// Runs `measured` over a fresh dealer.
+std::function<Run()> overFreshDealer(Measured measured, std::int64_t items) {
+    return [=] {
+        const std::string database = pathOf("dealer.db");
         std::filesystem::copy_file(pathOf("template.db"), database,
                                    std::filesystem::copy_options::overwrite_existing);
-        const Run run = (floor ? tasks[task].floor : tasks[task].window)(database);
-        require(run.items == tasks[task].items, "not every article was met");
-        state.SetIterationTime(run.seconds);
-        pairs[task].took(floor, run.seconds);
-    }
-    state.SetItemsProcessed(tasks[task].items * static_cast<std::int64_t>(state.iterations()));
+        const Run run = measured(database);
+        require(run.items == items, "not every article was met");
+        return run;
+    };
+}
+
+Comparison comparison(std::string_view title, Measured floor, Measured window, std::int64_t items) {
+    return {title, overFreshDealer(floor, items), overFreshDealer(window, items)};
 }
 
 }  // namespace
@@ -249,23 +220,11 @@ void measure(benchmark::State& state, std::size_t task, bool floor) {
 int main(int argc, char** argv) {
     using namespace pxtarvo::benchmarks;
     benchmark::Initialize(&argc, argv);
-    folder = std::filesystem::temp_directory_path() / ("pxtarvo-bench-" + std::to_string(getpid()));
-    std::filesystem::create_directory(folder);
     createDealer();
-    for (int turn = 0; turn < turns; ++turn) {
-        for (std::size_t task = 0; task < std::size(tasks); ++task) {
-            for (const bool floor : {true, false}) {
-                const std::string title = std::string(floor ? "floor, " : "window, ") + tasks[task].title;
-                benchmark::RegisterBenchmark(title.c_str(),
-                                             [=](benchmark::State& state) { measure(state, task, floor); })
-                    ->UseManualTime()
-                    ->Iterations(1)
-                    ->Unit(benchmark::kMillisecond);
-            }
-        }
-    }
-    benchmark::RunSpecifiedBenchmarks();
-    for (std::size_t task = 0; task < std::size(tasks); ++task) pairs[task].print(tasks[task].title);
-    std::filesystem::remove_all(folder);
+    const Comparison comparisons[] = {
+        comparison("stock file", stockOnFloor, stockInWindow, articles),
+        comparison("search", searchOnFloor, searchInWindow, withoutMovements),
+        comparison("deletion", deletionOnFloor, deletionInWindow, withoutMovements)};
+    compare(comparisons);
     return 0;
 }

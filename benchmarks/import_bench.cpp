@@ -4,16 +4,15 @@
 // right before it.
 
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <string>
+#include <vector>
 
+#include "benchmarks/comparison.h"
 #include "benchmarks/floor.h"
-#include "benchmarks/pairs.h"
 #include "benchmarks/peak_memory.h"
 #include "devhost/dev_host.h"
 #include "devhost/schema.h"
@@ -25,14 +24,7 @@ namespace pxtarvo::benchmarks {
 
 namespace {
 
-constexpr int turns = 5;
-
 std::string listPath;
-std::filesystem::path folder;
-
-std::string databasePath(std::string_view name) {
-    return (folder / name).string();
-}
 
 void createDealer(const std::string& database) {
     std::filesystem::remove(database);
@@ -57,10 +49,7 @@ std::int64_t importThroughWindow(const std::string& database) {
         rows = static_cast<std::int64_t>(tarifas.ProgressBar1.value());
     };
     host.run();
-    if (!host.user().lastMessageIs("Proceso finalizado con exito")) {
-        std::cerr << host.user().messages().back().message.text << '\n';
-        std::exit(1);
-    }
+    require(host.user().lastMessageIs("Proceso finalizado con exito"), "the import did not come to its end");
     return rows;
 }
 
@@ -70,24 +59,14 @@ std::int64_t importOnFloorOf(const std::string& database) {
 
 using Import = std::int64_t (*)(const std::string& database);
 
-/// The first runs and the second ones.
-Pairs pairs[2];
-
-void measure(benchmark::State& state, bool floor, bool second) {
-    const Import import = floor ? importOnFloorOf : importThroughWindow;
-    const std::string database = databasePath("dealer.db");
-    Pairs& kind = pairs[second ? 1 : 0];
-    std::int64_t rows = 0;
-    for (auto _ : state) {
-        createDealer(database);
-        if (second) import(database);
-        const double start = processorTime();
-        rows = import(database);
-        const double taken = processorTime() - start;
-        state.SetIterationTime(taken);
-        kind.took(floor, taken);
-    }
-    state.SetItemsProcessed(rows * static_cast<std::int64_t>(state.iterations()));
+/// The second of two runs, or the first one.
+Run timed(Import import, bool second) {
+    const std::string database = pathOf("dealer.db");
+    createDealer(database);
+    if (second) import(database);
+    const double start = processorTime();
+    const std::int64_t rows = import(database);
+    return {processorTime() - start, rows};
 }
 
 }  // namespace
@@ -102,31 +81,18 @@ int main(int argc, char** argv) {
         return 2;
     }
     listPath = argv[1];
-    folder = std::filesystem::temp_directory_path() / ("pxtarvo-bench-" + std::to_string(getpid()));
-    std::filesystem::create_directory(folder);
-
-    const double memory = peakMemory([] {
-        createDealer(databasePath("memory.db"));
-        importThroughWindow(databasePath("memory.db"));
+    const std::string database = pathOf("memory.db");
+    const double memory = peakMemory([&] {
+        createDealer(database);
+        importThroughWindow(database);
     });
-    for (int turn = 0; turn < turns; ++turn) {
-        for (const bool second : {false, true}) {
-            for (const bool floor : {true, false}) {
-                const std::string title =
-                    std::string(floor ? "floor, " : "import, ") + (second ? "second run" : "first run");
-                benchmark::RegisterBenchmark(title.c_str(),
-                                             [=](benchmark::State& state) { measure(state, floor, second); })
-                    ->UseManualTime()
-                    ->Iterations(1)
-                    ->Unit(benchmark::kMillisecond);
-            }
-        }
-    }
-    benchmark::RunSpecifiedBenchmarks();
+    std::vector<Comparison> comparisons;
     for (const bool second : {false, true}) {
-        pairs[second ? 1 : 0].print(second ? "second run" : "first run");
+        comparisons.push_back({second ? "second run" : "first run",
+                               [=] { return timed(importOnFloorOf, second); },
+                               [=] { return timed(importThroughWindow, second); }});
     }
+    compare(comparisons);
     std::printf("peak memory of the first run: %.0f MB\n", memory);
-    std::filesystem::remove_all(folder);
     return 0;
 }

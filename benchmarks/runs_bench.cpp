@@ -3,17 +3,15 @@
 // would be what is measured.
 
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iostream>
 #include <string>
+#include <vector>
 
-#include "benchmarks/pairs.h"
+#include "benchmarks/comparison.h"
 #include "benchmarks/peak_memory.h"
 #include "benchmarks/runs_floor.h"
 #include "benchmarks/workbook_writer.h"
@@ -26,22 +24,9 @@ namespace pxtarvo::benchmarks {
 
 namespace {
 
-constexpr int turns = 5;
 constexpr int barcodeRows = 50000;
 constexpr int articleLines = 100000;
 constexpr int twins = 20000;
-
-std::filesystem::path folder;
-
-std::string pathOf(std::string_view name) {
-    return (folder / name).string();
-}
-
-void require(bool done, std::string_view what) {
-    if (done) return;
-    std::cerr << what << '\n';
-    std::exit(1);
-}
 
 /// Codes in another order than the identifiers, as dealers have them.
 std::string codeOf(int article) {
@@ -159,8 +144,6 @@ double inWindow(const std::string& database, const Task& task,
     return seconds;
 }
 
-Pairs pairs[std::size(tasks)];
-
 double onFloor(const std::string& database, const Task& task) {
     const portable::SystemClock clock;
     const auto connection = portable::SqliteConnection::open(database, clock);
@@ -177,15 +160,14 @@ std::string freshDealer() {
     return database;
 }
 
-void measure(benchmark::State& state, std::size_t at, bool floor) {
-    const Task& task = tasks[at];
-    for (auto _ : state) {
-        const std::string database = freshDealer();
-        const double seconds = floor ? onFloor(database, task) : inWindow(database, task);
-        state.SetIterationTime(seconds);
-        pairs[at].took(floor, seconds);
-    }
-    state.SetItemsProcessed(task.items * static_cast<std::int64_t>(state.iterations()));
+Comparison comparison(const Task& task) {
+    return {task.title,
+            [&task] {
+                return Run{onFloor(freshDealer(), task), task.items};
+            },
+            [&task] {
+                return Run{inWindow(freshDealer(), task), task.items};
+            }};
 }
 
 /// Of the location update from a file of so many lines.
@@ -203,27 +185,13 @@ void printPeakMemory(int lines) {
 int main(int argc, char** argv) {
     using namespace pxtarvo::benchmarks;
     benchmark::Initialize(&argc, argv);
-    folder = std::filesystem::temp_directory_path() / ("pxtarvo-bench-" + std::to_string(getpid()));
-    std::filesystem::create_directory(folder);
     createDealer();
     printPeakMemory(articleLines / 10);
     printPeakMemory(articleLines);
     writeWorkbook();
     writeArticleFile(pathOf("articulo.tdw"), articleLines);
-    for (int turn = 0; turn < turns; ++turn) {
-        for (std::size_t task = 0; task < std::size(tasks); ++task) {
-            for (const bool floor : {true, false}) {
-                const std::string title = std::string(floor ? "floor, " : "window, ") + tasks[task].title;
-                benchmark::RegisterBenchmark(title.c_str(),
-                                             [=](benchmark::State& state) { measure(state, task, floor); })
-                    ->UseManualTime()
-                    ->Iterations(1)
-                    ->Unit(benchmark::kMillisecond);
-            }
-        }
-    }
-    benchmark::RunSpecifiedBenchmarks();
-    for (std::size_t task = 0; task < std::size(tasks); ++task) pairs[task].print(tasks[task].title);
-    std::filesystem::remove_all(folder);
+    std::vector<Comparison> comparisons;
+    for (const Task& task : tasks) comparisons.push_back(comparison(task));
+    compare(comparisons);
     return 0;
 }
