@@ -41,8 +41,9 @@ int runLocations(const LocationsOptions& options) {
     command.reason = [&](DevHost& host, std::string told) {
         // The run leaves the file open at the line that stopped it.
         const std::int32_t line = host.platform().textFiles().linesRead(articleFileNumber);
-        if (line > 0) told.append(" (" + command.file + ", line " + plainNumber(line) + ")");
-        return told;
+        told.append(" (").append(command.file);
+        if (line > 0) told.append(", line ").append(plainNumber(line));
+        return told.append(")");
     };
     return runInWindow(options.common, command);
 }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 
@@ -7,12 +8,17 @@
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
 #include "fields/window_texts.h"
+#include "platform/conversion.h"
 #include "platform/portable/drive_paths.h"
 #include "platform/text.h"
 
 namespace pxtarvo::devhost {
 
 namespace {
+
+/// What a file that cannot be written is reported as.
+constexpr ErrorNumber fileErrors[] = {ErrorNumber::PermissionDenied, ErrorNumber::PathFileAccess,
+                                      ErrorNumber::PathNotFound};
 
 /// Says that the stock file would overwrite the database or the trace, if so.
 std::optional<std::string> fileClash(const CommonOptions& common, const StockOptions& options) {
@@ -38,6 +44,7 @@ int runStock(const CommonOptions& common, const StockOptions& options) {
     if (const auto clash = fileClash(common, options)) return leave(exitWrongCommand, *clash);
     WindowCommand command;
     command.opener = "cmdStock";
+    std::string file;
     command.actions = [&](DevHost& host, Window& window) {
         const FieldText fields[] = {
             {"--client", 5, options.client},     {"--organisation", 6, options.organisation},
@@ -45,10 +52,17 @@ int runStock(const CommonOptions& common, const StockOptions& options) {
             {"--supplier", 1, options.supplier}, {"--brand", 3, options.brand},
         };
         auto refused = typeFields(host, window, fields);
+        file = control<TextBox>(window, "Text1", 0).text();
         if (!refused) press(host, control<PushButton>(window, "XPButton1"));
         return refused;
     };
     command.successMessage = sExito;
+    command.reason = [&](DevHost&, std::string told) {
+        const bool ofTheFile = std::ranges::any_of(fileErrors, [&](ErrorNumber number) {
+            return told.starts_with("Error '" + plainNumber(static_cast<std::int32_t>(number)) + "'");
+        });
+        return ofTheFile ? joined({told, " (", file, ")"}) : told;
+    };
     return runInWindow(common, command);
 }
 
