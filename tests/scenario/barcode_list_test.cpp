@@ -142,6 +142,18 @@ TEST_F(BarcodeList, ErrorsInARowLeaveTheRowsBeforeIt) {
     }
 }
 
+TEST_F(BarcodeList, TypesOfItsNumbers) {
+    sheet({{"N1", "D", 84002.0}});
+    std::map<std::string, Variant::Type> types;
+    noteTypes(types);
+    EXPECT_TRUE(import());
+    for (const char* constant : {"ART_PVE", "ART_PCO", "Arp_Precio", "Arp_Descuento", "Art_Estado"}) {
+        EXPECT_EQ(types[constant], Variant::Type::Integer) << constant;
+    }
+    EXPECT_EQ(types["Art_Mar"], Variant::Type::Long);
+    EXPECT_EQ(types["Art_barCode"], Variant::Type::Text);
+}
+
 /// The user is not told; the window closes.
 TEST_F(BarcodeList, RefusedInsertionEndsItSilently) {
     std::vector<SheetRow> list;

@@ -211,6 +211,17 @@ TEST_F(List2006, YearChangedDuringTheRun) {
     EXPECT_THAT(rows(allPrices), ElementsAre("A|100|63", "B|100|63", "C|100|63", "D|100|50", "E|100|100"));
 }
 
+TEST_F(List2006, TypesOfItsNumbers) {
+    list({row2006("A", std::int32_t{7}, "C")});
+    std::map<std::string, Variant::Type> types;
+    noteTypes(types);
+    EXPECT_TRUE(import(true));
+    for (const char* computed : {"ART_PVE", "ART_PCO", "Arp_Precio", "Arp_Descuento"}) {
+        EXPECT_EQ(types[computed], Variant::Type::Double) << computed;
+    }
+    EXPECT_EQ(types["Art_Mar"], Variant::Type::Integer);
+}
+
 /// After a refused article insertion the supplier's row goes to whatever article is the newest.
 TEST_F(List2006, RefusedInsertionsGoUnnoticed) {
     list({row2006("A", 1.0, "C"), row2006("B", 2.0, "M", "PIEZA")});

@@ -167,6 +167,13 @@ void Scene::refuse(devhost::WriteKind kind, std::string_view table, int first) {
     };
 }
 
+void Scene::noteTypes(std::map<std::string, Variant::Type>& types) {
+    host().state().beforeWrite = [&types](const devhost::HostWrite& write) -> std::optional<std::string> {
+        for (const devhost::WrittenColumn& column : write.columns) types[column.name] = column.value.type();
+        return std::nullopt;
+    };
+}
+
 std::vector<std::string> Scene::messageTexts() {
     std::vector<std::string> texts;
     for (const devhost::ShownMessage& shown : user().messages()) texts.push_back(shown.message.text);

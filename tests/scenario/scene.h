@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -78,6 +79,9 @@ class Scene : public ::testing::Test {
     bool run(PushButton frmImpTarifas::*button, const ImportSteps& steps = {}, int option = 0);
     /// The host refuses the writes of this kind into the table from the `first` one on (1-based).
     void refuse(devhost::WriteKind kind, std::string_view table, int first = 1);
+    /// Notes the type of every value written from now on by its column: the record shows numbers of all types
+    /// alike.
+    void noteTypes(std::map<std::string, Variant::Type>& types);
 
     std::vector<std::string> messageTexts();
     /// The record's lines of this call.
