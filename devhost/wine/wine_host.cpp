@@ -104,6 +104,7 @@ WineHost::WineHost(const PlugIn& plugIn, DevHostOptions options, Recorder::Sink 
     portable::PortableOptions portable;
     portable.driveC = options.driveC;
     portable.clock = options.clock;
+    portable.makeSpreadsheet = options.makeSpreadsheet;
     stage_ = std::make_shared<Stage>(std::move(portable), recorder_);
     stage_->user->onSearch = [this](const Busqueda& busqueda, Recordset& rows) -> SearchChoice {
         const auto chosen = screen_->searching([&] { return showSearchWindow(busqueda, rows); });

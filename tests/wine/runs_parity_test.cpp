@@ -72,6 +72,12 @@ std::vector<Scenario> scenarios() {
         barcodes("barcodesBlankRow", "barcodes-blank-row-21.xls", "Proceso finalizado con exito"),
         barcodes("barcodesApostrophe", "barcodes-apostrophe-row-12.xls", "Registro 12. "),
         barcodes("barcodesMissing", "no-hay.xls", "Registro 0. No se encontró"),
+        [] {
+            Scenario alone =
+                barcodes("barcodesNoApplication", "", "Registro 0. El componente ActiveX no puede crear");
+            alone.hasSpreadsheet = false;
+            return alone;
+        }(),
         with(barcodes("barcodesArticleRefused", "", "\"ok\":false"), refusing(insert, "Art", 40)),
         with(barcodes("barcodesPriceRefused", "", "\"ok\":false"), refusing(insert, "ArtPro", 40)),
         maintenance("fixCodes", correct, "proceso concluido"),

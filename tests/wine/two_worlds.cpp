@@ -100,6 +100,11 @@ devhost::DevHostOptions TwoWorlds::optionsFor(const Scenario& scenario) {
     options.driveC = driveC();
     options.clock = std::make_shared<portable::FixedClock>(day_);
     options.rotateContexts = scenario.rotateContexts;
+    if (!scenario.hasSpreadsheet) {
+        options.makeSpreadsheet = [](const portable::DrivePaths&) -> ObjectRef<SpreadsheetApplication> {
+            throw RuntimeError(ErrorNumber::CannotCreateObject);
+        };
+    }
     return options;
 }
 

@@ -24,6 +24,7 @@ struct Scenario {
     std::vector<std::string> sql{};
     devhost::WriteHook beforeWrite{};
     bool rotateContexts = true;
+    bool hasSpreadsheet = true;  ///< without, the application cannot be created
     /// Must stand in the record, so that a scenario that did not take place is noticed.
     std::string expected{};
 };
