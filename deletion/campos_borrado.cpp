@@ -7,7 +7,6 @@ namespace pxtarvo {
 
 namespace {
 
-constexpr std::int32_t nBusquedaInteractiva = -1;
 constexpr std::string_view sParametroOrden = "PAR_ORCONTANOM";
 
 }  // namespace
@@ -73,7 +72,7 @@ void CamposBorrado::msBuscarProveedor(std::int32_t nProveedor, std::int32_t& IdP
         busqueda.nAncho1 = 600;
         busqueda.nAncho2 = 6000;
         const std::string sElegido = ayuda().Buscar(busqueda);
-        IdPro = eligio(sElegido) ? toLong(split(sElegido, separadorBuscar).at(0), locale) : 0;
+        IdPro = eligio(sElegido) ? toLong(split(sElegido, separadorBuscar).front(), locale) : 0;
     }
     if (IdPro == 0 && nProveedor < 0) return;
 
@@ -88,11 +87,6 @@ void CamposBorrado::msBuscarProveedor(std::int32_t nProveedor, std::int32_t& IdP
     }
     IdProveedor = toLong(rs->Fields(0), locale);
     escribirProveedor(joinedText(rs->Fields(1), locale), joinedText(rs->Fields(2), locale));
-}
-
-void CamposBorrado::escribirProveedor(std::string_view sCodigo, std::string_view sNombre) {
-    escribir(reglas_.nProveedor, sCodigo);
-    escribir(reglas_.nProveedor + 1, sNombre);
 }
 
 }  // namespace pxtarvo

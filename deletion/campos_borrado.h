@@ -25,9 +25,6 @@ class CamposBorrado : public CamposCodigo {
     /// Made at its first use.
     HostFieldHelper& ayuda() override;
     void buscarProveedor() override;
-
-  private:
-    void escribirProveedor(std::string_view sCodigo, std::string_view sNombre);
 };
 
 }  // namespace pxtarvo

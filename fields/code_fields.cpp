@@ -10,7 +10,6 @@ namespace {
 constexpr double nColorFondo = 16777215;  // white
 constexpr double nColorFoco = 65535;      // yellow
 constexpr std::size_t nSinEleccion = 2;   // an answer of the search list up to this length chose nothing
-constexpr std::int32_t nBusquedaInteractiva = -1;
 constexpr std::string_view sFormatoImporte = "#,###,##0.00";
 
 constexpr std::string_view sProveedores =
@@ -62,6 +61,16 @@ void CamposCodigo::escribir(int Index, std::string_view sTexto) {
     Text1_[Index].setText(sTexto);
 }
 
+void CamposCodigo::escribirProveedor(std::string_view sCodigo, std::string_view sNombre) {
+    escribir(reglas_.nProveedor, sCodigo);
+    escribir(reglas_.nProveedor + 1, sNombre);
+}
+
+void CamposCodigo::escribirMarca(std::string_view sCodigo, std::string_view sDescripcion) {
+    escribir(reglas_.nMarca, sCodigo);
+    escribir(reglas_.nMarca + 1, sDescripcion);
+}
+
 void CamposCodigo::avisarEnCampo(std::string_view sTexto, int Index) {
     ventana_.setTag(etiquetaAviso);
     avisar(sTexto);
@@ -108,15 +117,13 @@ void CamposCodigo::buscarProveedorPorNombre() {
 
 void CamposCodigo::aceptarProveedor(const std::string& sElegido) {
     if (!eligio(sElegido)) {
-        escribir(reglas_.nProveedor, "");
-        escribir(reglas_.nProveedor + 1, "");
+        escribirProveedor("", "");
         return;
     }
     const std::vector<std::string_view> partes = split(sElegido, separadorBuscar);
     if (partes.size() < 3) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
     IdProveedor = toLong(partes[0], ventana_.platform().locale());
-    escribir(reglas_.nProveedor, partes[1]);
-    escribir(reglas_.nProveedor + 1, partes[2]);
+    escribirProveedor(partes[1], partes[2]);
 }
 
 void CamposCodigo::msBuscarProveedor(std::int32_t nProveedor) {
@@ -127,8 +134,7 @@ void CamposCodigo::msBuscarProveedor(std::int32_t nProveedor) {
     const std::string sSQL = std::string(sProveedores) + " where Pro_COD=" + plainNumber(nProveedor);
     const ObjectRef<Recordset> rs = consultar(sSQL);
     if (rs->RecordCount() < 1) {
-        escribir(reglas_.nProveedor, "");
-        escribir(reglas_.nProveedor + 1, "");
+        escribirProveedor("", "");
         return;
     }
     const Locale& locale = ventana_.platform().locale();
@@ -160,14 +166,13 @@ void CamposCodigo::msBuscarMarca(std::string& sMarca) {
     const std::string sSQL = std::string(sMarcas) + " where Marca_CodAbrev = '" + sMarca + "'";
     const ObjectRef<Recordset> rs = consultar(sSQL);
     if (rs->RecordCount() < 1) {
-        escribir(reglas_.nMarca, "");
-        escribir(reglas_.nMarca + 1, "");
+        escribirMarca("", "");
         return;
     }
     const Locale& locale = ventana_.platform().locale();
     IdMarca = toLong(rs->Fields("Marca_Id"), locale);
-    escribir(reglas_.nMarca, joinedText(rs->Fields("Marca_CodAbrev"), locale));
-    escribir(reglas_.nMarca + 1, joinedText(rs->Fields("Marca_Des"), locale));
+    escribirMarca(joinedText(rs->Fields("Marca_CodAbrev"), locale),
+                  joinedText(rs->Fields("Marca_Des"), locale));
     rs->Close();
 }
 

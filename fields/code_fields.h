@@ -67,6 +67,10 @@ class CamposCodigo {
     /// Asks whether to search suppliers by their fiscal name; no means by the commercial one.
     bool preguntarNombreFiscal();
     void escribir(int Index, std::string_view sTexto);
+    void escribirProveedor(std::string_view sCodigo, std::string_view sNombre);
+
+    /// In place of a supplier code: asks the user to search.
+    static constexpr std::int32_t nBusquedaInteractiva = -1;
 
     Window& ventana_;
     const ControlArray<TextBox>& Text1_;
@@ -75,6 +79,7 @@ class CamposCodigo {
   private:
     void buscarProveedorPorNombre();
     void aceptarProveedor(const std::string& sElegido);
+    void escribirMarca(std::string_view sCodigo, std::string_view sDescripcion);
 };
 
 /// How a date field is shown.

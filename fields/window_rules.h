@@ -2,6 +2,7 @@
 
 // What differs from window to window in the handling of its fields and keys: one table of data each.
 
+#include <iterator>
 #include <span>
 #include <string_view>
 
@@ -50,27 +51,18 @@ inline constexpr ReglaCampo camposImportacion[] = {
     {1, AlEntrar::SoltarProveedor, AlSalir::BuscarProveedor, Filtro::Numero},
     {2, AlEntrar::QuitarBarras, AlSalir::Fecha, Filtro::Fecha},
     {3, AlEntrar::Nada, AlSalir::BuscarMarca, Filtro::Ninguno},
-    {7, AlEntrar::QuitarBarras, AlSalir::Fecha, Filtro::Fecha},
     {8, AlEntrar::QuitarBarras, AlSalir::Fecha, Filtro::Fecha},
     {9, AlEntrar::Nada, AlSalir::Nada, Filtro::Fecha},
     {10, AlEntrar::Nada, AlSalir::Nada, Filtro::Fecha},
     {11, AlEntrar::Nada, AlSalir::Importe, Filtro::Ninguno},
     {12, AlEntrar::Nada, AlSalir::Importe, Filtro::Ninguno},
+    {7, AlEntrar::QuitarBarras, AlSalir::Fecha, Filtro::Fecha},
 };
 inline constexpr ReglasVentana reglasImportacion{camposImportacion, 1, 3, "\t", false};
 
-/// Its index 7 is a plain text; the other rules are the import window's.
-inline constexpr ReglaCampo camposExistencias[] = {
-    {1, AlEntrar::SoltarProveedor, AlSalir::BuscarProveedor, Filtro::Numero},
-    {2, AlEntrar::QuitarBarras, AlSalir::Fecha, Filtro::Fecha},
-    {3, AlEntrar::Nada, AlSalir::BuscarMarca, Filtro::Ninguno},
-    {8, AlEntrar::QuitarBarras, AlSalir::Fecha, Filtro::Fecha},
-    {9, AlEntrar::Nada, AlSalir::Nada, Filtro::Fecha},
-    {10, AlEntrar::Nada, AlSalir::Nada, Filtro::Fecha},
-    {11, AlEntrar::Nada, AlSalir::Importe, Filtro::Ninguno},
-    {12, AlEntrar::Nada, AlSalir::Importe, Filtro::Ninguno},
-};
-inline constexpr ReglasVentana reglasExistencias{camposExistencias, 1, 3, "\t", false};
+/// The import window's rules but for the last one: index 7 is a plain text here.
+inline constexpr ReglasVentana reglasExistencias{
+    std::span(camposImportacion).first<std::size(camposImportacion) - 1>(), 1, 3, "\t", false};
 
 /// Index 0 would be a supplier code, which this window does not have; 1 is a date.
 inline constexpr ReglaCampo camposBorrado[] = {
