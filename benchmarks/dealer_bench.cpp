@@ -16,6 +16,7 @@
 #include "deletion/frm_borrado_articulos.h"
 #include "devhost/dev_host.h"
 #include "devhost/schema.h"
+#include "fields/window_texts.h"
 #include "import/frm_imp_tarifas.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/sqlite_connection.h"
@@ -88,18 +89,18 @@ Run inWindow(const std::string& database, PushButton frmImpTarifas::*button,
 }
 
 Run stockInWindow(const std::string& database) {
-    return inWindow<frmExistencias>(
-        database, &frmImpTarifas::cmdStock, [](devhost::DevHost& host, frmExistencias& window) {
-            host.desktop().type(window.Text1[0], pathOf("stock.txt"));
-            host.desktop().type(window.Text1[1], "24");
-            host.desktop().type(window.Text1[3], "SAME");
-            const Run run = timed([&] {
-                host.desktop().click(window.XPButton1);
-                return static_cast<std::int64_t>(window.ProgressBar1.value());
-            });
-            require(host.user().lastMessageIs("Proceso finalizado con exito"), "no stock file");
-            return run;
-        });
+    return inWindow<frmExistencias>(database, &frmImpTarifas::cmdStock,
+                                    [](devhost::DevHost& host, frmExistencias& window) {
+                                        host.desktop().type(window.Text1[0], pathOf("stock.txt"));
+                                        host.desktop().type(window.Text1[1], "24");
+                                        host.desktop().type(window.Text1[3], "SAME");
+                                        const Run run = timed([&] {
+                                            host.desktop().click(window.XPButton1);
+                                            return static_cast<std::int64_t>(window.ProgressBar1.value());
+                                        });
+                                        require(host.user().lastMessageIs(sExito), "no stock file");
+                                        return run;
+                                    });
 }
 
 Run stockOnFloor(const std::string& database) {
@@ -170,7 +171,7 @@ Run deletionInWindow(const std::string& database) {
                 host.desktop().click(window.cmdBorrar);
                 return static_cast<std::int64_t>(window.ProgressBar1.value());
             });
-            require(host.user().lastMessageIs("Proceso de borrado finalizado"), "nothing deleted");
+            require(host.user().lastMessageIs(sBorradoFinalizado), "nothing deleted");
             return run;
         });
 }

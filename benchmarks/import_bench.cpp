@@ -16,6 +16,7 @@
 #include "benchmarks/peak_memory.h"
 #include "devhost/dev_host.h"
 #include "devhost/schema.h"
+#include "fields/window_texts.h"
 #include "import/frm_imp_tarifas.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/sqlite_connection.h"
@@ -49,7 +50,7 @@ std::int64_t importThroughWindow(const std::string& database) {
         rows = static_cast<std::int64_t>(tarifas.ProgressBar1.value());
     };
     host.run();
-    require(host.user().lastMessageIs("Proceso finalizado con exito"), "the import did not come to its end");
+    require(host.user().lastMessageIs(sExito), "the import did not come to its end");
     return rows;
 }
 

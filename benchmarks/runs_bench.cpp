@@ -17,7 +17,10 @@
 #include "benchmarks/workbook_writer.h"
 #include "devhost/dev_host.h"
 #include "devhost/schema.h"
+#include "fields/window_texts.h"
+#include "import/article_file.h"
 #include "import/frm_imp_tarifas.h"
+#include "import/run_texts.h"
 #include "platform/portable/clocks.h"
 
 namespace pxtarvo::benchmarks {
@@ -100,7 +103,7 @@ struct Task {
     const char* title;
     std::int64_t (*floor)(portable::SqliteConnection& connection);
     PushButton frmImpTarifas::*button;
-    std::string_view success;
+    std::string success;
     std::int64_t items;
     bool inHostsTransaction;
 };
@@ -110,14 +113,14 @@ const Task tasks[] = {
      [](portable::SqliteConnection& connection) {
          return barcodesOnFloor(connection, pathOf("barcodes.xls"));
      },
-     &frmImpTarifas::XPButton1, "Proceso finalizado con exito", barcodeRows, true},
+     &frmImpTarifas::XPButton1, std::string(sExito), barcodeRows, true},
     {"location update",
      [](portable::SqliteConnection& connection) {
          return locationsOnFloor(connection, pathOf("articulo.tdw"));
      },
-     &frmImpTarifas::XPButton4, "Proceso de importacion de C:\\tarvo\\articulo.tdw finalizado", articleLines,
-     true},
-    {"code correction", correctionOnFloor, &frmImpTarifas::XPButton3, "proceso concluido", twins, false},
+     &frmImpTarifas::XPButton4, textoUbicacionesLeidas(), articleLines, true},
+    {"code correction", correctionOnFloor, &frmImpTarifas::XPButton3, std::string(sCorreccionConcluida),
+     twins, false},
 };
 
 /// Seconds that pressing `button` takes, the window opened and filled in before.

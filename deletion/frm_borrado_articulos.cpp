@@ -220,7 +220,7 @@ void frmBorradoArticulos::cmdBorrar_Click() {
         MyBd()->Conexion()->CommitTrans();
     });
     if (!error) {
-        mensaje("Proceso de borrado finalizado", MessageIcon::Information);
+        mensaje(sBorradoFinalizado, MessageIcon::Information);
     } else {
         MyBd()->Conexion()->RollbackTrans();
         if (!error->is(ErrorNumber::HostRefused)) mensaje(error->description(), MessageIcon::Critical);

@@ -3,11 +3,15 @@
 // The deletion window: lists the articles that no movement refers to, and deletes all that it found.
 
 #include <string>
+#include <string_view>
 
 #include "deletion/campos_borrado.h"
 #include "platform/window.h"
 
 namespace pxtarvo {
+
+/// Ends a deletion that was committed.
+inline constexpr std::string_view sBorradoFinalizado = "Proceso de borrado finalizado";
 
 class frmBorradoArticulos : public Window {
   public:

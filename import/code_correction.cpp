@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "import/run_state.h"
+#include "import/run_texts.h"
 #include "platform/conversion.h"
 #include "platform/error_trap.h"
 #include "platform/platform.h"
@@ -56,7 +57,7 @@ void frmImpTarifas::XPButton3_Click() {
         MyBd()->Conexion()->CommitTrans();
     });
     if (error) MyBd()->Conexion()->RollbackTrans();
-    avisar(error ? error->description() : "proceso concluido");
+    avisar(error ? error->description() : std::string(sCorreccionConcluida));
 }
 
 void frmImpTarifas::pasarExistencias(const Recordset& rsOrigen) {

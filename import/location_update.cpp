@@ -11,7 +11,6 @@ namespace pxtarvo {
 
 namespace {
 
-constexpr int nFichero = 1;
 constexpr char separadorCampos = '\x01';
 constexpr std::size_t nMaximoPasillo = 20;
 
@@ -49,13 +48,13 @@ void frmImpTarifas::XPButton4_Click() {
     platform().desktop().doEvents();
 
     TextFiles& ficheros = platform().textFiles();
-    ficheros.openForInput(nFichero, sFichero);
-    while (!ficheros.atEnd(nFichero)) {
-        const std::string sLinea = ficheros.lineInput(nFichero);
+    ficheros.openForInput(nFicheroArticulos, sFichero);
+    while (!ficheros.atEnd(nFicheroArticulos)) {
+        const std::string sLinea = ficheros.lineInput(nFicheroArticulos);
         ubicarArticulo(split(sLinea, separadorCampos));
     }
-    ficheros.close(nFichero);
-    avisar(joined({"Proceso de importacion de ", sFichero, " finalizado"}));
+    ficheros.close(nFicheroArticulos);
+    avisar(textoUbicacionesLeidas());
 }
 
 void frmImpTarifas::ubicarArticulo(const std::vector<std::string_view>& campos) {

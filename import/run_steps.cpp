@@ -1,6 +1,7 @@
 // The steps that the imports share.
 
 #include "import/run_state.h"
+#include "import/run_texts.h"
 #include "platform/conversion.h"
 #include "platform/error_trap.h"
 #include "platform/platform.h"
@@ -25,7 +26,7 @@ void frmImpTarifas::correr(const Corrida& corrida, const std::function<void()>& 
 }
 
 std::string frmImpTarifas::textoError(const Corrida& corrida, const RuntimeError& error) {
-    return joined({"Registro ", plainNumber(corrida.nFila), ". ", error.description()});
+    return joined({sRegistro, plainNumber(corrida.nFila), ". ", error.description()});
 }
 
 void frmImpTarifas::retirarArticulos(std::string_view sCampoMarca, std::int32_t IdMarca) {

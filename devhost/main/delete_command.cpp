@@ -1,6 +1,7 @@
 #include <iostream>
 #include <memory>
 
+#include "deletion/frm_borrado_articulos.h"
 #include "devhost/main/commands.h"
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
@@ -81,7 +82,7 @@ int runDelete(const CommonOptions& common, const DeleteOptions& options) {
         }
         return refused;
     };
-    command.successMessage = "Proceso de borrado finalizado";
+    command.successMessage = sBorradoFinalizado;
     command.endedWell = [&] { return listed; };
     command.reason = [](DevHost& host, std::string told) { return reasonOf(host.user(), std::move(told)); };
     return runInWindow(common, command);

@@ -7,6 +7,7 @@
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
 #include "fields/window_texts.h"
+#include "import/run_texts.h"
 
 namespace pxtarvo::devhost {
 
@@ -18,8 +19,6 @@ constexpr std::string_view windowList = "same";
 
 /// The only year of the barcode list that the window imports.
 constexpr std::string_view barcodeYear = "2008";
-/// How a run that stopped at an error begins its message.
-constexpr std::string_view stoppedAtRow = "Registro ";
 
 int positionOf(std::string_view list) {
     return list == windowList ? 0 : 1;
@@ -53,7 +52,7 @@ int runImport(const CommonOptions& common, const ImportOptions& options) {
         if (list == windowList) return told;
         if (year != barcodeYear)
             return "nothing was imported: the list " + list + " has no import for " + year;
-        if (!closed || told.starts_with(stoppedAtRow)) return told;
+        if (!closed || told.starts_with(sRegistro)) return told;
         return "the host refused to insert a row; the run ended there, without a message";
     };
     command.file = options.file.value_or("");

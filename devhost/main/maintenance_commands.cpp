@@ -9,13 +9,12 @@
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
 #include "import/article_file.h"
+#include "import/run_texts.h"
 #include "platform/conversion.h"
 
 namespace pxtarvo::devhost {
 
 namespace {
-
-constexpr int articleFileNumber = 1;
 
 struct LocationsOptions {
     CommonOptions common;
@@ -32,15 +31,14 @@ WindowCommand pressing(std::string_view button) {
 }
 
 int runLocations(const LocationsOptions& options) {
-    const std::string fixedPath(sFicheroArticulos);
-    const std::string success = "Proceso de importacion de " + fixedPath + " finalizado";
+    const std::string success = textoUbicacionesLeidas();
     WindowCommand command = pressing("XPButton4");
     command.successMessage = success;
-    command.file = options.file.empty() ? fixedPath : options.file;
+    command.file = options.file.empty() ? std::string(sFicheroArticulos) : options.file;
     command.articleFile = options.file;
     command.reason = [&](DevHost& host, std::string told) {
         // The run leaves the file open at the line that stopped it.
-        const std::int32_t line = host.platform().textFiles().linesRead(articleFileNumber);
+        const std::int32_t line = host.platform().textFiles().linesRead(nFicheroArticulos);
         told.append(" (").append(command.file);
         if (line > 0) told.append(", line ").append(plainNumber(line));
         return told.append(")");
@@ -50,7 +48,7 @@ int runLocations(const LocationsOptions& options) {
 
 int runFixCodes(const CommonOptions& options) {
     WindowCommand command = pressing("XPButton3");
-    command.successMessage = "proceso concluido";
+    command.successMessage = sCorreccionConcluida;
     command.reason = [](DevHost& host, std::string told) -> std::string {
         const auto& messages = host.user().messages();
         const bool refused = !messages.empty() && messages.back().answer == MessageAnswer::No;
