@@ -38,12 +38,12 @@ Reference<ITypeInfo> describedType(IDispatch& object, LCID locale) {
     return description;
 }
 
-/// A list that only grows: it is read without a lock, as what stands in it never changes.
+/// A list that only grows: it is read without a lock, as its entries stay where they are.
 template <class Entry, std::size_t size>
 class GrowingList {
   public:
     template <class Same>
-    const Entry* find(const Same& same) const {
+    Entry* find(const Same& same) const {
         const std::size_t count = count_.load(std::memory_order_acquire);
         for (std::size_t at = 0; at < count; ++at) {
             if (same(*entries_[at])) return entries_[at].get();
@@ -52,9 +52,9 @@ class GrowingList {
     }
     /// What stands there already, or a new entry; nullptr when the list is full.
     template <class Same, class... Arguments>
-    const Entry* add(const Same& same, Arguments&&... arguments) {
+    Entry* add(const Same& same, Arguments&&... arguments) {
         const std::lock_guard guard(lock_);
-        if (const Entry* known = find(same)) return known;
+        if (Entry* known = find(same)) return known;
         const std::size_t count = count_.load(std::memory_order_relaxed);
         if (count == size) return nullptr;
         entries_[count] = std::make_unique<Entry>(std::forward<Arguments>(arguments)...);
@@ -84,13 +84,13 @@ class MemberIdentifiers {
         description->ReleaseTypeAttr(attributes);
         if (IsEqualGUID(type, GUID_NULL) || IsEqualGUID(type, IID_IDispatch)) return undescribed;
 
-        static GrowingList<std::unique_ptr<MemberIdentifiers>, 64> types;
-        const auto same = [&](const std::unique_ptr<MemberIdentifiers>& known) {
-            return IsEqualGUID(known->type_, type) && known->locale_ == locale;
+        static GrowingList<MemberIdentifiers, 64> types;
+        const auto same = [&](const MemberIdentifiers& known) {
+            return IsEqualGUID(known.type_, type) && known.locale_ == locale;
         };
-        const auto* known = types.find(same);
-        if (!known) known = types.add(same, std::make_unique<MemberIdentifiers>(type, locale));
-        return known ? **known : undescribed;
+        MemberIdentifiers* known = types.find(same);
+        if (!known) known = types.add(same, type, locale);
+        return known ? *known : undescribed;
     }
 
     MemberIdentifiers(const GUID& type, LCID locale) : type_(type), locale_(locale) {}
