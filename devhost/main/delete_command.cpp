@@ -64,7 +64,7 @@ std::string reasonOf(const DevUser& user, std::string told) {
                                              : "nothing was deleted: the answer was no";
 }
 
-int runDelete(const CommonOptions& common, const DeleteOptions& options) {
+int runDelete(const DeleteOptions& options) {
     bool listed = false;
     WindowCommand command;
     command.opener = "cmdBorrado";
@@ -85,28 +85,22 @@ int runDelete(const CommonOptions& common, const DeleteOptions& options) {
     command.successMessage = sBorradoFinalizado;
     command.endedWell = [&] { return listed; };
     command.reason = [](DevHost& host, std::string told) { return reasonOf(host.user(), std::move(told)); };
-    return runInWindow(common, command);
+    return runInWindow(options.common, command);
 }
 
 }  // namespace
 
 void addDeleteCommand(CLI::App& program, Command& chosen) {
-    struct Both {
-        CommonOptions common;
-        DeleteOptions deletion;
-    };
-    const auto options = std::make_shared<Both>();
-    CLI::App& command = *program.add_subcommand(
-        "delete", "Search articles without movements through the deletion window and delete them");
-    addCommonOptions(command, options->common);
-    command.add_option("--brand", options->deletion.brand, "only this brand's articles");
-    command.add_option("--until", options->deletion.until, "only articles whose state is not younger")
+    const auto options = std::make_shared<DeleteOptions>();
+    CLI::App& command = addCommand(
+        program, chosen, "delete",
+        "Search articles without movements through the deletion window and delete them", options, runDelete);
+    command.add_option("--brand", options->brand, "only this brand's articles");
+    command.add_option("--until", options->until, "only articles whose state is not younger")
         ->type_name("DD/MM/YYYY");
-    command.add_option("--state", options->deletion.state, "only articles of this state")
+    command.add_option("--state", options->state, "only articles of this state")
         ->check(CLI::IsMember({"todos", "activo", "baja"}));
-    command.add_flag("--list-only", options->deletion.listOnly, "list the articles and delete none");
-    command.callback(
-        [options, &chosen] { chosen = [options] { return runDelete(options->common, options->deletion); }; });
+    command.add_flag("--list-only", options->listOnly, "list the articles and delete none");
 }
 
 }  // namespace pxtarvo::devhost

@@ -36,7 +36,7 @@ std::optional<Refusal> fillIn(DevHost& host, Window& window, const ImportOptions
     return typeFields(host, window, fields);
 }
 
-int runImport(const CommonOptions& common, const ImportOptions& options) {
+int runImport(const ImportOptions& options) {
     const std::string year = options.year.value_or(std::string(windowYear));
     const std::string list = options.list.value_or(std::string(windowList));
     WindowCommand command;
@@ -56,29 +56,22 @@ int runImport(const CommonOptions& common, const ImportOptions& options) {
         return "the host refused to insert a row; the run ended there, without a message";
     };
     command.file = options.file.value_or("");
-    return runInWindow(common, command);
+    return runInWindow(options.common, command);
 }
 
 }  // namespace
 
 void addImportCommand(CLI::App& program, Command& chosen) {
-    struct Both {
-        CommonOptions common;
-        ImportOptions import;
-    };
-    const auto options = std::make_shared<Both>();
-    CLI::App& command = *program.add_subcommand("import", "Import a price list through the import window");
-    addCommonOptions(command, options->common);
-    command.add_option("--year", options->import.year, "the list's year")
+    const auto options = std::make_shared<ImportOptions>();
+    CLI::App& command = addCommand(program, chosen, "import", "Import a price list through the import window",
+                                   options, runImport);
+    command.add_option("--year", options->year, "the list's year")
         ->check(CLI::IsMember({"2006", "2007", "2008", "2009", "2010", "2011", "2012"}));
-    command
-        .add_option("--list", options->import.list, "which supplier's list: same (yearly) or ama (barcodes)")
+    command.add_option("--list", options->list, "which supplier's list: same (yearly) or ama (barcodes)")
         ->check(CLI::IsMember({"same", "ama"}));
-    command.add_option("--file", options->import.file, "the list's file")->type_name("PATH");
-    command.add_option("--supplier", options->import.supplier, "the supplier's code");
-    command.add_option("--brand", options->import.brand, "the brand's code");
-    command.callback(
-        [options, &chosen] { chosen = [options] { return runImport(options->common, options->import); }; });
+    command.add_option("--file", options->file, "the list's file")->type_name("PATH");
+    command.add_option("--supplier", options->supplier, "the supplier's code");
+    command.add_option("--brand", options->brand, "the brand's code");
 }
 
 }  // namespace pxtarvo::devhost

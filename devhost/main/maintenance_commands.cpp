@@ -21,6 +21,10 @@ struct LocationsOptions {
     std::string file;
 };
 
+struct FixCodesOptions {
+    CommonOptions common;
+};
+
 WindowCommand pressing(std::string_view button) {
     WindowCommand command;
     command.actions = [button](DevHost& host, Window& window) -> std::optional<Refusal> {
@@ -46,7 +50,7 @@ int runLocations(const LocationsOptions& options) {
     return runInWindow(options.common, command);
 }
 
-int runFixCodes(const CommonOptions& options) {
+int runFixCodes(const FixCodesOptions& options) {
     WindowCommand command = pressing("XPButton3");
     command.successMessage = sCorreccionConcluida;
     command.reason = [](DevHost& host, std::string told) -> std::string {
@@ -54,28 +58,23 @@ int runFixCodes(const CommonOptions& options) {
         const bool refused = !messages.empty() && messages.back().answer == MessageAnswer::No;
         return refused ? "nothing was corrected: the question was answered no" : told;
     };
-    return runInWindow(options, command);
+    return runInWindow(options.common, command);
 }
 
 }  // namespace
 
 void addLocationsCommand(CLI::App& program, Command& chosen) {
     const auto options = std::make_shared<LocationsOptions>();
-    CLI::App& command =
-        *program.add_subcommand("locations", "Give articles without a place the one of the article file");
-    addCommonOptions(command, options->common);
-    command
+    addCommand(program, chosen, "locations", "Give articles without a place the one of the article file",
+               options, runLocations)
         .add_option("--file", options->file, "stands for the article file, " + std::string(sFicheroArticulos))
         ->type_name("PATH");
-    command.callback([options, &chosen] { chosen = [options] { return runLocations(*options); }; });
 }
 
 void addFixCodesCommand(CLI::App& program, Command& chosen) {
-    const auto options = std::make_shared<CommonOptions>();
-    CLI::App& command = *program.add_subcommand(
-        "fix-codes", "Move the stock of codes without a leading zero to the same codes with it");
-    addCommonOptions(command, *options);
-    command.callback([options, &chosen] { chosen = [options] { return runFixCodes(*options); }; });
+    addCommand(program, chosen, "fix-codes",
+               "Move the stock of codes without a leading zero to the same codes with it",
+               std::make_shared<FixCodesOptions>(), runFixCodes);
 }
 
 }  // namespace pxtarvo::devhost

@@ -4,9 +4,11 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "devhost/main/commands.h"
 #include "platform/clock.h"
 #include "platform/desktop.h"
 
@@ -25,6 +27,7 @@ struct CommonOptions {
 
 /// What is not given leaves its field as the window loads it.
 struct ImportOptions {
+    CommonOptions common;
     std::optional<std::string> year;
     std::optional<std::string> list;  ///< "same" or "ama"
     std::optional<std::string> file;
@@ -34,6 +37,7 @@ struct ImportOptions {
 
 /// What is not given leaves its field as the window loads it.
 struct StockOptions {
+    CommonOptions common;
     std::optional<std::string> file;
     std::optional<std::string> supplier;
     std::optional<std::string> brand;
@@ -44,6 +48,7 @@ struct StockOptions {
 
 /// What is not given leaves its field as the window loads it.
 struct DeleteOptions {
+    CommonOptions common;
     std::optional<std::string> brand;
     std::optional<std::string> until;
     std::optional<std::string> state;  ///< "todos", "activo" or "baja"
@@ -52,5 +57,16 @@ struct DeleteOptions {
 
 /// Gives `command` the database's name and the common options.
 void addCommonOptions(CLI::App& command, CommonOptions& options);
+
+/// Adds a command with the common options, which `options` holds beside its own; these are the caller's to
+/// add. Where the user names the command, `run` is what the program does.
+template <class Options>
+CLI::App& addCommand(CLI::App& program, Command& chosen, const std::string& name, const std::string& purpose,
+                     const std::shared_ptr<Options>& options, int (*run)(const Options&)) {
+    CLI::App& command = *program.add_subcommand(name, purpose);
+    addCommonOptions(command, options->common);
+    command.callback([=, &chosen] { chosen = [=] { return run(*options); }; });
+    return command;
+}
 
 }  // namespace pxtarvo::devhost

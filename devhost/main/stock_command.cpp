@@ -21,16 +21,16 @@ constexpr ErrorNumber fileErrors[] = {ErrorNumber::PermissionDenied, ErrorNumber
                                       ErrorNumber::PathNotFound};
 
 /// Says that the stock file would overwrite the database or the trace, if so.
-std::optional<std::string> fileClash(const CommonOptions& common, const StockOptions& options) {
+std::optional<std::string> fileClash(const StockOptions& options) {
     if (!options.file) return std::nullopt;
     std::error_code unknown;
     const auto whole = [&](std::string_view path) {
-        const std::string place = portable::DrivePaths(common.driveC).resolve(path);
+        const std::string place = portable::DrivePaths(options.common.driveC).resolve(path);
         return std::filesystem::weakly_canonical(std::filesystem::absolute(place, unknown), unknown);
     };
     // The window writes to the path without the blanks around it.
     const std::filesystem::path written = whole(trimBlanks(*options.file));
-    for (const std::string& kept : {common.database, common.trace}) {
+    for (const std::string& kept : {options.common.database, options.common.trace}) {
         if (kept.empty()) continue;
         const std::filesystem::path one = whole(kept);
         if (one == written || std::filesystem::equivalent(one, written, unknown)) {
@@ -40,8 +40,8 @@ std::optional<std::string> fileClash(const CommonOptions& common, const StockOpt
     return std::nullopt;
 }
 
-int runStock(const CommonOptions& common, const StockOptions& options) {
-    if (const auto clash = fileClash(common, options)) return leave(exitWrongCommand, *clash);
+int runStock(const StockOptions& options) {
+    if (const auto clash = fileClash(options)) return leave(exitWrongCommand, *clash);
     WindowCommand command;
     command.opener = "cmdStock";
     std::string file;
@@ -63,27 +63,21 @@ int runStock(const CommonOptions& common, const StockOptions& options) {
         });
         return ofTheFile ? joined({told, " (", file, ")"}) : told;
     };
-    return runInWindow(common, command);
+    return runInWindow(options.common, command);
 }
 
 }  // namespace
 
 void addStockCommand(CLI::App& program, Command& chosen) {
-    struct Both {
-        CommonOptions common;
-        StockOptions stock;
-    };
-    const auto options = std::make_shared<Both>();
-    CLI::App& command = *program.add_subcommand("stock", "Write the stock file through the stock window");
-    addCommonOptions(command, options->common);
-    command.add_option("--file", options->stock.file, "the file to write")->type_name("PATH");
-    command.add_option("--supplier", options->stock.supplier, "the supplier's code");
-    command.add_option("--brand", options->stock.brand, "the brand's code");
-    command.add_option("--client", options->stock.client, "the dealer's client code");
-    command.add_option("--organisation", options->stock.organisation, "the supplier's sales organisation");
-    command.add_option("--address", options->stock.address, "the code of the shipping address");
-    command.callback(
-        [options, &chosen] { chosen = [options] { return runStock(options->common, options->stock); }; });
+    const auto options = std::make_shared<StockOptions>();
+    CLI::App& command = addCommand(program, chosen, "stock", "Write the stock file through the stock window",
+                                   options, runStock);
+    command.add_option("--file", options->file, "the file to write")->type_name("PATH");
+    command.add_option("--supplier", options->supplier, "the supplier's code");
+    command.add_option("--brand", options->brand, "the brand's code");
+    command.add_option("--client", options->client, "the dealer's client code");
+    command.add_option("--organisation", options->organisation, "the supplier's sales organisation");
+    command.add_option("--address", options->address, "the code of the shipping address");
 }
 
 }  // namespace pxtarvo::devhost
