@@ -1,56 +1,62 @@
-# A room of the house: one folder, one static library (or header-only target), linked only to the rooms that it
-# may include. Its headers are reachable under their path from the top (host/tables.h) through a folder of links
-# of its own, so a target sees the headers of the rooms that it links and of no others.
+# A room of the house: one folder, one target, linked only to the rooms that it may include. Its headers are reachable
+# under their path from the top (host/tables.h) through a folder of links of its own, so a target sees the headers of
+# the rooms that it links, of those that their headers name in turn, and of no others.
 #
-#   add_room(<target> <folder> [FILES <name without ending>...] [LINKS <room or library>...])
-#
-# With FILES only these of the folder's files make up the room.
-function(add_room target folder)
-    cmake_parse_arguments(ROOM "" "" "FILES;LINKS" ${ARGN})
-    set(source_folder "${PROJECT_SOURCE_DIR}/${folder}")
+#   add_room(<target> <folder> [SEPARATE] [PUBLIC <room or library>...] [PRIVATE <room or library>...])
+#       a static library, or a header-only target; PUBLIC are those that its headers include, SEPARATE
+#       where two of its files use one name for things of their own
+#   add_room_program(<target> <folder> LINKS <room or library>... [SOURCES <further file>...])
+#       a program of all the folder's sources
+#   describe_room(<target> <folder> <room or library>...)
+#       of a target that is made otherwise: gives it its folder of links and enters it into the house's list
+
+# How many files are compiled together where PXTARVO_UNITY is set; 0 are all of a target.
+set(PXTARVO_ROOM_BATCH 12)
+set(PXTARVO_PROGRAM_BATCH 0)
+
+function(describe_room target folder)
     set(link_root "${PROJECT_BINARY_DIR}/rooms/${target}")
-    if(NOT ROOM_FILES)
-        set(ROOM_FILES "*")
-    endif()
-    list(TRANSFORM ROOM_FILES PREPEND "${source_folder}/")
-    list(TRANSFORM ROOM_FILES APPEND ".h" OUTPUT_VARIABLE header_names)
-    list(TRANSFORM ROOM_FILES APPEND ".cpp" OUTPUT_VARIABLE source_names)
-    file(GLOB headers CONFIGURE_DEPENDS ${header_names})
-    file(GLOB sources CONFIGURE_DEPENDS ${source_names})
+    file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.h")
     file(REMOVE_RECURSE "${link_root}")
     file(MAKE_DIRECTORY "${link_root}/${folder}")
     foreach(header IN LISTS headers)
         get_filename_component(name "${header}" NAME)
         file(CREATE_LINK "${header}" "${link_root}/${folder}/${name}" SYMBOLIC)
     endforeach()
-    if(sources)
-        add_library(${target} STATIC ${sources} ${headers})
-        set(scope PUBLIC)
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL INTERFACE_LIBRARY)
+        target_include_directories(${target} INTERFACE "${link_root}")
     else()
-        add_library(${target} INTERFACE)
-        set(scope INTERFACE)
+        target_include_directories(${target} PUBLIC "${link_root}")
     endif()
-    target_include_directories(${target} ${scope} "${link_root}")
-    target_link_libraries(${target} ${scope} ${ROOM_LINKS})
     set_property(GLOBAL APPEND PROPERTY PXTARVO_ROOMS ${target})
     set_property(GLOBAL PROPERTY PXTARVO_FOLDER_${target} "${folder}")
-    set_property(GLOBAL PROPERTY PXTARVO_LINKS_${target} "${ROOM_LINKS}")
+    set_property(GLOBAL PROPERTY PXTARVO_LINKS_${target} "${ARGN}")
 endfunction()
 
-# The test `house` of what add_room() was told; to be called once every room stands.
-function(add_house_test)
-    set(file "${PROJECT_BINARY_DIR}/house.cmake")
-    get_property(rooms GLOBAL PROPERTY PXTARVO_ROOMS)
-    list(JOIN rooms " " names)
-    set(text "set(TOP \"${PROJECT_SOURCE_DIR}\")\nset(ROOMS ${names})\n")
-    foreach(room IN LISTS rooms)
-        get_property(folder GLOBAL PROPERTY PXTARVO_FOLDER_${room})
-        get_property(links GLOBAL PROPERTY PXTARVO_LINKS_${room})
-        string(APPEND text "set(ROOM_FOLDER_${room} \"${folder}\")\n")
-        list(FILTER links EXCLUDE REGEX "::")
-        list(JOIN links " " links)
-        string(APPEND text "set(ROOM_MAY_INCLUDE_${room} ${links})\n")
-    endforeach()
-    file(WRITE "${file}" "${text}")
-    add_test(NAME house COMMAND ${CMAKE_COMMAND} -D HOUSE=${file} -P ${PROJECT_SOURCE_DIR}/cmake/CheckHouse.cmake)
+function(add_room target folder)
+    cmake_parse_arguments(ROOM "SEPARATE" "" "PUBLIC;PRIVATE" ${ARGN})
+    file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.h")
+    file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
+    if(sources)
+        add_library(${target} STATIC ${sources} ${headers})
+        if(PXTARVO_UNITY AND NOT ROOM_SEPARATE)
+            set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${PXTARVO_ROOM_BATCH})
+        endif()
+        target_link_libraries(${target} PUBLIC ${ROOM_PUBLIC} PRIVATE ${ROOM_PRIVATE})
+    else()
+        add_library(${target} INTERFACE)
+        target_link_libraries(${target} INTERFACE ${ROOM_PUBLIC})
+    endif()
+    describe_room(${target} ${folder} ${ROOM_PUBLIC} ${ROOM_PRIVATE})
+endfunction()
+
+function(add_room_program target folder)
+    cmake_parse_arguments(ROOM "" "" "LINKS;SOURCES" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
+    add_executable(${target} ${sources} ${ROOM_SOURCES})
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ${PXTARVO_UNITY}
+                                               UNITY_BUILD_BATCH_SIZE ${PXTARVO_PROGRAM_BATCH})
+    target_link_libraries(${target} PRIVATE ${ROOM_LINKS})
+    describe_room(${target} ${folder} ${ROOM_LINKS})
 endfunction()

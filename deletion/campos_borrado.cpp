@@ -1,7 +1,7 @@
 #include "deletion/campos_borrado.h"
 
-#include "platform/conversion.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 

@@ -2,9 +2,9 @@
 
 #include "fields/window_texts.h"
 #include "host/row_write.h"
-#include "platform/conversion.h"
 #include "platform/error_trap.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 

@@ -1,11 +1,11 @@
 #include "devhost/dev_host.h"
 
-#include "devhost/field_helper.h"
-#include "devhost/host_file.h"
-#include "devhost/recording_connection.h"
+#include "devhost/dealer/host_file.h"
+#include "devhost/library/field_helper.h"
+#include "devhost/record/recording_connection.h"
 #include "import/article_file.h"
+#include "platform/portable/access/jet_connection.h"
 #include "platform/portable/clocks.h"
-#include "platform/portable/jet_connection.h"
 
 namespace pxtarvo::devhost {
 

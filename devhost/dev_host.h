@@ -7,11 +7,11 @@
 #include <memory>
 #include <string>
 
-#include "devhost/dev_user.h"
-#include "devhost/host_write.h"
-#include "devhost/host_writer.h"
-#include "devhost/protocol_checks.h"
-#include "devhost/recorder.h"
+#include "devhost/library/dev_user.h"
+#include "devhost/library/host_writer.h"
+#include "devhost/record/host_write.h"
+#include "devhost/record/protocol_checks.h"
+#include "devhost/record/recorder.h"
 #include "platform/portable/portable_platform.h"
 #include "plugin/pxtarvor.h"
 

@@ -8,8 +8,8 @@
 
 #include "fields/window_rules.h"
 #include "host/host_field_helper.h"
+#include "module/mdo_pxtarvo.h"
 #include "platform/window.h"
-#include "plugin/module/mdo_pxtarvo.h"
 
 namespace pxtarvo {
 

@@ -10,7 +10,7 @@
 
 #include "platform/database.h"
 #include "platform/object_ref.h"
-#include "platform/variant.h"
+#include "platform/values/variant.h"
 
 namespace pxtarvo {
 

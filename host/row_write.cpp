@@ -1,7 +1,7 @@
 #include "host/row_write.h"
 
-#include "platform/conversion.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 

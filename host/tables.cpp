@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/runtime_error.h"
+#include "platform/values/runtime_error.h"
 
 namespace pxtarvo {
 

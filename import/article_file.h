@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/text.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 

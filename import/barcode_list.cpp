@@ -1,10 +1,10 @@
 // The barcode list, a workbook read cell by cell.
 
 #include "import/run_state.h"
-#include "platform/conversion.h"
 #include "platform/error_trap.h"
 #include "platform/platform.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 

@@ -2,8 +2,8 @@
 
 #include "deletion/frm_borrado_articulos.h"
 #include "fields/window_texts.h"
-#include "platform/conversion.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 #include "stock/frm_existencias.h"
 
 namespace pxtarvo {

@@ -2,8 +2,8 @@
 
 #include "import/discount_codes.h"
 #include "import/run_state.h"
-#include "platform/conversion.h"
 #include "platform/platform.h"
+#include "platform/values/conversion.h"
 
 namespace pxtarvo {
 

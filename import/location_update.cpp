@@ -3,9 +3,9 @@
 
 #include "import/article_file.h"
 #include "import/run_state.h"
-#include "platform/conversion.h"
 #include "platform/platform.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 

@@ -2,9 +2,9 @@
 
 #include "import/discount_codes.h"
 #include "import/run_state.h"
-#include "platform/conversion.h"
 #include "platform/platform.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 

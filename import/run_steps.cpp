@@ -2,10 +2,10 @@
 
 #include "import/run_state.h"
 #include "import/run_texts.h"
-#include "platform/conversion.h"
 #include "platform/error_trap.h"
 #include "platform/platform.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 

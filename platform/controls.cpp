@@ -2,14 +2,12 @@
 
 #include <algorithm>
 
-#include "platform/conversion.h"
+#include "platform/values/conversion.h"
 #include "platform/window.h"
 
 namespace pxtarvo {
 
 namespace {
-
-constexpr std::int32_t invalidPropertyValue = 380;
 
 bool canHaveFocus(ControlKind kind) {
     switch (kind) {
@@ -154,7 +152,7 @@ void ComboBox::addItem(std::string_view item) {
 void ComboBox::setListIndex(int index) {
     if (!writable()) return;
     if (index < -1 || index >= static_cast<int>(items_.size())) {
-        throw RuntimeError(invalidPropertyValue, "Valor de propiedad no válido");
+        throw RuntimeError(ErrorNumber::InvalidPropertyValue);
     }
     listIndex_ = index;
     changed(ControlProperty::Value);

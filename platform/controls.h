@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "platform/database.h"
-#include "platform/locale.h"
+#include "platform/values/locale.h"
 
 namespace pxtarvo {
 

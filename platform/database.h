@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "platform/object_ref.h"
-#include "platform/variant.h"
+#include "platform/values/variant.h"
 
 namespace pxtarvo {
 

@@ -1,6 +1,6 @@
 #include "platform/desktop.h"
 
-#include "platform/conversion.h"
+#include "platform/values/conversion.h"
 
 namespace pxtarvo {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/runtime_error.h"
+#include "platform/values/runtime_error.h"
 
 namespace pxtarvo {
 

@@ -5,7 +5,7 @@
 #include <new>
 #include <optional>
 
-#include "platform/runtime_error.h"
+#include "platform/values/runtime_error.h"
 
 namespace pxtarvo {
 

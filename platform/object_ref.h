@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/runtime_error.h"
+#include "platform/values/runtime_error.h"
 
 namespace pxtarvo {
 

@@ -5,12 +5,12 @@
 
 #include <string>
 
-#include "platform/clock.h"
 #include "platform/database.h"
 #include "platform/desktop.h"
-#include "platform/locale.h"
 #include "platform/spreadsheet.h"
 #include "platform/text_files.h"
+#include "platform/values/clock.h"
+#include "platform/values/locale.h"
 
 namespace pxtarvo {
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "plugin/module/mdo_pxtarvo.h"
+#include "module/mdo_pxtarvo.h"
 
 namespace pxtarvo {
 

@@ -1,8 +1,8 @@
 #include "stock/frm_existencias.h"
 
 #include "fields/window_texts.h"
-#include "platform/conversion.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 #include "stock/lineas_existencias.h"
 
 namespace pxtarvo {

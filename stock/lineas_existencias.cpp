@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "platform/conversion.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 

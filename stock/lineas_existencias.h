@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/clock.h"
+#include "platform/values/clock.h"
 
 namespace pxtarvo {
 

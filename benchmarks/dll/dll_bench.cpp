@@ -11,7 +11,7 @@
 #include <iostream>
 #include <vector>
 
-#include "devhost/host_file.h"
+#include "devhost/dealer/host_file.h"
 #include "devhost/wine/wine_host.h"
 #include "platform/portable/clocks.h"
 

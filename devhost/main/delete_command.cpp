@@ -6,9 +6,9 @@
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
-#include "platform/conversion.h"
 #include "platform/platform.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 

@@ -1,6 +1,6 @@
 #include <memory>
 
-#include "devhost/host_file.h"
+#include "devhost/dealer/host_file.h"
 #include "devhost/main/commands.h"
 #include "devhost/main/exit_status.h"
 #include "devhost/main/options.h"

@@ -9,8 +9,8 @@
 #include <string>
 
 #include "devhost/main/commands.h"
-#include "platform/clock.h"
 #include "platform/desktop.h"
+#include "platform/values/clock.h"
 
 namespace pxtarvo::devhost {
 

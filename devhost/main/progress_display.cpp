@@ -5,9 +5,9 @@
 #include <string>
 
 #include "devhost/window_controls.h"
-#include "platform/conversion.h"
 #include "platform/portable/terminal.h"
-#include "platform/text.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 

@@ -8,9 +8,9 @@
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
 #include "fields/window_texts.h"
-#include "platform/conversion.h"
-#include "platform/portable/drive_paths.h"
-#include "platform/text.h"
+#include "platform/portable/files/drive_paths.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 

@@ -10,10 +10,10 @@
 #include "devhost/main/exit_status.h"
 #include "devhost/main/progress_display.h"
 #include "devhost/window_controls.h"
-#include "platform/conversion.h"
 #include "platform/portable/clocks.h"
-#include "platform/portable/drive_paths.h"
-#include "platform/text.h"
+#include "platform/portable/files/drive_paths.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 

@@ -5,16 +5,16 @@
 #include <stdexcept>
 
 #include "deletion/frm_borrado_articulos.h"
-#include "devhost/field_helper.h"
-#include "devhost/host_file.h"
-#include "devhost/recording_connection.h"
-#include "devhost/wine/ado_objects.h"
-#include "devhost/wine/field_helper_object.h"
-#include "devhost/wine/search_window.h"
-#include "devhost/wine/spreadsheet_object.h"
+#include "devhost/dealer/host_file.h"
+#include "devhost/library/field_helper.h"
+#include "devhost/record/recording_connection.h"
+#include "devhost/wine/objects/ado_objects.h"
+#include "devhost/wine/objects/field_helper_object.h"
+#include "devhost/wine/objects/spreadsheet_object.h"
+#include "devhost/wine/screen/search_window.h"
 #include "import/frm_imp_tarifas.h"
+#include "platform/portable/access/jet_connection.h"
 #include "platform/portable/clocks.h"
-#include "platform/portable/jet_connection.h"
 #include "stock/frm_existencias.h"
 
 namespace pxtarvo::devhost {

@@ -8,10 +8,10 @@
 #include <string>
 
 #include "devhost/dev_host.h"
-#include "devhost/wine/class_objects.h"
-#include "devhost/wine/host_objects.h"
-#include "devhost/wine/screen_user.h"
-#include "platform/windows/dispatch.h"
+#include "devhost/wine/objects/class_objects.h"
+#include "devhost/wine/objects/host_objects.h"
+#include "devhost/wine/screen/screen_user.h"
+#include "platform/windows/automation/dispatch.h"
 
 namespace pxtarvo::devhost {
 

@@ -4,7 +4,7 @@
 
 #include "host/host_field_helper.h"
 #include "host/windows/text_box_object.h"
-#include "platform/windows/dispatch.h"
+#include "platform/windows/automation/dispatch.h"
 
 namespace pxtarvo::windows {
 

@@ -1,8 +1,8 @@
 #include "host/windows/automation_host_database.h"
 
-#include "platform/conversion.h"
-#include "platform/windows/ado_connection.h"
-#include "platform/windows/user_locale.h"
+#include "platform/values/conversion.h"
+#include "platform/windows/data/ado_connection.h"
+#include "platform/windows/system/user_locale.h"
 
 namespace pxtarvo::windows {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/host_database.h"
-#include "platform/windows/dispatch.h"
+#include "platform/windows/automation/dispatch.h"
 
 namespace pxtarvo::windows {
 

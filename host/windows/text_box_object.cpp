@@ -4,11 +4,11 @@
 #include <array>
 #include <string>
 
-#include "platform/conversion.h"
-#include "platform/runtime_error.h"
-#include "platform/text.h"
-#include "platform/windows/user_locale.h"
-#include "platform/windows/window_handles.h"
+#include "platform/values/conversion.h"
+#include "platform/values/runtime_error.h"
+#include "platform/values/text.h"
+#include "platform/windows/screen/window_handles.h"
+#include "platform/windows/system/user_locale.h"
 
 namespace pxtarvo::windows {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/controls.h"
-#include "platform/windows/automation_object.h"
+#include "platform/windows/automation/automation_object.h"
 
 namespace pxtarvo::windows {
 

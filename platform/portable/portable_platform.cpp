@@ -1,8 +1,8 @@
 #include "platform/portable/portable_platform.h"
 
-#include "platform/portable/freexl_spreadsheet.h"
-#include "platform/portable/jet_connection.h"
-#include "platform/portable/stream_recordset.h"
+#include "platform/portable/access/jet_connection.h"
+#include "platform/portable/access/stream_recordset.h"
+#include "platform/portable/workbook/freexl_spreadsheet.h"
 
 namespace pxtarvo::portable {
 

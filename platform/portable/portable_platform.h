@@ -5,9 +5,9 @@
 #include <string>
 
 #include "platform/platform.h"
-#include "platform/portable/drive_paths.h"
-#include "platform/portable/sequential_files.h"
-#include "platform/portable/simulated_desktop.h"
+#include "platform/portable/files/drive_paths.h"
+#include "platform/portable/files/sequential_files.h"
+#include "platform/portable/screenless/simulated_desktop.h"
 
 namespace pxtarvo::portable {
 

@@ -1,11 +1,11 @@
 #include "platform/windows/windows_platform.h"
 
-#include "platform/text.h"
-#include "platform/windows/ado_connection.h"
-#include "platform/windows/ado_recordset.h"
-#include "platform/windows/module_theme.h"
-#include "platform/windows/spreadsheet_automation.h"
-#include "platform/windows/user_locale.h"
+#include "platform/values/text.h"
+#include "platform/windows/data/ado_connection.h"
+#include "platform/windows/data/ado_recordset.h"
+#include "platform/windows/data/spreadsheet_automation.h"
+#include "platform/windows/system/module_theme.h"
+#include "platform/windows/system/user_locale.h"
 
 namespace pxtarvo::windows {
 

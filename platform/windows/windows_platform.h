@@ -3,9 +3,9 @@
 // The machine as the DLL finds it.
 
 #include "platform/platform.h"
-#include "platform/windows/ansi_text_files.h"
-#include "platform/windows/system_clock.h"
-#include "platform/windows/windows_desktop.h"
+#include "platform/windows/screen/windows_desktop.h"
+#include "platform/windows/system/ansi_text_files.h"
+#include "platform/windows/system/system_clock.h"
 
 namespace pxtarvo::windows {
 

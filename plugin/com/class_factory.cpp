@@ -1,7 +1,7 @@
 #include "plugin/com/class_factory.h"
 
-#include "platform/windows/automation_errors.h"
-#include "platform/windows/reference.h"
+#include "platform/windows/automation/automation_errors.h"
+#include "platform/windows/automation/reference.h"
 #include "plugin/com/pxtarvor_object.h"
 
 namespace pxtarvo::com {

@@ -1,8 +1,8 @@
 // The four entry points of an in-process COM server. There is no DllMain: nothing has to happen when the DLL
 // or a thread comes or goes, and calls for threads stay on, which thread-local data relies on.
 
-#include "platform/windows/automation_errors.h"
-#include "platform/windows/reference.h"
+#include "platform/windows/automation/automation_errors.h"
+#include "platform/windows/automation/reference.h"
 #include "plugin/com/class_factory.h"
 #include "plugin/com/registration.h"
 #include "plugin/com/server_life.h"

@@ -1,7 +1,7 @@
 #include "plugin/com/pxtarvor_object.h"
 
 #include "host/windows/automation_host_database.h"
-#include "platform/windows/automation_errors.h"
+#include "platform/windows/automation/automation_errors.h"
 #include "plugin/com/server_life.h"
 #include "plugin/com/type_library.h"
 #include "plugin/com/windows_bodies.h"

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <memory>
 
-#include "platform/windows/reference.h"
+#include "platform/windows/automation/reference.h"
 #include "plugin/com/interfaces.h"
 #include "plugin/pxtarvor.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/windows/wide_text.h"
+#include "platform/windows/system/wide_text.h"
 #include "platform/windows/windows_platform.h"
 #include "plugin/com/type_library.h"
 

@@ -1,6 +1,6 @@
 #include "plugin/com/type_library.h"
 
-#include "platform/windows/wide_text.h"
+#include "platform/windows/system/wide_text.h"
 #include "platform/windows/windows_platform.h"
 
 namespace pxtarvo::com {

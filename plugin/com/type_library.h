@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/windows/reference.h"
+#include "platform/windows/automation/reference.h"
 #include "plugin/com/interfaces.h"
 
 namespace pxtarvo::com {

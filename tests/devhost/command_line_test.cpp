@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "devhost/host_folder.h"
+#include "tests/devhost/host_folder.h"
 
 namespace pxtarvo::tests {
 

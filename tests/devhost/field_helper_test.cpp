@@ -1,10 +1,10 @@
-#include "devhost/field_helper.h"
+#include "devhost/library/field_helper.h"
 
 #include <gmock/gmock.h>
 
-#include "devhost/host_folder.h"
-#include "devhost/recording_connection.h"
+#include "devhost/record/recording_connection.h"
 #include "platform/portable/portable_platform.h"
+#include "tests/devhost/host_folder.h"
 
 namespace pxtarvo::tests {
 

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "devhost/host_file.h"
-#include "devhost/host_writer.h"
-#include "platform/conversion.h"
+#include "devhost/dealer/host_file.h"
+#include "devhost/library/host_writer.h"
 #include "platform/portable/clocks.h"
-#include "portable/temporary_folder.h"
+#include "platform/values/conversion.h"
+#include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::tests {
 

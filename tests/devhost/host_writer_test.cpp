@@ -1,10 +1,10 @@
-#include "devhost/host_writer.h"
+#include "devhost/library/host_writer.h"
 
 #include <gmock/gmock.h>
 
-#include "devhost/host_folder.h"
-#include "devhost/write_statement.h"
+#include "devhost/library/write_statement.h"
 #include "host/row_write.h"
+#include "tests/devhost/host_folder.h"
 
 namespace pxtarvo::tests {
 

@@ -1,9 +1,9 @@
-#include "devhost/protocol_checks.h"
+#include "devhost/record/protocol_checks.h"
 
 #include <gmock/gmock.h>
 
-#include "devhost/host_folder.h"
 #include "host/row_write.h"
+#include "tests/devhost/host_folder.h"
 
 namespace pxtarvo::tests {
 

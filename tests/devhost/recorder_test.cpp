@@ -1,8 +1,8 @@
-#include "devhost/recorder.h"
+#include "devhost/record/recorder.h"
 
 #include <gmock/gmock.h>
 
-#include "portable/temporary_folder.h"
+#include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::tests {
 

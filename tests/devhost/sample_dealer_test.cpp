@@ -1,10 +1,10 @@
-#include "devhost/sample_dealer.h"
+#include "devhost/dealer/sample_dealer.h"
 
 #include <gmock/gmock.h>
 
-#include "devhost/host_folder.h"
 #include "host/tables.h"
-#include "platform/portable/jet_connection.h"
+#include "platform/portable/access/jet_connection.h"
+#include "tests/devhost/host_folder.h"
 
 namespace pxtarvo::tests {
 

@@ -1,10 +1,10 @@
-#include "platform/clock.h"
+#include "platform/values/clock.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "platform/runtime_error.h"
+#include "platform/values/runtime_error.h"
 
 namespace pxtarvo {
 namespace {

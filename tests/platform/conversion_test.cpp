@@ -1,4 +1,4 @@
-#include "platform/conversion.h"
+#include "platform/values/conversion.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <functional>
 #include <limits>
 
-#include "platform/runtime_error.h"
+#include "platform/values/runtime_error.h"
 
 namespace pxtarvo {
 namespace {

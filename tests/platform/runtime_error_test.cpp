@@ -1,4 +1,4 @@
-#include "platform/runtime_error.h"
+#include "platform/values/runtime_error.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "platform/portable/drive_paths.h"
+#include "platform/portable/files/drive_paths.h"
 
 #include <gtest/gtest.h>
 
-#include "portable/temporary_folder.h"
+#include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::portable {
 namespace {

@@ -1,8 +1,8 @@
-#include "platform/portable/freexl_spreadsheet.h"
+#include "platform/portable/workbook/freexl_spreadsheet.h"
 
 #include <gtest/gtest.h>
 
-#include "portable/temporary_folder.h"
+#include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::portable {
 namespace {

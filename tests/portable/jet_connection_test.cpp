@@ -1,11 +1,11 @@
-#include "platform/portable/jet_connection.h"
+#include "platform/portable/access/jet_connection.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <vector>
 
-#include "portable/temporary_folder.h"
+#include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::portable {
 namespace {

@@ -1,10 +1,10 @@
-#include "platform/portable/sequential_files.h"
+#include "platform/portable/files/sequential_files.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "portable/temporary_folder.h"
+#include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::portable {
 namespace {

@@ -6,8 +6,8 @@
 #include <fstream>
 #include <functional>
 
-#include "portable/sql_test_database.h"
-#include "portable/temporary_folder.h"
+#include "tests/common/temporary_folder.h"
+#include "tests/portable/sql_test_database.h"
 
 namespace pxtarvo::portable {
 namespace {

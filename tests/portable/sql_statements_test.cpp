@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "portable/sql_test_database.h"
+#include "tests/portable/sql_test_database.h"
 
 namespace pxtarvo::portable {
 namespace {

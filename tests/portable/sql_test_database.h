@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/portable/client_recordset.h"
-#include "platform/portable/sqlite_connection.h"
+#include "platform/portable/sqlite/client_recordset.h"
+#include "platform/portable/sqlite/sqlite_connection.h"
 
 namespace pxtarvo::portable {
 

@@ -4,8 +4,9 @@
 
 #include <cmath>
 
-#include "platform/portable/sql_collation.h"
-#include "portable/sql_test_database.h"
+#include "platform/portable/dialect/sql_collation.h"
+#include "platform/portable/sqlite/sqlite_schema.h"
+#include "tests/portable/sql_test_database.h"
 
 namespace pxtarvo::portable {
 namespace {
@@ -57,9 +58,9 @@ TEST(SqlCollation, TakesPartInEveryComparisonAndUsesItsIndex) {
         EXPECT_EQ(outcome(*connection, one.sql), one.outcome) << one.sql;
     }
     const Translation lookup = [&] {
-        SqlSchema schema;
+        SqliteSchema schema;
         schema.refresh(connection->handle());
-        return translateStatement("SELECT * FROM Art WHERE Art_Cod = 'x'", schema);
+        return translateStatement("SELECT * FROM Art WHERE Art_Cod = 'x'", schema.tables());
     }();
     const StatementHandle plan = prepare(connection->handle(), "EXPLAIN QUERY PLAN " + lookup.sql);
     ASSERT_TRUE(step(plan.get()));

@@ -1,8 +1,8 @@
-#include "platform/portable/stream_recordset.h"
+#include "platform/portable/access/stream_recordset.h"
 
 #include <gtest/gtest.h>
 
-#include "portable/temporary_folder.h"
+#include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::portable {
 namespace {

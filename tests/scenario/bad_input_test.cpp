@@ -5,7 +5,7 @@
 
 #include <fstream>
 
-#include "scenario/scene.h"
+#include "tests/scenario/scene.h"
 
 namespace pxtarvo::test {
 

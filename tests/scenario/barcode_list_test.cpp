@@ -2,9 +2,9 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/runtime_error.h"
-#include "scenario/memory_workbook.h"
-#include "scenario/scene.h"
+#include "platform/values/runtime_error.h"
+#include "tests/scenario/memory_workbook.h"
+#include "tests/scenario/scene.h"
 
 namespace pxtarvo::test {
 

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "scenario/scene.h"
+#include "tests/scenario/scene.h"
 
 namespace pxtarvo::test {
 
@@ -11,7 +11,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
-constexpr const char* question = "Confirma que desea comenzar el proceso";
+constexpr const char* correctionQuestion = "Confirma que desea comenzar el proceso";
 constexpr const char* stock = "SELECT Exis_CodArt,Exis_alma,Exis_Cantidad,Exis_Kg FROM Exis ORDER BY Exis_Id";
 constexpr const char* history = "SELECT Hexis_Exis,Hexis_idArt,Hexis_Tipo,Hexis_Cantidad FROM Hexis";
 
@@ -54,7 +54,7 @@ TEST_F(CodeCorrection, RecordOfTwoRuns) {
     stockOf("6.5", 1, "6");
     stockOf("7", 1, "6");
     EXPECT_TRUE(press());
-    EXPECT_THAT(messageTexts(), ElementsAre(question, "proceso concluido"));
+    EXPECT_THAT(messageTexts(), ElementsAre(correctionQuestion, "proceso concluido"));
     EXPECT_THAT(rows(stock), ElementsAre("1|2|0|0", "2|1|0|0", "2|3|0|0", "3|1|0|0", "03|4|5|5",
                                          "03|5|30|100", "4|1|0|0", "5|1|6|100", "6.5|1|6|100", "7|1|6|100",
                                          "01|2|5|5", "02|1|2,5|2,5", "04|1|-2|-2"));
@@ -71,7 +71,7 @@ TEST_F(CodeCorrection, AnswerNoTouchesNothing) {
     createSampleDealer();
     user().yesNo = std::nullopt;  // Enter on the default
     EXPECT_TRUE(press());
-    EXPECT_THAT(messageTexts(), ElementsAre(question));
+    EXPECT_THAT(messageTexts(), ElementsAre(correctionQuestion));
     ASSERT_EQ(record.size(), 4u);
     EXPECT_EQ(
         record[2],
@@ -88,7 +88,7 @@ TEST_F(CodeCorrection, RefusedInsertionsGoUnnoticed) {
     stockOf("OTRO", 1, "9");
     refuse(devhost::WriteKind::Insert, "Exis");
     EXPECT_TRUE(press());
-    EXPECT_THAT(messageTexts(), ElementsAre(question, "proceso concluido"));
+    EXPECT_THAT(messageTexts(), ElementsAre(correctionQuestion, "proceso concluido"));
     EXPECT_THAT(rows(history), ElementsAre("2|2|E|5", "1|1|S|5"));
     EXPECT_THAT(rows(stock), ElementsAre("1|1|0|0", "OTRO|1|9|100"));
 
@@ -128,7 +128,7 @@ TEST_F(CodeCorrection, ErrorInTheMiddleUndoesEverything) {
         };
         const std::vector<std::string> before = rows(stock);
         EXPECT_TRUE(press());
-        EXPECT_THAT(messageTexts(), ElementsAre(question, one.message));
+        EXPECT_THAT(messageTexts(), ElementsAre(correctionQuestion, one.message));
         EXPECT_EQ(rows(stock), before);
         EXPECT_EQ(value("SELECT count(*) FROM Hexis"), "0");
         EXPECT_GE(recordOf("insert").size(), 3u) << "the first article's stock had been moved";

@@ -1,6 +1,6 @@
-#include "scenario/deletion_scene.h"
+#include "tests/scenario/deletion_scene.h"
 
-#include "platform/conversion.h"
+#include "platform/values/conversion.h"
 
 namespace pxtarvo::test {
 

@@ -3,7 +3,7 @@
 // A dealer with a few articles, and a user who works in the deletion window.
 
 #include "deletion/frm_borrado_articulos.h"
-#include "scenario/scene.h"
+#include "tests/scenario/scene.h"
 
 namespace pxtarvo::test {
 

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/conversion.h"
-#include "scenario/deletion_scene.h"
+#include "platform/values/conversion.h"
+#include "tests/scenario/deletion_scene.h"
 
 namespace pxtarvo::test {
 

@@ -4,9 +4,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/conversion.h"
-#include "platform/text.h"
-#include "scenario/deletion_scene.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
+#include "tests/scenario/deletion_scene.h"
 
 namespace pxtarvo::test {
 
@@ -16,7 +16,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-constexpr const char* question = "Confirma que desea borrar los articulos encontrados";
+constexpr const char* deletionQuestion = "Confirma que desea borrar los articulos encontrados";
 
 class Deletion : public DeletionScene {
   protected:
@@ -61,7 +61,7 @@ TEST_F(Deletion, DeletesArticlesAndTheirStockInOneTransaction) {
     };
     EXPECT_THAT(
         calls,
-        ElementsAre(R"({"call":"message","text":")" + std::string(question) + "\"," + title +
+        ElementsAre(R"({"call":"message","text":")" + std::string(deletionQuestion) + "\"," + title +
                         R"(,"buttons":"yesno","icon":"warning","default":"no","answer":"yes"})",
                     R"({"call":"begin"})", deletion("Art", "Art_Id = 1"),
                     deletion("Exis", "Exis_IdArt = 1 OR Exis_Codart = 'A'"), deletion("Art", "Art_Id = 2"),
@@ -89,7 +89,7 @@ TEST_F(Deletion, AnswerNoChangesNothing) {
         EXPECT_EQ(window.activeControl(), &window.cmdSalir);
         EXPECT_EQ(window.dbgDatos.dataSource()->RecordCount(), 4);
     });
-    EXPECT_THAT(messageTexts(), ElementsAre(question));
+    EXPECT_THAT(messageTexts(), ElementsAre(deletionQuestion));
     EXPECT_THAT(recordOf("begin"), IsEmpty());
     EXPECT_TRUE(before == databaseBytes());
 }
@@ -102,7 +102,7 @@ TEST_F(Deletion, AnyFailureBringsEverythingBack) {
         SCOPED_TRACE(position);
         atWrite(position, [] { return std::optional<std::string>("no"); });
         deleteAll();
-        EXPECT_EQ(messageTexts().back(), question);
+        EXPECT_EQ(messageTexts().back(), deletionQuestion);
         EXPECT_TRUE(before == databaseBytes());
         atWrite(position, []() -> std::optional<std::string> { throw RuntimeError(-2147467259, "Red"); });
         deleteAll();
@@ -120,7 +120,7 @@ TEST_F(Deletion, ApostropheInACodeDeletesNothing) {
     sql("UPDATE Art SET ART_Cod = 'O''RING' WHERE Art_Id = 3");
     const std::string before = databaseBytes();
     deleteAll();
-    EXPECT_THAT(messageTexts(), ElementsAre(question));
+    EXPECT_THAT(messageTexts(), ElementsAre(deletionQuestion));
     EXPECT_TRUE(before == databaseBytes());
 }
 

@@ -4,8 +4,8 @@
 
 #include <fstream>
 
-#include "platform/text.h"
-#include "scenario/scene.h"
+#include "platform/values/text.h"
+#include "tests/scenario/scene.h"
 
 namespace pxtarvo::test {
 

@@ -1,4 +1,4 @@
-#include "scenario/memory_list.h"
+#include "tests/scenario/memory_list.h"
 
 namespace pxtarvo::test {
 

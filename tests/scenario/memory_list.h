@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "platform/database.h"
-#include "platform/portable/drive_paths.h"
-#include "platform/portable/row_source.h"
+#include "platform/portable/access/row_source.h"
+#include "platform/portable/files/drive_paths.h"
 
 namespace pxtarvo::test {
 

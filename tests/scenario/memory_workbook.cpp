@@ -1,4 +1,4 @@
-#include "scenario/memory_workbook.h"
+#include "tests/scenario/memory_workbook.h"
 
 namespace pxtarvo::test {
 

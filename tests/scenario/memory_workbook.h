@@ -6,7 +6,7 @@
 #include <functional>
 #include <vector>
 
-#include "platform/portable/drive_paths.h"
+#include "platform/portable/files/drive_paths.h"
 #include "platform/spreadsheet.h"
 
 namespace pxtarvo::test {

@@ -1,4 +1,4 @@
-#include "scenario/scene.h"
+#include "tests/scenario/scene.h"
 
 #include <stdlib.h>
 
@@ -6,12 +6,12 @@
 #include <fstream>
 #include <sstream>
 
-#include "devhost/sample_dealer.h"
-#include "devhost/schema.h"
-#include "platform/conversion.h"
+#include "devhost/dealer/sample_dealer.h"
+#include "devhost/dealer/schema.h"
 #include "platform/portable/clocks.h"
-#include "platform/portable/sqlite_connection.h"
-#include "platform/text.h"
+#include "platform/portable/sqlite/sqlite_connection.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::test {
 

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "scenario/scene.h"
 #include "stock/frm_existencias.h"
+#include "tests/scenario/scene.h"
 
 namespace pxtarvo::test {
 

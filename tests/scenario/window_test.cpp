@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "scenario/scene.h"
+#include "tests/scenario/scene.h"
 
 namespace pxtarvo::test {
 

@@ -6,10 +6,10 @@
 #include <map>
 #include <set>
 
-#include "platform/conversion.h"
-#include "platform/portable/jet_connection.h"
-#include "platform/text.h"
-#include "scenario/scene.h"
+#include "platform/portable/access/jet_connection.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
+#include "tests/scenario/scene.h"
 
 namespace pxtarvo::test {
 

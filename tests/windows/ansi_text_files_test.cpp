@@ -1,4 +1,4 @@
-#include "platform/windows/ansi_text_files.h"
+#include "platform/windows/system/ansi_text_files.h"
 
 #include <gtest/gtest.h>
 
@@ -7,9 +7,9 @@
 #include <fstream>
 #include <vector>
 
-#include "platform/text.h"
-#include "platform/windows/wide_text.h"
-#include "windows/recording_object.h"
+#include "platform/values/text.h"
+#include "platform/windows/system/wide_text.h"
+#include "tests/windows/recording_object.h"
 
 namespace pxtarvo::windows {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <limits>
 
-#include "platform/windows/automation_errors.h"
-#include "windows/recording_object.h"
+#include "platform/windows/automation/automation_errors.h"
+#include "tests/windows/recording_object.h"
 
 namespace pxtarvo::windows {
 namespace {

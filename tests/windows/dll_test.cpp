@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "platform/text.h"
-#include "windows/recording_object.h"
+#include "platform/values/text.h"
+#include "tests/windows/recording_object.h"
 
 namespace pxtarvo::windows {
 namespace {

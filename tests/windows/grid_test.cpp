@@ -5,9 +5,9 @@
 #include <functional>
 #include <memory>
 
-#include "platform/conversion.h"
+#include "platform/values/conversion.h"
 #include "platform/window.h"
-#include "platform/windows/window_handles.h"
+#include "platform/windows/screen/window_handles.h"
 #include "platform/windows/windows_platform.h"
 
 namespace pxtarvo::windows {

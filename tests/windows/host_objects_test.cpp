@@ -7,11 +7,11 @@
 #include "host/windows/automation_field_helper.h"
 #include "host/windows/automation_host_database.h"
 #include "platform/window.h"
-#include "platform/windows/ado_connection.h"
-#include "platform/windows/ado_recordset.h"
-#include "platform/windows/window_handles.h"
+#include "platform/windows/data/ado_connection.h"
+#include "platform/windows/data/ado_recordset.h"
+#include "platform/windows/screen/window_handles.h"
 #include "platform/windows/windows_platform.h"
-#include "windows/recording_object.h"
+#include "tests/windows/recording_object.h"
 
 namespace pxtarvo::windows {
 namespace {

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <limits>
 
-#include "platform/conversion.h"
-#include "platform/locale.h"
-#include "windows/recording_object.h"
+#include "platform/values/conversion.h"
+#include "platform/values/locale.h"
+#include "tests/windows/recording_object.h"
 
 namespace pxtarvo {
 namespace {

@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/conversion.h"
-#include "platform/locale.h"
-#include "platform/runtime_error.h"
-#include "platform/text.h"
-#include "platform/windows/automation_object.h"
-#include "platform/windows/dispatch.h"
+#include "platform/values/conversion.h"
+#include "platform/values/locale.h"
+#include "platform/values/runtime_error.h"
+#include "platform/values/text.h"
+#include "platform/windows/automation/automation_object.h"
+#include "platform/windows/automation/dispatch.h"
 
 namespace pxtarvo::windows::tests {
 

@@ -3,8 +3,9 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/text.h"
-#include "wine/two_worlds.h"
+#include "platform/values/text.h"
+#include "tests/wine/actions.h"
+#include "tests/wine/two_worlds.h"
 
 namespace pxtarvo::test {
 
@@ -13,17 +14,6 @@ namespace {
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-Action key(std::int16_t key, devhost::Held held = devhost::Held::None) {
-    return {.deed = Deed::Press, .key = key, .held = held};
-}
-Action click(std::string control, int index = notIndexed) {
-    return {.deed = Deed::Click, .control = std::move(control), .index = index};
-}
-Action type(int index, std::string text) {
-    return {.deed = Deed::Type, .control = "Text1", .index = index, .text = std::move(text)};
-}
-const Action focus{.deed = Deed::Look};
 
 /// The labels of the plug-in's windows that are on the screen, nothing of them left to be painted.
 std::vector<std::string> paintedLabels() {
@@ -44,11 +34,12 @@ std::vector<std::string> paintedLabels() {
 class DeletionKeyboard : public TwoWorlds {};
 
 TEST_F(DeletionKeyboard, MovesOnFromTheSearch) {
-    const Scenario scenario{.name = "keys",
-                            .script = {click("cmdBorrado"), type(3, "SAME"), click("cmdInicio"), focus,
-                                       key(vkTab), focus, key(vkReturn), focus, type(4, "s"),
-                                       Action{.deed = Deed::Look, .control = "Text1", .index = 4}, key(vkTab),
-                                       focus, key(vkEscape), focus}};
+    const Scenario scenario{
+        .name = "keys",
+        .script = {click("cmdBorrado"), type(3, "SAME"), click("cmdInicio"), lookAtFocus(), key(vkTab),
+                   lookAtFocus(), key(vkReturn), lookAtFocus(), type(4, "s"),
+                   Action{.deed = Deed::Look, .control = "Text1", .index = 4}, key(vkTab), lookAtFocus(),
+                   key(vkEscape), lookAtFocus()}};
     const Outcome real = inTheDll(scenario, devhost::Hands::Keyboard);
     const Outcome twin = withoutScreen(scenario);
     EXPECT_THAT(real.violations, IsEmpty());
@@ -65,10 +56,11 @@ TEST_F(DeletionKeyboard, MnemonicsNeedAltOnlyWhereTextIsTyped) {
     const auto record = [&](std::string_view line) {
         if (line.find("FROM Art WHERE") != std::string_view::npos) shown = paintedLabels();
     };
-    devhost::WineHost host(plugIn(), optionsFor({.name = "mnemonics"}), record,
-                           {.script = {click("cmdBorrado"), click("Text1", 4), key('I', devhost::Held::Alt),
-                                       focus, key(vkTab), key('S'), focus, click("Check1"), key('S'), focus},
-                            .hands = devhost::Hands::Keyboard});
+    devhost::WineHost host(
+        plugIn(), optionsFor({.name = "mnemonics"}), record,
+        {.script = {click("cmdBorrado"), click("Text1", 4), key('I', devhost::Held::Alt), lookAtFocus(),
+                    key(vkTab), key('S'), lookAtFocus(), click("Check1"), key('S'), lookAtFocus()},
+         .hands = devhost::Hands::Keyboard});
     host.run();
     EXPECT_THAT(host.screen().troubles(), IsEmpty());
     EXPECT_THAT(host.screen().seen(), ElementsAre("cmdSalir", "dbgDatos", "cmdBorrado"));

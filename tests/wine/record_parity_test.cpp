@@ -1,17 +1,11 @@
 // The record of the real DLL beside the one of the same code without a screen, byte for byte.
 
-#include "wine/two_worlds.h"
+#include "tests/wine/actions.h"
+#include "tests/wine/two_worlds.h"
 
 namespace pxtarvo::test {
 
 namespace {
-
-Action press(std::string control) {
-    return {.deed = Deed::Click, .control = std::move(control)};
-}
-Action type(int index, std::string text) {
-    return {.deed = Deed::Type, .control = "Text1", .index = index, .text = std::move(text)};
-}
 
 /// Opens the list as a user does: the year, the list, the file, the button.
 Scenario listOf(std::string name, const std::string& year, const std::string& file) {
@@ -20,7 +14,7 @@ Scenario listOf(std::string name, const std::string& year, const std::string& fi
                        {.deed = Deed::Click, .control = "Option1", .index = 0},
                        type(0, "C:\\TARVO\\" + file),
                        {.deed = Deed::Press, .key = vkTab},
-                       press("XPButton1")};
+                       click("XPButton1")};
     // The list of 2007 stops at a price that is Null.
     if (year == "2007") scenario.sql = {"UPDATE Art SET ART_PVE = 1 WHERE ART_PVE IS NULL"};
     scenario.expected = "\"call\":\"unload\"";
@@ -40,7 +34,7 @@ Scenario with(Scenario scenario, std::vector<std::string> sql) {
     return scenario;
 }
 
-std::vector<Scenario> scenarios() {
+std::vector<Scenario> listScenarios() {
     std::vector<Scenario> all = {
         listOf("list2007", "2007", "TARIFA2007.MDB"),
         listOf("list2008", "2008", "TARIFA2008.MDB"),
@@ -58,7 +52,7 @@ std::vector<Scenario> scenarios() {
         listOf("noTable", "2012", "no-list-table.mdb"),
         listOf("emptyTable", "2012", "list-empty-table.mdb"),
         with(listOf("transactionOpen", "2012", "list-decimal-price.mdb"), {"BEGIN"}),
-        interrupted(listOf("secondRun", "2012", "list-decimal-price.mdb"), press("XPButton1")),
+        interrupted(listOf("secondRun", "2012", "list-decimal-price.mdb"), click("XPButton1")),
         interrupted(listOf("closedInTheMiddle", "2012", "list-decimal-price.mdb"),
                     {.deed = Deed::Press, .key = vkEscape}),
         interrupted(listOf("contextReplaced", "2012", "list-decimal-price.mdb"), {.deed = Deed::Context}),
@@ -70,7 +64,7 @@ std::vector<Scenario> scenarios() {
                     type(3, "NADIE"),
                     {.deed = Deed::Press, .key = vkReturn}}},
         {.name = "searches",
-         .script = {press("Text1(3)"),
+         .script = {click("Text1(3)"),
                     {.deed = Deed::Press, .key = vkF1},
                     {.deed = Deed::Search, .row = 1},
                     {.deed = Deed::Press, .key = vkF1},
@@ -106,7 +100,7 @@ TEST_P(Parity, SameRecord) {
     expectTheSame(GetParam());
 }
 
-INSTANTIATE_TEST_SUITE_P(Lists, Parity, ::testing::ValuesIn(scenarios()),
+INSTANTIATE_TEST_SUITE_P(Lists, Parity, ::testing::ValuesIn(listScenarios()),
                          [](const auto& info) { return info.param.name; });
 
 }  // namespace

@@ -4,18 +4,12 @@
 #include <fstream>
 #include <optional>
 
-#include "wine/two_worlds.h"
+#include "tests/wine/actions.h"
+#include "tests/wine/two_worlds.h"
 
 namespace pxtarvo::test {
 
 namespace {
-
-Action press(std::string control) {
-    return {.deed = Deed::Click, .control = std::move(control)};
-}
-Action answer(MessageAnswer answer, std::int16_t key = vkReturn) {
-    return {.deed = Deed::Message, .key = key, .answer = answer};
-}
 
 /// Refuses the writes of this kind into the table from the `first` one on.
 devhost::WriteHook refusing(devhost::WriteKind kind, std::string_view table, int first) {
@@ -36,7 +30,7 @@ Scenario listOf(std::string name, const std::string& year, int list, const std::
         scenario.script.push_back(
             {.deed = Deed::Type, .control = "Text1", .index = 0, .text = "C:\\TARVO\\" + file});
     }
-    scenario.script.push_back(press("XPButton1"));
+    scenario.script.push_back(click("XPButton1"));
     return scenario;
 }
 Scenario list2006(std::string name, std::vector<std::string> sql, std::string expected,
@@ -58,9 +52,9 @@ Scenario with(Scenario scenario, devhost::WriteHook hook) {
 
 constexpr auto insert = devhost::WriteKind::Insert;
 const std::string started = "INSERT INTO Art (ART_Cod) VALUES ('01000041')";  // without a price; row 2
-const devhost::UserScript correct{press("XPButton3"), answer(MessageAnswer::Yes)};
+const devhost::UserScript correct{click("XPButton3"), answer(MessageAnswer::Yes)};
 
-std::vector<Scenario> scenarios() {
+std::vector<Scenario> runScenarios() {
     return {
         list2006("list2006", {}, "{\"call\":\"rollback\",\"error\""),
         list2006("list2006InTransaction", {"BEGIN"}, "{\"call\":\"commit\"}"),
@@ -84,7 +78,7 @@ std::vector<Scenario> scenarios() {
         maintenance("fixCodesTwice",
                     {correct[0], correct[1], answer(MessageAnswer::Ok), correct[0], correct[1]},
                     "proceso concluido"),
-        maintenance("fixCodesNo", {press("XPButton3")}, "\"answer\":\"no\""),
+        maintenance("fixCodesNo", {click("XPButton3")}, "\"answer\":\"no\""),
         with(maintenance("fixCodesStockRefused", correct, "\"ok\":false"), refusing(insert, "Exis", 2)),
         with(maintenance("fixCodesHostFails", correct, "Se ha perdido la conexión"),
              [seen = 0](const devhost::HostWrite& write) mutable -> std::optional<std::string> {
@@ -111,7 +105,7 @@ TEST_P(RunsParity, SameRecord) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Runs, RunsParity, ::testing::ValuesIn(scenarios()),
+INSTANTIATE_TEST_SUITE_P(Runs, RunsParity, ::testing::ValuesIn(runScenarios()),
                          [](const auto& info) { return info.param.name; });
 
 /// The article file as a line at fault, its absence or its folder's leave it. Each in a thread of its own: a
@@ -148,7 +142,7 @@ class Locations : public TwoWorlds {
 };
 
 TEST_F(Locations, SameRecordOfTheSampleFile) {
-    expectTheSameInAThread(maintenance("locations", {press("XPButton4")}, "ESTANTERÍA NORTE PAS"));
+    expectTheSameInAThread(maintenance("locations", {click("XPButton4")}, "ESTANTERÍA NORTE PAS"));
 }
 
 TEST_F(Locations, SameRecordOfALineAtFaultAndAnotherPress) {
@@ -158,13 +152,13 @@ TEST_F(Locations, SameRecordOfALineAtFaultAndAnotherPress) {
                                              "2.5\r"
                                           << before << "01000041\x01 \r\n\r\n"
                                           << before << "X\x01Y";
-    expectTheSameInAThread(maintenance("lineAtFault", {press("XPButton4"), press("XPButton4")},
+    expectTheSameInAThread(maintenance("lineAtFault", {click("XPButton4"), click("XPButton4")},
                                        "Error '55' en tiempo de ejecución"));
 }
 
 TEST_F(Locations, SameRecordWithoutTheFile) {
     std::filesystem::remove(file);
-    expectTheSameInAThread(maintenance("noFile", {press("XPButton4"), press("XPButton4")}, "Error '53'"));
+    expectTheSameInAThread(maintenance("noFile", {click("XPButton4"), click("XPButton4")}, "Error '53'"));
 }
 
 }  // namespace

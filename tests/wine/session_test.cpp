@@ -5,9 +5,10 @@
 
 #include <algorithm>
 
-#include "devhost/wine/ado_objects.h"
-#include "devhost/wine/resource_book.h"
-#include "wine/two_worlds.h"
+#include "devhost/wine/objects/ado_objects.h"
+#include "devhost/wine/screen/resource_book.h"
+#include "tests/wine/actions.h"
+#include "tests/wine/two_worlds.h"
 
 namespace pxtarvo::test {
 
@@ -18,24 +19,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-
-Action key(std::int16_t key) {
-    return {.deed = Deed::Press, .key = key};
-}
-Action click(std::string control, int index = notIndexed) {
-    return {.deed = Deed::Click, .control = std::move(control), .index = index};
-}
-Action type(int index, std::string text) {
-    return {.deed = Deed::Type, .control = "Text1", .index = index, .text = std::move(text)};
-}
-Action message(std::int16_t key, MessageAnswer answer = MessageAnswer::Ok) {
-    return {.deed = Deed::Message, .key = key, .answer = answer};
-}
-
-Action look(int index) {
-    return {.deed = Deed::Look, .control = "Text1", .index = index};
-}
-const Action focus{.deed = Deed::Look};
 
 /// Once the third row is written.
 Action inTheRun(Action action) {
@@ -66,8 +49,8 @@ class RealKeys : public TwoWorlds {
 
 TEST_F(RealKeys, TabWalksThePlannedOrderBothWays) {
     constexpr std::size_t enough = 40;
-    devhost::UserScript forward{focus};
-    while (forward.size() < enough) forward.insert(forward.end(), {key(vkTab), focus});
+    devhost::UserScript forward{lookAtFocus()};
+    while (forward.size() < enough) forward.insert(forward.end(), {key(vkTab), lookAtFocus()});
     const auto planned = withoutScreen({.name = "plan", .script = forward}).seen;
     const auto again = std::find(planned.begin() + 1, planned.end(), planned.front());
     ASSERT_NE(again, planned.end());
@@ -77,7 +60,7 @@ TEST_F(RealKeys, TabWalksThePlannedOrderBothWays) {
     devhost::UserScript script(forward.begin(), forward.begin() + 2 * (again - planned.begin()) + 1);
     for (std::size_t stop = 1; stop < stops.size(); ++stop) {
         script.push_back({.deed = Deed::Press, .key = vkTab, .held = devhost::Held::Shift});
-        script.push_back(focus);
+        script.push_back(lookAtFocus());
     }
     script.push_back(key(vkEscape));
     const Outcome outcome = act(script);
@@ -89,8 +72,9 @@ TEST_F(RealKeys, TabWalksThePlannedOrderBothWays) {
 
 TEST_F(RealKeys, CodesAndTheirMessages) {
     // The Enter that closes a message must not move on from the field to which the message led back.
-    const auto record =
-        act({type(1, "999"), key(vkReturn), message(vkReturn), type(1, "24"), key(vkReturn)}).record;
+    const auto record = act({type(1, "999"), key(vkReturn), answer(MessageAnswer::Ok, vkReturn),
+                             type(1, "24"), key(vkReturn)})
+                            .record;
     EXPECT_THAT(messagesOf(record), ElementsAre("Codigo Proveedor no existe"));
     EXPECT_THAT(linesWith(record, "Pro_COD=999"), SizeIs(1));
     EXPECT_THAT(linesWith(record, "Pro_COD=24"), SizeIs(2));  // when the window opened, and now
@@ -108,12 +92,12 @@ TEST_F(RealKeys, SearchesInBothFieldsChosenAndNot) {
                                       look(3),
                                       click("Text1", 1),
                                       key(vkF1),
-                                      message(vkReturn, MessageAnswer::No),
+                                      answer(MessageAnswer::No, vkReturn),
                                       {.deed = Deed::Search, .row = 0},
                                       look(1),
                                       look(2),
                                       key(vkF1),
-                                      message(0, MessageAnswer::Yes),
+                                      answer(MessageAnswer::Yes, 0),
                                       {.deed = Deed::Search, .row = -1},
                                       look(1),
                                       look(2)});
@@ -129,11 +113,14 @@ TEST_F(RealKeys, SearchesInBothFieldsChosenAndNot) {
 }
 
 TEST_F(RealKeys, ImportWithItsNoticesAndEscOnOneOfThem) {
-    const auto whole = actAlike({click("XPButton1"), message(vkReturn), message(0), message(vkSpace)}).record;
+    const auto whole = actAlike({click("XPButton1"), answer(MessageAnswer::Ok, vkReturn),
+                                 answer(MessageAnswer::Ok, 0), answer(MessageAnswer::Ok, vkSpace)})
+                           .record;
     EXPECT_THAT(messagesOf(whole), ElementsAre("stabla List", "stabla List", "Proceso finalizado con exito"));
     // The release of Esc on the last notice before the rows closes the window; the run goes on. How many rows
     // are through by then is the keyboard's matter.
-    const devhost::UserScript escaping{click("XPButton1"), message(vkReturn), message(vkEscape)};
+    const devhost::UserScript escaping{click("XPButton1"), answer(MessageAnswer::Ok, vkReturn),
+                                       answer(MessageAnswer::Ok, vkEscape)};
     std::vector<std::string> closed = act(escaping).record;
     EXPECT_THAT(closed.back(), HasSubstr("\"message\""));
     std::vector<std::string> twin = withoutScreen({.name = "twin", .script = escaping}).record;
@@ -187,7 +174,7 @@ TEST_F(RealKeys, FileDialogChosenAndCancelled) {
     UserScript script;
     std::vector<std::string> expected;
     for (const auto& [way, seen] : ways) {
-        script.insert(script.end(), {click("cmdFichero"), way, look(0), focus});
+        script.insert(script.end(), {click("cmdFichero"), way, look(0), lookAtFocus()});
         expected.insert(expected.end(), seen.begin(), seen.end());
     }
     script.push_back(click("XPButton1"));
@@ -197,8 +184,8 @@ TEST_F(RealKeys, FileDialogChosenAndCancelled) {
 }
 
 TEST_F(RealKeys, QuestionWhoseDefaultIsNo) {
-    const auto record = actAlike({click("XPButton3"), message(vkReturn), click("XPButton3"),
-                                  message(vkReturn, MessageAnswer::Yes)})
+    const auto record = actAlike({click("XPButton3"), answer(MessageAnswer::Ok, vkReturn), click("XPButton3"),
+                                  answer(MessageAnswer::Yes, vkReturn)})
                             .record;
     const auto questions = linesWith(record, "\"yesno\"");
     ASSERT_THAT(questions, SizeIs(2));
@@ -269,7 +256,7 @@ TEST_F(Sessions, EverythingComesBack) {
     const devhost::ResourceBook& resources = devhost::ResourceBook::of(plugIn().module());
     devhost::ScreenSession session = closing();
     session.script = {click("Text1", 3), key(vkF1),           {.deed = Deed::Search, .row = 1},
-                      type(1, "999"),    key(vkTab),          message(vkReturn),
+                      type(1, "999"),    key(vkTab),          answer(MessageAnswer::Ok, vkReturn),
                       type(1, "24"),     click("cmdFichero"), {.deed = Deed::File, .key = 0},
                       click("cmdStock"), key(vkEscape),       click("cmdBorrado"),
                       key(vkEscape),     click("Option1", 0), click("XPButton1")};

@@ -6,7 +6,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "wine/two_worlds.h"
+#include "tests/wine/actions.h"
+#include "tests/wine/two_worlds.h"
 
 namespace pxtarvo::test {
 
@@ -16,19 +17,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-
-Action click(std::string control, int index = notIndexed) {
-    return {.deed = Deed::Click, .control = std::move(control), .index = index};
-}
-Action type(int index, std::string text) {
-    return {.deed = Deed::Type, .control = "Text1", .index = index, .text = std::move(text)};
-}
-Action key(std::int16_t key) {
-    return {.deed = Deed::Press, .key = key};
-}
-Action answer(MessageAnswer answer) {
-    return {.deed = Deed::Message, .answer = answer};
-}
 
 devhost::UserScript join(devhost::UserScript script, const devhost::UserScript& more) {
     script.insert(script.end(), more.begin(), more.end());
@@ -71,7 +59,7 @@ std::optional<std::string> fail() {
     throw RuntimeError(-2147467259, "Se ha perdido la conexión");
 }
 
-std::vector<Scenario> scenarios() {
+std::vector<Scenario> stockAndDeletionScenarios() {
     devhost::UserScript criteria = join(search("", "32/13/2006"), {click("cmdSalir")});
     for (const char* option : {"Option3", "Option1", "Option2"}) {
         criteria = join(std::move(criteria), join(search("", "", option), {click("cmdSalir")}));
@@ -121,7 +109,7 @@ TEST_P(SecondWindows, SameRecord) {
     expectTheSame(GetParam());
 }
 
-INSTANTIATE_TEST_SUITE_P(Parity, SecondWindows, ::testing::ValuesIn(scenarios()),
+INSTANTIATE_TEST_SUITE_P(Parity, SecondWindows, ::testing::ValuesIn(stockAndDeletionScenarios()),
                          [](const auto& info) { return info.param.name; });
 
 class StockFile : public TwoWorlds {

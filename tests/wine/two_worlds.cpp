@@ -1,13 +1,13 @@
-#include "wine/two_worlds.h"
+#include "tests/wine/two_worlds.h"
 
 #include <stdlib.h>
 
 #include <chrono>
 #include <nlohmann/json.hpp>
 
-#include "devhost/host_file.h"
+#include "devhost/dealer/host_file.h"
 #include "platform/portable/clocks.h"
-#include "platform/portable/sqlite_connection.h"
+#include "platform/portable/sqlite/sqlite_connection.h"
 
 namespace pxtarvo::test {
 

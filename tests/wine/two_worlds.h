@@ -10,11 +10,9 @@
 #include <vector>
 
 #include "devhost/wine/wine_host.h"
+#include "tests/wine/actions.h"
 
 namespace pxtarvo::test {
-
-using devhost::Action;
-using devhost::Deed;
 
 struct Scenario {
     std::string name;

@@ -1,0 +1,201 @@
+#include "benchmarks/runs/runs_floor.h"
+
+#include <cmath>
+#include <vector>
+
+#include "benchmarks/measure/statement.h"
+#include "platform/portable/files/sequential_files.h"
+#include "platform/portable/workbook/freexl_spreadsheet.h"
+#include "platform/values/conversion.h"
+#include "platform/values/text.h"
+
+namespace pxtarvo::benchmarks {
+
+namespace {
+
+constexpr std::int64_t supplier = 4;
+constexpr const char* now = "2012-07-25 10:30:00";
+
+/// The first column of a lookup's first row, 0 without rows.
+std::int64_t found(Statement& lookup) {
+    if (!lookup.step()) return 0;
+    const std::int64_t id = lookup.whole(0);
+    lookup.run();
+    return id;
+}
+
+}  // namespace
+
+std::int64_t barcodesOnFloor(portable::SqliteConnection& connection, const std::string& workbook) {
+    sqlite3* db = connection.handle();
+    Statement retire(db, "UPDATE Art SET Art_Estado=1, Art_FechaEstado=?1 WHERE Art_Estado=0 AND Art_Mar=1");
+    Statement findBarcode(db, "SELECT * FROM Art WHERE Art_barCode COLLATE DEALER = ?1");
+    Statement findCode(db, "SELECT * FROM Art WHERE Art_Cod COLLATE DEALER = ?1");
+    Statement insertArticle(
+        db,
+        "INSERT INTO Art (ART_Cod,ART_DES,Art_barCode,Art_Mar,ART_PVE,Art_Estado,Art_FechaEstado,ART_PCO,"
+        "ART_Rod,ART_Pas,ART_Mat,ART_TIPO,Art_Alma) VALUES (?1,?2,?3,1,0,0,dealer_now(),0,0,0,0,1,1)");
+    Statement newestArticle(db, "SELECT MAX(Art_Id) FROM Art");
+    Statement findPrice(db, "SELECT * FROM ArtPro WHERE ARP_Ida = ?1 AND ARP_Idp = ?2");
+    Statement insertPrice(db,
+                          "INSERT INTO ArtPro (ARP_des,Arp_Precio,Arp_Descuento,ARP_Cop,ARP_Idp,ARP_Ida) "
+                          "VALUES (?1,0,0,?2,?3,?4)");
+
+    retire.bind(1, std::string_view(now)).run();
+    const auto sheet = portable::FreexlApplication(portable::DrivePaths()).OpenWorkbook(workbook)->Sheet(1);
+    std::int64_t article = 0;
+    std::int32_t row = 1;
+    for (;; ++row) {
+        const auto cell = [&](std::int32_t column) {
+            return joinedText(sheet->Cells(row, column), spanishLocale());
+        };
+        std::string code = cell(1);
+        if (trimBlanks(code).empty()) break;
+        const std::string description = replaced(trimBlanks(cell(2)), "'", "");
+        const std::string barcode(trimBlanks(cell(3)));
+        if (found(findBarcode.bind(1, std::string_view(barcode))) == 0) {
+            article = 0;
+            if (found(findCode.bind(1, std::string_view(code))) != 0) code = barcode;
+        }
+        if (article == 0) {
+            insertArticle.bind(1, std::string_view(code))
+                .bind(2, std::string_view(description))
+                .bind(3, std::string_view(barcode))
+                .run();
+            article = found(newestArticle);
+        }
+        if (found(findPrice.bind(1, article).bind(2, supplier)) != 0) continue;
+        insertPrice.bind(1, std::string_view(description))
+            .bind(2, std::string_view(code))
+            .bind(3, supplier)
+            .bind(4, article)
+            .run();
+    }
+    return row - 1;
+}
+
+std::int64_t locationsOnFloor(portable::SqliteConnection& connection, const std::string& articleFile) {
+    sqlite3* db = connection.handle();
+    Statement findArticle(db, "SELECT Art_Id FROM Art WHERE Art_Cod COLLATE DEALER = ?1");
+    Statement findPlace(db, "SELECT * FROM Ubi WHERE Ubi_IdArt = ?1");
+    Statement insertPlace(db,
+                          "INSERT INTO Ubi (Ubi_IdArt,Ubi_IdAlm,Ubi_Pasillo,Ubi_ExMin) VALUES (?1,1,?2,?3)");
+    Statement updatePlace(db, "UPDATE Ubi SET Ubi_Pasillo=?1,Ubi_ExMin=?2 WHERE Ubi_Id=?3");
+    const int aisleColumn = findPlace.columnNamed("Ubi_Pasillo");
+
+    portable::SequentialFiles files;
+    files.openForInput(1, articleFile);
+    std::int64_t lines = 0;
+    for (; !files.atEnd(1); ++lines) {
+        const std::string line = files.lineInput(1);
+        const std::vector<std::string_view> fields = split(line, '\x01');
+        const std::string_view aisle = firstCharacters(trimTrailingBlanks(fields.at(18)), 20);
+        if (aisle.empty()) continue;
+        const std::int64_t article = found(findArticle.bind(1, fields[17]));
+        if (article == 0) continue;
+        std::int64_t place = 0;
+        int places = 0;
+        bool filled = false;
+        for (findPlace.bind(1, article); findPlace.step(); ++places) {
+            place = findPlace.whole(0);
+            filled = !trimBlanks(findPlace.text(aisleColumn)).empty();
+        }
+        if (places == 1 && filled) continue;
+        const double minimum = toDouble(replaced(fields.at(20), ".", ","), spanishLocale());
+        if (places == 1) {
+            updatePlace.bind(1, aisle).bind(2, minimum).bind(3, place).run();
+        } else {
+            insertPlace.bind(1, article).bind(2, aisle).bind(3, minimum).run();
+        }
+    }
+    files.close(1);
+    return lines;
+}
+
+std::int64_t correctionOnFloor(portable::SqliteConnection& connection) {
+    sqlite3* db = connection.handle();
+    Statement findRows(db,
+                       "SELECT Art_Id,Art_Cod,Exis_Id,Exis_alma,Exis_Cantidad FROM Art INNER JOIN Exis ON "
+                       "Exis_IdArt = Art_Id WHERE substr(Art_Cod,1,1) COLLATE DEALER <> '0' AND Art_Cod "
+                       "COLLATE DEALER = replace(Art_Cod,'.','A') AND Art_Id IN (SELECT ARP_Ida FROM ArtPro "
+                       "WHERE ARP_Idp = 4)");
+    Statement findTwin(db, "SELECT * FROM Art WHERE Art_Cod COLLATE DEALER = ?1");
+    Statement findStock(db, "SELECT * FROM Exis WHERE Exis_IdArt = ?1");
+    Statement insertStock(
+        db,
+        "INSERT INTO Exis (Exis_alma,Exis_CodArt,Exis_Des,Exis_For,Exis_Fentrada,Exis_Pro,Exis_Cantidad,"
+        "Exis_Largo,Exis_Ancho,Exis_Espesor,Exis_DMext,Exis_DMint,Exis_Lpc,Exis_Lac,Exis_Kg,Exis_Kill,"
+        "Exis_IdArt,Exis_Lote,Exis_KgReal) VALUES (?1,?2,?3,0,dealer_now(),0,?4,0,0,0,0,0,0,0,?4,0,?5,'',0)");
+    Statement newestStock(db, "SELECT MAX(Exis_Id) FROM Exis");
+    Statement updateStock(
+        db, "UPDATE Exis SET Exis_Fentrada=dealer_now(),Exis_Cantidad=?1,Exis_Kg=?1 WHERE Exis_Id=?2");
+    Statement insertHistory(
+        db,
+        "INSERT INTO Hexis (Hexis_Tipo,Hexis_alma,Hexis_idArt,Hexis_Fecha,Hexis_Cantidad,Hexis_Unidades,"
+        "Hexis_Importe,Hexis_Lac,Hexis_Lav,Hexis_Com,Hexis_For,Hexis_Fac,Hexis_Largo,Hexis_Ancho,"
+        "Hexis_Espesor,Hexis_DMext,Hexis_DMint,Hexis_Precio,Hexis_Usu,Hexis_Exis,Hexis_Lma) VALUES "
+        "(?1,?2,?3,dealer_now(),?4,?4,0,0,0,?5,0,1,0,0,0,0,0,0,1,?6,0)");
+    const int codeColumn = findTwin.columnNamed("ART_Cod");
+    const int nameColumn = findTwin.columnNamed("ART_DES");
+    const int quantityColumn = findStock.columnNamed("Exis_Cantidad");
+    struct Row {
+        std::int64_t article;
+        std::string code;
+        std::int64_t stock;
+        std::int64_t warehouse;
+        double quantity;
+    };
+    std::vector<Row> rows;
+    while (findRows.step()) {
+        rows.push_back(
+            {findRows.whole(0), findRows.text(1), findRows.whole(2), findRows.whole(3), findRows.number(4)});
+    }
+    const auto history = [&](double quantity, bool entry, const Row& row, std::int64_t article,
+                             std::string_view comment, std::int64_t stock) {
+        insertHistory.bind(1, std::string_view(entry ? "E" : "S"))
+            .bind(2, row.warehouse)
+            .bind(3, article)
+            .bind(4, quantity)
+            .bind(5, comment)
+            .bind(6, stock)
+            .run();
+    };
+    connection.BeginTrans();
+    for (const Row& row : rows) {
+        const std::string twinCode = "0" + row.code;
+        findTwin.bind(1, std::string_view(twinCode));
+        if (!findTwin.step()) continue;
+        const std::int64_t twin = findTwin.whole(0);
+        const std::string code = findTwin.text(codeColumn);
+        const std::string name = findTwin.text(nameColumn);
+        findTwin.run();
+        findStock.bind(1, twin);
+        std::int64_t stock = 0;
+        double total = row.quantity;
+        std::string_view comment;
+        if (findStock.step()) {
+            stock = findStock.whole(0);
+            total += findStock.number(quantityColumn);
+            findStock.run();
+            updateStock.bind(1, total).bind(2, stock).run();
+            comment = "Actualizacion desde codigo de articulo sin cero a con cero";
+        } else {
+            insertStock.bind(1, row.warehouse)
+                .bind(2, std::string_view(code))
+                .bind(3, std::string_view(name))
+                .bind(4, row.quantity)
+                .bind(5, twin)
+                .run();
+            stock = found(newestStock);
+            comment = "Nuevo registro de existencias para articulo con codigo cero. origen articulo sin cero";
+        }
+        history(total, total > 0, row, twin, comment, stock);
+        updateStock.bind(1, 0.0).bind(2, row.stock).run();
+        history(std::abs(row.quantity), row.quantity <= 0, row, row.article,
+                "Actualizacion de existencias a cero del articulo sin cero", row.stock);
+    }
+    connection.CommitTrans();
+    return static_cast<std::int64_t>(rows.size());
+}
+
+}  // namespace pxtarvo::benchmarks

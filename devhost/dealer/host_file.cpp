@@ -1,0 +1,68 @@
+#include "devhost/dealer/host_file.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "devhost/dealer/sample_dealer.h"
+#include "devhost/dealer/schema.h"
+
+namespace pxtarvo::devhost {
+
+namespace {
+
+constexpr std::int32_t fileAlreadyExists = 58;  // the language run time's number
+
+struct HostFile {
+    HostFile(const std::string& path, std::shared_ptr<const Clock> hostClock, portable::DatabaseMode mode)
+        : clock(std::move(hostClock)), connection(path, *clock, mode) {}
+
+    std::shared_ptr<const Clock> clock;
+    portable::SqliteConnection connection;
+};
+
+ObjectRef<portable::SqliteConnection> open(const std::string& path, std::shared_ptr<const Clock> clock,
+                                           portable::DatabaseMode mode) {
+    // An absolute path, as SQLite gives some names (":memory:") a meaning of their own.
+    const std::string absolute = std::filesystem::absolute(path).string();
+    auto file = std::make_shared<HostFile>(absolute, std::move(clock), mode);
+    return std::shared_ptr<portable::SqliteConnection>(file, &file->connection);
+}
+
+/// Takes the unfinished file away.
+class NewFile {
+  public:
+    explicit NewFile(std::filesystem::path path) : path_(std::move(path)) {}
+    NewFile(const NewFile&) = delete;
+    ~NewFile() {
+        std::error_code ignored;
+        if (!kept_) std::filesystem::remove(path_, ignored);
+    }
+    void keep() noexcept { kept_ = true; }
+
+  private:
+    std::filesystem::path path_;
+    bool kept_ = false;
+};
+
+}  // namespace
+
+ObjectRef<portable::SqliteConnection> openHostFile(const std::string& path,
+                                                   std::shared_ptr<const Clock> clock) {
+    return open(path, std::move(clock), portable::DatabaseMode::Existing);
+}
+
+void createHostFile(const std::string& path, std::shared_ptr<const Clock> clock, bool sample) {
+    const auto* utf8 = reinterpret_cast<const char8_t*>(path.data());
+    const std::filesystem::path file(utf8, utf8 + path.size());
+    if (std::filesystem::exists(std::filesystem::symlink_status(file))) {
+        throw RuntimeError(fileAlreadyExists, "El archivo '" + path + "' ya existe.");
+    }
+    NewFile unfinished(file);
+    const ObjectRef<portable::SqliteConnection> connection =
+        open(path, std::move(clock), portable::DatabaseMode::CreateIfMissing);
+    createSchema(*connection);
+    if (sample) fillSampleDealer(*connection);
+    unfinished.keep();
+}
+
+}  // namespace pxtarvo::devhost

@@ -1,0 +1,59 @@
+#pragma once
+
+// The record of what crosses the plug-in's boundary: one JSON object a line, in the order of the calls. Hosts
+// that run the plug-in in different worlds write the same lines for the same scenario, so the format is
+// fixed: the order of the keys, numbers in their shortest form that reads back the same, Null as null, UTF-8.
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "devhost/record/host_write.h"
+#include "host/host_field_helper.h"
+#include "platform/desktop.h"
+#include "platform/values/runtime_error.h"
+
+namespace pxtarvo::devhost {
+
+/// The calls that carry nothing but their name.
+enum class TransactionCall { Begin, Commit, Rollback };
+
+class Recorder {
+  public:
+    /// Takes each finished line, without its line end.
+    using Sink = std::function<void(std::string_view line)>;
+
+    explicit Recorder(Sink sink) : sink_(std::move(sink)) {}
+
+    /// A recorder that writes a new file, line by line. Raises 75 when the file cannot be created; an error
+    /// while writing (a full disk) is 75 too, in the call that was to be recorded.
+    static std::shared_ptr<Recorder> toFile(const std::string& path);
+
+    // Each takes the error that the call ended with, or nullptr.
+
+    void sourceOpen(std::string_view connectionString, const RuntimeError* error = nullptr);
+    void sourceQuery(std::string_view sql, const RuntimeError* error = nullptr);
+    void transaction(TransactionCall call, const RuntimeError* error = nullptr);
+    void execute(std::string_view sql, const RuntimeError* error = nullptr);
+    /// `ok` is whether the host took the write; an update's is not written down, as nobody is told.
+    void write(const HostWrite& write, bool ok, const RuntimeError* error = nullptr);
+    void message(const Message& message, MessageAnswer answer);
+    /// `answer` is what the search list gave back.
+    void search(const Busqueda& busqueda, std::string_view answer, const RuntimeError* error = nullptr);
+    void unload(std::string_view window);
+
+  private:
+    void start(std::string_view call);
+    void key(std::string_view name);
+    void text(std::string_view value);
+    void field(std::string_view name, std::string_view value);
+    void value(const Variant& value);
+    void finish(const RuntimeError* error = nullptr);
+
+    Sink sink_;
+    std::string line_;
+};
+
+}  // namespace pxtarvo::devhost

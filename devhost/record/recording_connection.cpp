@@ -1,0 +1,163 @@
+#include "devhost/record/recording_connection.h"
+
+#include <functional>
+#include <utility>
+
+#include "platform/portable/access/stream_recordset.h"
+
+namespace pxtarvo::devhost {
+
+namespace {
+
+/// Runs `call` and passes its outcome, nullptr or its error, to `record`; the error goes on.
+template <class Call, class Record>
+decltype(auto) recorded(Call&& call, Record&& record) {
+    try {
+        if constexpr (std::is_void_v<std::invoke_result_t<Call>>) {
+            call();
+            record(nullptr);
+        } else {
+            auto result = call();
+            record(nullptr);
+            return result;
+        }
+    } catch (const RuntimeError& error) {
+        record(&error);
+        throw;
+    }
+}
+
+/// Opening a recordset reads its first row too: only then is the outcome of a query known.
+class FirstRowWatch : public portable::RowStream {
+  public:
+    FirstRowWatch(std::unique_ptr<RowStream> rows, std::string statement, std::shared_ptr<Recorder> recorder)
+        : rows_(std::move(rows)), statement_(std::move(statement)), recorder_(std::move(recorder)) {}
+
+    std::int32_t columnCount() const override { return rows_->columnCount(); }
+    const std::string& columnName(std::int32_t position) const override {
+        return rows_->columnName(position);
+    }
+    Variant value(std::int32_t position) const override { return rows_->value(position); }
+    void rewind() override { rows_->rewind(); }
+
+    bool next() override {
+        if (!recorder_) return rows_->next();
+        const std::shared_ptr<Recorder> recorder = std::move(recorder_);
+        recorder_.reset();
+        return recorded([&] { return rows_->next(); },
+                        [&](const RuntimeError* error) { recorder->sourceQuery(statement_, error); });
+    }
+
+  private:
+    std::unique_ptr<RowStream> rows_;
+    std::string statement_;
+    std::shared_ptr<Recorder> recorder_;  ///< until the first row
+};
+
+}  // namespace
+
+RecordingConnection::RecordingConnection(ObjectRef<Connection> connection, std::shared_ptr<Recorder> recorder,
+                                         std::shared_ptr<ProtocolChecks> checks, bool oneUse)
+    : connection_(std::move(connection)),
+      recorder_(std::move(recorder)),
+      checks_(std::move(checks)),
+      oneUse_(oneUse) {}
+
+void RecordingConnection::use(std::string_view member) {
+    if (std::exchange(used_, true) && oneUse_ && checks_) checks_->connectionKept(member);
+}
+
+void RecordingConnection::ConnectionString(std::string_view value) {
+    connection_->ConnectionString(value);
+}
+
+void RecordingConnection::Open(std::string_view userId, std::string_view password, std::int32_t options) {
+    connection_->Open(userId, password, options);
+}
+
+std::int32_t RecordingConnection::State() const {
+    return connection_->State();
+}
+
+ObjectRef<Recordset> RecordingConnection::Execute(std::string_view commandText, std::int32_t options) {
+    use("Execute");
+    if (checks_) checks_->options("Execute", options);
+    if (!recorder_) return connection_->Execute(commandText, options);
+    return recorded([&] { return connection_->Execute(commandText, options); },
+                    [&](const RuntimeError* error) { recorder_->execute(commandText, error); });
+}
+
+void RecordingConnection::transaction(TransactionCall call, std::string_view member,
+                                      void (Connection::*action)()) {
+    use(member);
+    if (!recorder_) return (*connection_.*action)();
+    recorded([&] { (*connection_.*action)(); },
+             [&](const RuntimeError* error) { recorder_->transaction(call, error); });
+}
+
+void RecordingConnection::BeginTrans() {
+    transaction(TransactionCall::Begin, "BeginTrans", &Connection::BeginTrans);
+}
+
+void RecordingConnection::CommitTrans() {
+    transaction(TransactionCall::Commit, "CommitTrans", &Connection::CommitTrans);
+}
+
+void RecordingConnection::RollbackTrans() {
+    transaction(TransactionCall::Rollback, "RollbackTrans", &Connection::RollbackTrans);
+}
+
+RecordingSource::RecordingSource(ObjectRef<Connection> connection, std::shared_ptr<Recorder> recorder,
+                                 std::shared_ptr<ProtocolChecks> checks)
+    : connection_(std::move(connection)), recorder_(std::move(recorder)), checks_(std::move(checks)) {}
+
+void RecordingSource::ConnectionString(std::string_view value) {
+    connectionString_ = value;
+    try {
+        connection_->ConnectionString(value);
+    } catch (const RuntimeError& error) {
+        if (recorder_) recorder_->sourceOpen(connectionString_, &error);
+        throw;
+    }
+}
+
+void RecordingSource::Open(std::string_view userId, std::string_view password, std::int32_t options) {
+    if (checks_) checks_->options("Open", options);
+    if (!recorder_) return connection_->Open(userId, password, options);
+    recorded([&] { connection_->Open(userId, password, options); },
+             [&](const RuntimeError* error) { recorder_->sourceOpen(connectionString_, error); });
+}
+
+std::int32_t RecordingSource::State() const {
+    return connection_->State();
+}
+
+ObjectRef<Recordset> RecordingSource::Execute(std::string_view commandText, std::int32_t options) {
+    return connection_->Execute(commandText, options);
+}
+
+void RecordingSource::BeginTrans() {
+    connection_->BeginTrans();
+}
+void RecordingSource::CommitTrans() {
+    connection_->CommitTrans();
+}
+void RecordingSource::RollbackTrans() {
+    connection_->RollbackTrans();
+}
+
+std::unique_ptr<portable::RowStream> RecordingSource::openRows(std::string_view statement) {
+    auto* source = dynamic_cast<portable::RowSource*>(connection_.shared().get());
+    if (!source) throw RuntimeError(portable::adErrInvalidConnection, "El origen no da filas.");
+    if (!recorder_) return source->openRows(statement);
+    std::unique_ptr<portable::RowStream> rows;
+    try {
+        rows = source->openRows(statement);
+    } catch (const RuntimeError& error) {
+        recorder_->sourceQuery(statement, &error);
+        throw;
+    }
+    return std::make_unique<FirstRowWatch>(std::move(rows), std::string(statement), recorder_);
+}
+
+}  // namespace pxtarvo::devhost

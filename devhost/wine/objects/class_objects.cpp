@@ -1,0 +1,103 @@
+#include "devhost/wine/objects/class_objects.h"
+
+#include <atomic>
+#include <string>
+
+#include "platform/values/text.h"
+#include "platform/windows/automation/automation_errors.h"
+#include "platform/windows/automation/automation_values.h"
+
+namespace pxtarvo::devhost {
+
+namespace {
+
+using windows::Bstr;
+using windows::check;
+using windows::makeCounted;
+using windows::Reference;
+
+class Factory : public IClassFactory {
+  public:
+    explicit Factory(ClassObjects::Make make) : make_(std::move(make)) {}
+    Factory(const Factory&) = delete;
+    Factory& operator=(const Factory&) = delete;
+    virtual ~Factory() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (!object) return E_POINTER;
+        *object = nullptr;
+        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IClassFactory)) return E_NOINTERFACE;
+        AddRef();
+        *object = static_cast<IClassFactory*>(this);
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;  // counted objects own themselves
+        return left;
+    }
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
+        if (!object) return E_POINTER;
+        *object = nullptr;
+        if (outer) return CLASS_E_NOAGGREGATION;
+        try {
+            const Reference<IDispatch> made = make_();
+            return made->QueryInterface(iid, object);
+        } catch (...) {
+            return windows::raisedResult(IID_IClassFactory);
+        }
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+
+  private:
+    ClassObjects::Make make_;
+    std::atomic<ULONG> references_{1};
+};
+
+void writeKey(const std::string& path, const std::string& value) {
+    const Bstr key(path);
+    const Bstr text(value);
+    RegSetValueW(HKEY_CLASSES_ROOT, key.get(), REG_SZ, text.get(),
+                 static_cast<DWORD>(SysStringByteLen(text.get())));
+}
+
+std::string textOf(const CLSID& identifier) {
+    LPOLESTR text = nullptr;
+    check(StringFromCLSID(identifier, &text));
+    const std::string utf8 = toUtf8(reinterpret_cast<const char16_t*>(text));
+    CoTaskMemFree(text);
+    return utf8;
+}
+
+}  // namespace
+
+ClassObjects::~ClassObjects() {
+    for (const DWORD cookie : cookies_) CoRevokeClassObject(cookie);
+}
+
+void ClassObjects::offer(std::string_view programmaticIdentifier, const CLSID& identifier, Make make) {
+    const std::string name(programmaticIdentifier);
+    const Bstr wide(name);
+    CLSID found{};
+    if (FAILED(CLSIDFromProgID(wide.get(), &found))) {
+        found = identifier;
+        writeKey(name, name);
+        writeKey(name + "\\CLSID", textOf(found));
+    }
+    // A factory may live on in the hands of whoever asked for it.
+    const auto count = made_[name] = std::make_shared<int>(0);
+    const auto factory = makeCounted<Factory>([count, make = std::move(make)] {
+        ++*count;
+        return make();
+    });
+    DWORD cookie = 0;
+    check(CoRegisterClassObject(found, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie));
+    cookies_.push_back(cookie);
+}
+
+int ClassObjects::made(std::string_view programmaticIdentifier) const {
+    return *made_.find(programmaticIdentifier)->second;
+}
+
+}  // namespace pxtarvo::devhost

@@ -1,0 +1,86 @@
+#include "module/mdo_pxtarvo.h"
+
+#include <list>
+#include <mutex>
+
+#include "platform/values/text.h"
+
+namespace pxtarvo {
+
+namespace {
+
+using namespace std::literals;
+
+constexpr auto sFiltroLibros = "Fichero Excel (*.XLS)\0*.XLS\0"sv;
+constexpr std::uint32_t nMaximoRuta = 255;
+
+constexpr std::string_view sFiltroFichero = "*.xls";
+constexpr std::string_view sTituloFichero = "Selección del fichero de tarifas para importar";
+
+struct Casilla {
+    std::shared_ptr<Instancia> instancia;
+};
+
+/// The threads' instances. The list itself is never destroyed: no instance ends with the process's statics.
+struct Casillas {
+    std::mutex cerrojo;
+    std::list<Casilla> lista;
+};
+
+Casillas& casillas() {
+    static Casillas& todas = *std::make_unique<Casillas>().release();
+    return todas;
+}
+
+thread_local Casilla* casillaActual = nullptr;
+
+}  // namespace
+
+void guardarInstancia(std::shared_ptr<Instancia> instancia) {
+    if (!casillaActual) {
+        const std::lock_guard guarda(casillas().cerrojo);
+        casillaActual = &casillas().lista.emplace_back();
+    }
+    casillaActual->instancia.swap(instancia);
+}
+
+const Instancia& goInstancia() {
+    if (!casillaActual) throw RuntimeError(ErrorNumber::ObjectNotSet);
+    return *casillaActual->instancia;
+}
+
+ObjectRef<HostDatabase> MyBd() {
+    return goInstancia().MyBd();
+}
+
+ObjectRef<Recordset> consultar(std::string_view sSQL) {
+    return MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified);
+}
+
+std::string SeleccionarFichero(std::string_view sDirectorio, std::string_view sFiltro,
+                               std::string_view sTitulo) {
+    OpenFileName registro;
+    registro.lpstrFilter = sFiltro.empty() ? sFiltroLibros : sFiltro;
+    registro.lpstrFile.assign(nMaximoRuta - 1, ' ');
+    registro.nMaxFile = nMaximoRuta;
+    registro.lpstrFileTitle.assign(nMaximoRuta - 1, ' ');
+    registro.nMaxFileTitle = nMaximoRuta;
+    registro.lpstrInitialDir = sDirectorio;
+    registro.lpstrTitle = sTitulo;
+    if (!goInstancia().platform().desktop().getOpenFileName(registro)) return {};
+    return std::string(trimBlanks(registro.lpstrFile));
+}
+
+std::string ExaminarFichero() {
+    const std::string sRuta =
+        SeleccionarFichero(goInstancia().platform().moduleFolder(), sFiltroFichero, sTituloFichero);
+    return std::string(trimBlanks(sRuta));
+}
+
+void avisar(std::string_view sTexto) {
+    Message mensaje;
+    mensaje.text = sTexto;
+    goInstancia().platform().desktop().messageBox(mensaje);
+}
+
+}  // namespace pxtarvo

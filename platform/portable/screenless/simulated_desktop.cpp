@@ -1,0 +1,208 @@
+#include "platform/portable/screenless/simulated_desktop.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "platform/values/text.h"
+
+namespace pxtarvo::portable {
+
+namespace {
+
+/// Takes a window off the desktop however its showing ends.
+class Shown {
+  public:
+    Shown(std::vector<Window*>& windows, Window& window) : windows_(windows) { windows_.push_back(&window); }
+    Shown(const Shown&) = delete;
+    ~Shown() { windows_.pop_back(); }
+
+  private:
+    std::vector<Window*>& windows_;
+};
+
+/// Letters and digits have their own keys; which one gives any other character is the keyboard's matter.
+std::int16_t virtualKey(char character) {
+    constexpr std::int16_t anyOtherKey = 190;
+    if (character >= 'a' && character <= 'z') return static_cast<std::int16_t>(character - 'a' + 'A');
+    const bool own = (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9');
+    return own ? character : anyOtherKey;
+}
+
+std::size_t characterLength(unsigned char lead) {
+    if (lead < 0x80) return 1;
+    if (lead < 0xE0) return 2;
+    return lead < 0xF0 ? 3 : 4;
+}
+
+}  // namespace
+
+SimulatedDesktop::SimulatedDesktop(SimulatedUser& user) : user_(user) {}
+
+void SimulatedDesktop::showModal(Window& window) {
+    window.load();
+    const Shown shown(windows_, window);
+    user_.windowShown(window);
+    window.Unload();
+}
+
+void SimulatedDesktop::unloaded(Window& window) {
+    user_.windowUnloaded(window);
+}
+
+Window* SimulatedDesktop::activeWindow() const {
+    return windows_.empty() ? nullptr : windows_.back();
+}
+
+MessageAnswer SimulatedDesktop::showMessage(const Message& message) {
+    dialogOpens();
+    if (Window* window = activeWindow()) window->settleFocus();
+    const Reply reply = user_.reply(message);
+    if (reply.key != 0) pendingReleases_.push_back(reply.key);
+    return reply.answer;
+}
+
+void SimulatedDesktop::dialogOpens() {
+    pendingKeys_.clear();
+    pendingReleases_.clear();
+}
+
+bool SimulatedDesktop::getOpenFileName(OpenFileName& record) {
+    dialogOpens();
+    const std::optional<std::string> path = user_.chooseFile(record);
+    pendingReleases_.push_back(path ? vkReturn : vkEscape);
+    if (!path || toWindows1252(*path).size() >= record.nMaxFile) return false;
+    record.lpstrFile = *path + '\0';
+    return true;
+}
+
+void SimulatedDesktop::doEvents() {
+    workOffKeys();
+    user_.yielded();
+}
+
+void SimulatedDesktop::workOffKeys() {
+    if (Window* window = activeWindow()) window->settleFocus();
+    while (!pendingReleases_.empty()) {
+        const std::int16_t key = pendingReleases_.front();
+        pendingReleases_.pop_front();
+        release(key);
+    }
+    while (!pendingKeys_.empty()) {
+        const std::int16_t key = pendingKeys_.front();
+        pendingKeys_.pop_front();
+        press(key);
+    }
+}
+
+void SimulatedDesktop::sendKeys(std::string_view keys, bool wait) {
+    if (keys != "\t" && keys != "{TAB}") throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+    pendingKeys_.push_back(vkTab);
+    if (wait) workOffKeys();
+}
+
+void SimulatedDesktop::requireReachable(const Control& control) const {
+    const Window& window = control.window();
+    if (activeWindow() != &window || window.unloaded() || !window.enabled() || !control.visible() ||
+        !control.enabled()) {
+        throw std::logic_error("no user can reach " + control.fullName());
+    }
+}
+
+bool SimulatedDesktop::focus(Control& control) {
+    workOffKeys();
+    if (!control.takesFocus()) return true;
+    control.window().focusOn(control);
+    return !control.window().settleFocus();
+}
+
+void SimulatedDesktop::release(std::int16_t key) {
+    if (Window* window = activeWindow()) window->keyUp(key);
+}
+
+bool SimulatedDesktop::click(Control& control) {
+    requireReachable(control);
+    if (!focus(control)) return false;
+    if (auto* button = dynamic_cast<PushButton*>(&control)) {
+        control.window().handle(button->onClick);
+    } else if (auto* option = dynamic_cast<OptionButton*>(&control)) {
+        option->setValue(true);
+        control.window().handle(option->onClick);
+    } else if (auto* check = dynamic_cast<CheckBox*>(&control)) {
+        check->setValue(!check->value());
+        control.window().handle(check->onClick);
+    }
+    workOffKeys();
+    return true;
+}
+
+void SimulatedDesktop::choose(ComboBox& combo, std::string_view item) {
+    requireReachable(combo);
+    if (!focus(combo)) return;
+    const auto found = std::ranges::find(combo.items(), item);
+    if (found == combo.items().end()) throw std::logic_error("no such item in " + combo.fullName());
+    combo.setListIndex(static_cast<int>(found - combo.items().begin()));
+}
+
+void SimulatedDesktop::chooseRow(DataGrid& grid, std::int32_t position) {
+    requireReachable(grid);
+    if (focus(grid)) grid.userRow(position);
+}
+
+void SimulatedDesktop::typeCharacter(TextBox& box, std::string_view character, bool& replacing) {
+    const std::string ansi = toWindows1252(character);
+    std::int16_t KeyAscii = static_cast<unsigned char>(ansi.front());
+    const std::int16_t pressed = KeyAscii;
+    if (box.onKeyPress) box.window().handle([&] { box.onKeyPress(KeyAscii); });
+    if (KeyAscii == 0) return;
+    const char byte = static_cast<char>(KeyAscii);
+    const std::string typed = KeyAscii == pressed ? std::string(character) : fromWindows1252({&byte, 1});
+    std::string text = std::exchange(replacing, false) ? std::string() : box.text();
+    const auto limit = static_cast<std::size_t>(box.plan().maxLength);
+    if (limit != 0 && characterCount(text) >= limit) return;
+    box.userText(text + typed);
+}
+
+void SimulatedDesktop::type(TextBox& box, std::string_view text) {
+    requireReachable(box);
+    if (!focus(box)) return;
+    if (text.empty()) {
+        box.userText("");
+        release(vkDelete);
+        return;
+    }
+    bool replacing = true;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t length = characterLength(static_cast<unsigned char>(text[at]));
+        typeCharacter(box, text.substr(at, length), replacing);
+        release(virtualKey(text[at]));
+        at += length;
+    }
+}
+
+void SimulatedDesktop::press(std::int16_t key) {
+    Window* window = activeWindow();
+    if (!window || window->unloaded()) return;
+    workOffKeys();
+    if (key == vkTab) {
+        const std::vector<Control*> order = window->tabOrder();
+        if (!order.empty()) {
+            const auto here = std::ranges::find(order, window->activeControl());
+            const bool last = here == order.end() || here + 1 == order.end();
+            window->focusOn(last ? *order.front() : **(here + 1));
+        }
+    }
+    const unsigned messages = messagesShown();
+    window->settleFocus();
+    if (messages == messagesShown()) release(key);  // else a message box took the release
+    if (key == vkSpace) {
+        auto* button = dynamic_cast<PushButton*>(window->activeControl());
+        if (button && button->takesFocus()) window->handle(button->onClick);
+    }
+    workOffKeys();
+}
+
+void SimulatedDesktop::close(Window& window) {
+    window.Unload();
+}
+
+}  // namespace pxtarvo::portable

@@ -1,0 +1,28 @@
+#pragma once
+
+// Hands a statement's literals to the prepared statement as its parameters.
+
+#include <cstdint>
+#include <string_view>
+#include <variant>
+
+#include "platform/portable/dialect/sql_tokens.h"
+#include "platform/portable/dialect/sql_translator.h"
+
+struct sqlite3_stmt;
+
+namespace pxtarvo::portable {
+
+/// Binds a Number or Text token to SQLite's 1-based parameter. A literal that meets a date column is read day
+/// first, a text that meets a numeric column as a number; a number stored in a whole-number column loses its
+/// decimals. Raises ConversionFailed for what cannot be read so or does not fit. The statement may refer to
+/// the token's text until it is bound anew.
+void bindLiteral(sqlite3_stmt* statement, int parameter, const SqlToken& token, const LiteralUse& use);
+
+/// A literal as a value: a whole number, a finite number or a text without the marks around it.
+using LiteralValue = std::variant<std::int64_t, double, std::string_view>;
+
+/// Binds `value` as bindLiteral binds the literal that writes it in full.
+void bindValue(sqlite3_stmt* statement, int parameter, const LiteralValue& value, const LiteralUse& use);
+
+}  // namespace pxtarvo::portable

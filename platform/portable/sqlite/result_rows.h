@@ -1,0 +1,91 @@
+#pragma once
+
+// The rows of a client-side result, shared by every cursor over it.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/portable/dialect/column_types.h"
+#include "platform/values/variant.h"
+
+struct sqlite3_stmt;
+
+namespace pxtarvo::portable {
+
+struct ResultColumn {
+    std::string name;
+    ColumnDeclaration declaration;
+};
+using ResultColumns = std::vector<ResultColumn>;
+
+class ResultRows {
+  public:
+    explicit ResultRows(std::shared_ptr<const ResultColumns> columns) : columns_(std::move(columns)) {}
+    ResultRows(const ResultRows&) = delete;
+    ResultRows& operator=(const ResultRows&) = delete;
+    virtual ~ResultRows() = default;
+
+    const ResultColumns& columns() const noexcept { return *columns_; }
+    bool hasColumns(const std::shared_ptr<const ResultColumns>& columns) const noexcept {
+        return columns_ == columns;
+    }
+    virtual std::size_t rowCount() const noexcept = 0;
+    /// `row` and `column` must be in range. Raises ConversionFailed for a stored value that the column's
+    /// declared type cannot hold.
+    virtual Variant value(std::size_t row, std::size_t column) const = 0;
+
+  private:
+    std::shared_ptr<const ResultColumns> columns_;
+};
+
+/// Rows as SQLite stored them, one behind the other in a few large blocks; a value is made when it is asked
+/// for.
+class StoredRows final : public ResultRows {
+  public:
+    explicit StoredRows(std::shared_ptr<const ResultColumns> columns) : ResultRows(std::move(columns)) {}
+
+    /// Copies the current row of a statement with as many columns.
+    void append(sqlite3_stmt* statement);
+    /// Empties a small result of these very columns, for another use; false, and nothing done, for any other.
+    bool forget(const std::shared_ptr<const ResultColumns>& columns) noexcept;
+
+    std::size_t rowCount() const noexcept override { return rowCount_; }
+    Variant value(std::size_t row, std::size_t column) const override;
+
+  private:
+    // A row in words: a payload for each column (the integer, the bits of the double, or a text's offset from
+    // the row's beginning and its length in bytes), then a kind for each column, then the texts.
+    using Word = std::uint64_t;
+    /// Makes room for a row of `words`, of which `kept` words at the front of the free room are begun
+    /// already.
+    void makeRoom(std::size_t words, std::size_t kept);
+
+    static constexpr std::size_t innerWords = 48;  ///< enough for a result of one ordinary row
+    // not set to anything: every word is written before it is read
+    Word inner_[innerWords];
+    std::vector<std::unique_ptr<Word[]>> blocks_;
+    Word* free_ = inner_;
+    std::size_t freeWords_ = innerWords;
+    std::size_t nextBlockWords_ = 4 * innerWords;
+    const Word* firstRow_ = nullptr;  ///< most results have one row
+    std::vector<const Word*> laterRows_;
+    std::size_t rowCount_ = 0;
+};
+
+/// Rows made of values.
+class VariantRows final : public ResultRows {
+  public:
+    /// Every row must have a value for each column.
+    VariantRows(std::shared_ptr<const ResultColumns> columns, std::vector<std::vector<Variant>> rows)
+        : ResultRows(std::move(columns)), rows_(std::move(rows)) {}
+    std::size_t rowCount() const noexcept override { return rows_.size(); }
+    Variant value(std::size_t row, std::size_t column) const override { return rows_[row][column]; }
+
+  private:
+    std::vector<std::vector<Variant>> rows_;
+};
+
+}  // namespace pxtarvo::portable

@@ -1,0 +1,229 @@
+#include "platform/portable/sqlite/sqlite_connection.h"
+
+#include <utility>
+
+#include "platform/portable/sqlite/client_recordset.h"
+
+namespace pxtarvo::portable {
+
+namespace {
+
+constexpr int busyMilliseconds = 2000;  ///< how long a statement waits for another process's lock
+
+/// Makes a statement ready for its next run.
+class StatementReset {
+  public:
+    explicit StatementReset(sqlite3_stmt* statement) : statement_(statement) {}
+    StatementReset(const StatementReset&) = delete;
+    StatementReset& operator=(const StatementReset&) = delete;
+    ~StatementReset() { sqlite3_reset(statement_); }
+
+  private:
+    sqlite3_stmt* statement_;
+};
+
+DatabaseHandle openDatabase(const std::string& path, DatabaseMode mode) {
+    sqlite3* opened = nullptr;
+    const int create = mode == DatabaseMode::CreateIfMissing ? SQLITE_OPEN_CREATE : 0;
+    const int result =
+        sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | create, nullptr);
+    DatabaseHandle database(opened);
+    if (result != SQLITE_OK) {
+        throw RuntimeError(ErrorNumber::ProviderFailure,
+                           "No se puede abrir la base de datos '" + path + "'.");
+    }
+    return database;
+}
+
+int timesPrepared(sqlite3_stmt* statement) {
+    return sqlite3_stmt_status(statement, SQLITE_STMTSTATUS_REPREPARE, 0);
+}
+
+}  // namespace
+
+SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, DatabaseMode mode)
+    : functions_(clock),
+      database_(openDatabase(path, mode)),
+      hold_(std::make_shared<ReadHold>(database_.get())) {
+    sqlite3* const database = database_.get();
+    sqlite3_extended_result_codes(database, 1);
+    sqlite3_busy_timeout(database, busyMilliseconds);
+    // a misspelt "name" must never turn into a text
+    sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+    addServerFunctions(database, functions_);
+    // with a rollback journal an undone transaction leaves the file as it was, byte for byte
+    portable::run(database, "PRAGMA journal_mode = DELETE; PRAGMA cache_size = -32768");
+    schema_.refresh(database);
+}
+
+void SqliteConnection::ConnectionString(std::string_view) {
+    throw RuntimeError(ErrorNumber::ObjectOpen);
+}
+
+void SqliteConnection::Open(std::string_view, std::string_view, std::int32_t) {
+    throw RuntimeError(ErrorNumber::ObjectOpen);
+}
+
+void SqliteConnection::readColumns(PreparedStatement& statement) const {
+    sqlite3_stmt* const handle = statement.handle.get();
+    const int count = sqlite3_column_count(handle);
+    if (count == 0) return;
+    auto columns = std::make_shared<ResultColumns>();
+    for (int column = 0; column < count; ++column) {
+        const char* const declared = sqlite3_column_decltype(handle, column);
+        ColumnDeclaration declaration;
+        if (declared) {
+            declaration = readDeclaration(declared);
+        } else if (statement.translatedTypes.size() == static_cast<std::size_t>(count)) {
+            declaration = statement.translatedTypes[static_cast<std::size_t>(column)];
+        }
+        columns->push_back({sqlite3_column_name(handle, column), declaration});
+    }
+    statement.columns = std::move(columns);
+}
+
+std::unique_ptr<PreparedStatement> SqliteConnection::prepareTranslated(std::string_view commandText) {
+    Translation translation = translateStatement(commandText, schema_.tables());
+    auto statement = std::make_unique<PreparedStatement>();
+    statement->handle = prepare(database_.get(), translation.sql, SQLITE_PREPARE_PERSISTENT);
+    statement->servesShape = translation.servesShape();
+    statement->literals = std::move(translation.literals);
+    statement->translatedTypes = std::move(translation.columns);
+    readColumns(*statement);
+    return statement;
+}
+
+PreparedStatement& SqliteConnection::lookUp(std::string_view commandText,
+                                            std::unique_ptr<PreparedStatement>& own) {
+    takeShape(commandText, shape_);
+    if (PreparedStatement* statement = cache_.find(shape_.key)) return *statement;
+    if (schema_.refresh(database_.get())) cache_.clear();
+    own = prepareTranslated(commandText);
+    if (!own->servesShape) return *own;
+    own->pieces = shapePieces(commandText);
+    return cache_.insert(shape_.key, std::move(own));
+}
+
+template <class Bind>
+ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement, bool wantsRecords,
+                                           const Bind& bind) {
+    sqlite3_stmt* const handle = statement.handle.get();
+    const StatementReset reset(handle);
+    if (statement.servesShape) cache_.running(statement);
+    for (std::size_t index = 0; index < statement.literals.size(); ++index) {
+        if (const LiteralUse& use = statement.literals[index]; use.bound) bind(index, use);
+    }
+    functions_.beginStatement();
+    bool row = step(handle);
+    if (const int times = timesPrepared(handle); times != statement.preparations) {
+        statement.preparations = times;
+        readColumns(statement);
+    }
+    if (!wantsRecords) {
+        while (row) row = step(handle);
+        return nullptr;
+    }
+    if (!statement.columns) return makeObject<ClientRecordset>();
+    std::shared_ptr<StoredRows> rows = statement.emptyRows();
+    for (; row; row = step(handle)) rows->append(handle);
+    return makeObject<ClientRecordset>(std::move(rows), hold_);
+}
+
+ObjectRef<Recordset> SqliteConnection::runAsWritten(PreparedStatement& statement, bool wantsRecords) {
+    return run(statement, wantsRecords, [&](std::size_t index, const LiteralUse& use) {
+        bindLiteral(statement.handle.get(), static_cast<int>(index) + 1, shape_.literals[index], use);
+    });
+}
+
+ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std::int32_t options) {
+    refuseLostTransaction();
+    const bool wantsRecords = options == adOptionUnspecified || (options & adExecuteNoRecords) == 0;
+    try {
+        if (PreparedStatement* expected = cache_.expected();
+            expected && followShape(commandText, expected->pieces, shape_)) {
+            return runAsWritten(*expected, wantsRecords);
+        }
+        std::unique_ptr<PreparedStatement> own;
+        return runAsWritten(lookUp(commandText, own), wantsRecords);
+    } catch (const RuntimeError&) {
+        raiseFailure();
+    }
+}
+
+void SqliteConnection::runBound(BoundStatement& statement, std::span<const LiteralValue> literals) {
+    refuseLostTransaction();
+    try {
+        if (statement.generation_ != cache_.generation()) {
+            std::unique_ptr<PreparedStatement> own;
+            statement.prepared_ = &lookUp(statement.text_, own);
+            if (own) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+            statement.generation_ = cache_.generation();
+        }
+        PreparedStatement& prepared = *statement.prepared_;
+        if (prepared.literals.size() != literals.size()) {
+            throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+        }
+        run(prepared, false, [&](std::size_t index, const LiteralUse& use) {
+            bindValue(prepared.handle.get(), static_cast<int>(index) + 1, literals[index], use);
+        });
+    } catch (const RuntimeError&) {
+        raiseFailure();
+    }
+}
+
+void SqliteConnection::raiseFailure() {
+    checkTransaction();
+    if (functions_.raised) throw *std::exchange(functions_.raised, std::nullopt);
+    throw;
+}
+
+void SqliteConnection::checkTransaction() noexcept {
+    if (transaction_ == Transaction::Open && sqlite3_get_autocommit(database_.get()) != 0) {
+        transaction_ = Transaction::Lost;
+    }
+}
+
+void SqliteConnection::refuseLostTransaction() const {
+    if (transaction_ == Transaction::Lost) {
+        throw RuntimeError(ErrorNumber::ProviderFailure, "Un error anterior deshizo la transacción.");
+    }
+}
+
+void SqliteConnection::BeginTrans() {
+    if (transaction_ != Transaction::None) throw RuntimeError(ErrorNumber::TransactionAlreadyOpen);
+    portable::run(database_.get(), "BEGIN IMMEDIATE");
+    transaction_ = Transaction::Open;
+}
+
+void SqliteConnection::CommitTrans() {
+    if (transaction_ == Transaction::None) throw RuntimeError(ErrorNumber::NoTransactionOpen);
+    refuseLostTransaction();
+    try {
+        portable::run(database_.get(), "COMMIT");
+    } catch (const RuntimeError&) {
+        checkTransaction();
+        throw;
+    }
+    transaction_ = Transaction::None;
+}
+
+void SqliteConnection::RollbackTrans() {
+    if (transaction_ == Transaction::None) throw RuntimeError(ErrorNumber::NoTransactionOpen);
+    if (transaction_ == Transaction::Open) portable::run(database_.get(), "ROLLBACK");
+    transaction_ = Transaction::None;
+}
+
+void SqliteConnection::runNative(const std::string& script) {
+    refuseLostTransaction();
+    cache_.clear();
+    hold_->release();
+    try {
+        portable::run(database_.get(), script.c_str());
+    } catch (const RuntimeError&) {
+        checkTransaction();
+        throw;
+    }
+}
+
+}  // namespace pxtarvo::portable

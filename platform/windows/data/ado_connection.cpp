@@ -1,0 +1,49 @@
+#include "platform/windows/data/ado_connection.h"
+
+#include "platform/windows/data/ado_recordset.h"
+
+namespace pxtarvo::windows {
+
+ObjectRef<Connection> AdoConnection::create() {
+    return makeObject<AdoConnection>(Dispatch::create("ADODB.Connection"));
+}
+
+Reference<IDispatch> AdoConnection::objectOf(const ObjectRef<Connection>& connection) {
+    if (!connection) return {};
+    const auto* ours = dynamic_cast<const AdoConnection*>(connection.shared().get());
+    if (!ours) throw RuntimeError(ErrorNumber::TypeMismatch);
+    return ours->connection_.object();
+}
+
+void AdoConnection::ConnectionString(std::string_view value) {
+    connection_.put(u"ConnectionString", OwnedVariant(value));
+}
+
+void AdoConnection::Open(std::string_view userId, std::string_view password, std::int32_t options) {
+    // An empty text leaves the connection string as it was set.
+    connection_.run(u"Open", OwnedVariant(std::string_view()), OwnedVariant(userId), OwnedVariant(password),
+                    OwnedVariant(options));
+}
+
+std::int32_t AdoConnection::State() const {
+    return connection_.number(u"State");
+}
+
+ObjectRef<Recordset> AdoConnection::Execute(std::string_view commandText, std::int32_t options) {
+    return makeObject<AdoRecordset>(connection_.object(u"Execute", OwnedVariant(commandText),
+                                                       OwnedVariant::missing(), OwnedVariant(options)));
+}
+
+void AdoConnection::BeginTrans() {
+    connection_.run(u"BeginTrans");
+}
+
+void AdoConnection::CommitTrans() {
+    connection_.run(u"CommitTrans");
+}
+
+void AdoConnection::RollbackTrans() {
+    connection_.run(u"RollbackTrans");
+}
+
+}  // namespace pxtarvo::windows

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/database.h"
+#include "platform/windows/automation/dispatch.h"
+
+namespace pxtarvo::windows {
+
+/// An ADO connection reached through automation: the host's, or one of our own.
+class AdoConnection : public Connection {
+  public:
+    /// `connection` may be empty: every member then raises 91.
+    explicit AdoConnection(Dispatch connection) : connection_(std::move(connection)) {}
+    /// A new, closed one; 429 where ADO is not installed.
+    static ObjectRef<Connection> create();
+
+    /// The object behind any connection that this body made; empty for Nothing, 13 for a foreign one.
+    static Reference<IDispatch> objectOf(const ObjectRef<Connection>& connection);
+
+    void ConnectionString(std::string_view value) override;
+    void Open(std::string_view userId, std::string_view password, std::int32_t options) override;
+    std::int32_t State() const override;
+    ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) override;
+    void BeginTrans() override;
+    void CommitTrans() override;
+    void RollbackTrans() override;
+
+  private:
+    Dispatch connection_;
+};
+
+}  // namespace pxtarvo::windows

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/database.h"
+#include "platform/windows/automation/dispatch.h"
+
+namespace pxtarvo::windows {
+
+/// An ADO recordset reached through automation. Field objects are live: each is asked for once while the
+/// recordset is open, and then gives the current row's value.
+class AdoRecordset : public Recordset {
+  public:
+    /// `recordset` may be empty: every member then raises 91.
+    explicit AdoRecordset(Dispatch recordset) : recordset_(std::move(recordset)) {}
+    /// A new, closed one; 429 where ADO is not installed.
+    static ObjectRef<Recordset> create();
+
+    void Open(std::string_view source, const ObjectRef<Connection>& connection, std::int32_t cursorType,
+              std::int32_t lockType, std::int32_t options) override;
+    void Close() override;
+    std::int32_t State() const override;
+    bool Bof() const override;
+    bool Eof() const override;
+    void MoveFirst() override;
+    void MoveNext() override;
+    std::int32_t RecordCount() const override;
+    std::int32_t AbsolutePosition() const override;
+    void AbsolutePosition(std::int32_t position) override;
+    std::int32_t FieldCount() const override;
+    std::string FieldName(std::int32_t position) const override;
+    Variant Fields(std::int32_t position) const override;
+    Variant Fields(std::string_view name) const override;
+    ObjectRef<Recordset> Clone() const override;
+
+  private:
+    const Dispatch& fields() const;
+    const Dispatch& field(std::int32_t position) const;
+    void forgetFields() noexcept;
+
+    Dispatch recordset_;
+    mutable Dispatch fields_;
+    mutable std::vector<Dispatch> byPosition_;                      ///< empty elements were not asked for yet
+    mutable std::vector<std::pair<std::string, Dispatch>> byName_;  ///< as spelled by who asked
+};
+
+}  // namespace pxtarvo::windows

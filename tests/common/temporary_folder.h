@@ -1,0 +1,63 @@
+#pragma once
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "platform/values/runtime_error.h"
+
+namespace pxtarvo::tests {
+
+/// A folder of its own for a test, gone afterwards.
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "pxtarvo-XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
+        path_ = pattern;
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::string file(std::string_view name) const { return (path_ / name).string(); }
+    /// Writes a file, its folders included, and returns its path.
+    std::string write(std::string_view name, std::string_view bytes) const {
+        std::filesystem::create_directories((path_ / name).parent_path());
+        std::ofstream(path_ / name, std::ios::binary) << bytes;
+        return file(name);
+    }
+
+  private:
+    std::filesystem::path path_;
+};
+
+inline std::string bytesOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+inline std::string sample(std::string_view name) {
+    return std::string(PXTARVO_SAMPLES_DIR "/").append(name);
+}
+
+/// The number of the error that `action` raises, 0 for none.
+template <class Action>
+std::int32_t errorOf(Action&& action) {
+    try {
+        action();
+    } catch (const RuntimeError& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+}  // namespace pxtarvo::tests
