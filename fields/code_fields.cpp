@@ -13,9 +13,9 @@ constexpr std::size_t nSinEleccion = 2;   // an answer of the search list up to 
 constexpr std::string_view sFormatoImporte = "#,###,##0.00";
 
 constexpr std::string_view sProveedores =
-    "Select Pro_ID,Pro_COD,(isnull((CASE WHEN Pro_TIPDOC =0 THEN Pro_NOM ELSE Pro_Nom + ' ' + Pro_APE1 + ' ' "
-    "+ "
-    "Pro_APE2 END),Pro_comer)) as Pro_Nom FROM Pro";
+    "Select Pro_ID,Pro_COD,"
+    "(isnull((CASE WHEN Pro_TIPDOC =0 THEN Pro_NOM ELSE Pro_Nom + ' ' + Pro_APE1 + ' ' + Pro_APE2 END),Pro_comer)) "
+    "as Pro_Nom FROM Pro";
 constexpr std::string_view sProveedoresPorNombreComercial =
     "Select Pro_ID,Pro_COD,Pro_COMER FROM Pro ORDER BY Pro_COMER";
 constexpr std::string_view sMarcas = "Select Marca_ID,Marca_Des,Marca_CodAbrev FROM Marcas";

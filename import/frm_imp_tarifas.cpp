@@ -27,8 +27,7 @@ constexpr std::string_view sMarcoCorreccion = "Frame1";
 constexpr std::string_view sDescripcionCorreccion =
     "Proceso que busca articulos cuyo primer caracterde la izquierda no es cero, del proveedor 24 y que no "
     "tengan punto. Existe un articulo igual a los encontrados con el cero por la izquierda, pasamos la "
-    "ubicacion "
-    "de los sin cero a los con cero y sumamos las existencias en los con cero";
+    "ubicacion de los sin cero a los con cero y sumamos las existencias en los con cero";
 
 enum Opcion { opcionTarifa = 0, opcionCodigosBarras = 1 };
 enum Campo { campoFichero = 0, campoProveedor = 1, campoMarca = 3 };

@@ -30,13 +30,13 @@ std::int64_t importOnFloor(const std::string& database, const std::string& list)
     Statement findArticle(db, "SELECT * FROM Art WHERE Art_Cod COLLATE DEALER = ?1");
     Statement updateArticle(
         db,
-        "UPDATE Art SET ART_PVE=?1,Art_Estado=0,Art_FechaEstado=dealer_now(),Art_Cal=11,Art_Marca=?3 WHERE "
-        "Art_Id=?4");
+        "UPDATE Art SET ART_PVE=?1,Art_Estado=0,Art_FechaEstado=dealer_now(),Art_Cal=11,Art_Marca=?3 "
+        "WHERE Art_Id=?4");
     Statement insertArticle(
         db,
         "INSERT INTO Art "
-        "(ART_PVE,Art_Estado,Art_FechaEstado,Art_Cal,Art_Marca,ART_Cod,ART_DES,ART_PCO,ART_Rod,"
-        "ART_Pas,ART_Mat,ART_TIPO,Art_Alma) VALUES (?1,0,dealer_now(),11,?3,?4,?5,0,0,0,0,1,1)");
+        "(ART_PVE,Art_Estado,Art_FechaEstado,Art_Cal,Art_Marca,ART_Cod,ART_DES,ART_PCO,ART_Rod,ART_Pas,"
+        "ART_Mat,ART_TIPO,Art_Alma) VALUES (?1,0,dealer_now(),11,?3,?4,?5,0,0,0,0,1,1)");
     Statement newestArticle(db, "SELECT MAX(Art_Id) FROM Art");
     Statement findData(db, "SELECT * FROM Aat WHERE Aat_id = ?1");
     Statement updateData(db, "UPDATE Aat SET Aat_C01=?1 WHERE Aat_Id=?2");

@@ -33,8 +33,9 @@ std::int64_t barcodesOnFloor(portable::SqliteConnection& connection, const std::
     Statement findCode(db, "SELECT * FROM Art WHERE Art_Cod COLLATE DEALER = ?1");
     Statement insertArticle(
         db,
-        "INSERT INTO Art (ART_Cod,ART_DES,Art_barCode,Art_Mar,ART_PVE,Art_Estado,Art_FechaEstado,ART_PCO,"
-        "ART_Rod,ART_Pas,ART_Mat,ART_TIPO,Art_Alma) VALUES (?1,?2,?3,1,0,0,dealer_now(),0,0,0,0,1,1)");
+        "INSERT INTO Art "
+        "(ART_Cod,ART_DES,Art_barCode,Art_Mar,ART_PVE,Art_Estado,Art_FechaEstado,ART_PCO,ART_Rod,ART_Pas,"
+        "ART_Mat,ART_TIPO,Art_Alma) VALUES (?1,?2,?3,1,0,0,dealer_now(),0,0,0,0,1,1)");
     Statement newestArticle(db, "SELECT MAX(Art_Id) FROM Art");
     Statement findPrice(db, "SELECT * FROM ArtPro WHERE ARP_Ida = ?1 AND ARP_Idp = ?2");
     Statement insertPrice(db,
@@ -115,26 +116,29 @@ std::int64_t locationsOnFloor(portable::SqliteConnection& connection, const std:
 std::int64_t correctionOnFloor(portable::SqliteConnection& connection) {
     sqlite3* db = connection.handle();
     Statement findRows(db,
-                       "SELECT Art_Id,Art_Cod,Exis_Id,Exis_alma,Exis_Cantidad FROM Art INNER JOIN Exis ON "
-                       "Exis_IdArt = Art_Id WHERE substr(Art_Cod,1,1) COLLATE DEALER <> '0' AND Art_Cod "
-                       "COLLATE DEALER = replace(Art_Cod,'.','A') AND Art_Id IN (SELECT ARP_Ida FROM ArtPro "
-                       "WHERE ARP_Idp = 4)");
+                       "SELECT Art_Id,Art_Cod,Exis_Id,Exis_alma,Exis_Cantidad FROM Art "
+                       "INNER JOIN Exis ON Exis_IdArt = Art_Id "
+                       "WHERE substr(Art_Cod,1,1) COLLATE DEALER <> '0' "
+                       "AND Art_Cod COLLATE DEALER = replace(Art_Cod,'.','A') AND Art_Id IN "
+                       "(SELECT ARP_Ida FROM ArtPro WHERE ARP_Idp = 4)");
     Statement findTwin(db, "SELECT * FROM Art WHERE Art_Cod COLLATE DEALER = ?1");
     Statement findStock(db, "SELECT * FROM Exis WHERE Exis_IdArt = ?1");
     Statement insertStock(
         db,
-        "INSERT INTO Exis (Exis_alma,Exis_CodArt,Exis_Des,Exis_For,Exis_Fentrada,Exis_Pro,Exis_Cantidad,"
-        "Exis_Largo,Exis_Ancho,Exis_Espesor,Exis_DMext,Exis_DMint,Exis_Lpc,Exis_Lac,Exis_Kg,Exis_Kill,"
-        "Exis_IdArt,Exis_Lote,Exis_KgReal) VALUES (?1,?2,?3,0,dealer_now(),0,?4,0,0,0,0,0,0,0,?4,0,?5,'',0)");
+        "INSERT INTO Exis "
+        "(Exis_alma,Exis_CodArt,Exis_Des,Exis_For,Exis_Fentrada,Exis_Pro,Exis_Cantidad,Exis_Largo,"
+        "Exis_Ancho,Exis_Espesor,Exis_DMext,Exis_DMint,Exis_Lpc,Exis_Lac,Exis_Kg,Exis_Kill,Exis_IdArt,"
+        "Exis_Lote,Exis_KgReal) VALUES (?1,?2,?3,0,dealer_now(),0,?4,0,0,0,0,0,0,0,?4,0,?5,'',0)");
     Statement newestStock(db, "SELECT MAX(Exis_Id) FROM Exis");
     Statement updateStock(
         db, "UPDATE Exis SET Exis_Fentrada=dealer_now(),Exis_Cantidad=?1,Exis_Kg=?1 WHERE Exis_Id=?2");
     Statement insertHistory(
         db,
-        "INSERT INTO Hexis (Hexis_Tipo,Hexis_alma,Hexis_idArt,Hexis_Fecha,Hexis_Cantidad,Hexis_Unidades,"
-        "Hexis_Importe,Hexis_Lac,Hexis_Lav,Hexis_Com,Hexis_For,Hexis_Fac,Hexis_Largo,Hexis_Ancho,"
-        "Hexis_Espesor,Hexis_DMext,Hexis_DMint,Hexis_Precio,Hexis_Usu,Hexis_Exis,Hexis_Lma) VALUES "
-        "(?1,?2,?3,dealer_now(),?4,?4,0,0,0,?5,0,1,0,0,0,0,0,0,1,?6,0)");
+        "INSERT INTO Hexis "
+        "(Hexis_Tipo,Hexis_alma,Hexis_idArt,Hexis_Fecha,Hexis_Cantidad,Hexis_Unidades,Hexis_Importe,"
+        "Hexis_Lac,Hexis_Lav,Hexis_Com,Hexis_For,Hexis_Fac,Hexis_Largo,Hexis_Ancho,Hexis_Espesor,"
+        "Hexis_DMext,Hexis_DMint,Hexis_Precio,Hexis_Usu,Hexis_Exis,Hexis_Lma) "
+        "VALUES (?1,?2,?3,dealer_now(),?4,?4,0,0,0,?5,0,1,0,0,0,0,0,0,1,?6,0)");
     const int codeColumn = findTwin.columnNamed("ART_Cod");
     const int nameColumn = findTwin.columnNamed("ART_DES");
     const int quantityColumn = findStock.columnNamed("Exis_Cantidad");

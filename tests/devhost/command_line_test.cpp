@@ -120,10 +120,9 @@ TEST_F(CommandLine, ImportsAndRecords) {
     std::filesystem::create_directories(folder.file("c/tarvo"));
     std::filesystem::copy_file(sample("TARIFA2008.MDB"), folder.file("c/tarvo/tarifa2008.mdb"));
     // The year rebuilds the path; the field of an empty supplier stays empty.
-    ASSERT_EQ(
-        run("import dealer.db --year 2008 --drive-c c --supplier '' --brand AGM --now '2012-07-25 10:30:00' "
-            "--trace record.jsonl"),
-        0)
+    ASSERT_EQ(run("import dealer.db --year 2008 --drive-c c --supplier '' --brand AGM --now '2012-07-25 "
+                  "10:30:00' --trace record.jsonl"),
+              0)
         << errors;
     EXPECT_EQ(output, "Debe indicar el codigo de proveedor\nProceso finalizado con exito\n");
     EXPECT_EQ(errors, "");

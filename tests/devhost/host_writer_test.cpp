@@ -145,8 +145,9 @@ TEST(HostWriter, ValuesArriveAlikeBoundAndComposed) {
             std::string outcomes[2];
             for (const bool composed : {false, true}) {
                 database.runNative(
-                    "UPDATE Mezcla SET Texto=NULL,Entero=NULL,Corto=NULL,Byte=NULL,Bit=NULL,"
-                    "Numero=NULL,Importe=NULL,Fecha=NULL,Libre=NULL");
+                    "UPDATE Mezcla SET "
+                    "Texto=NULL,Entero=NULL,Corto=NULL,Byte=NULL,Bit=NULL,Numero=NULL,Importe=NULL,"
+                    "Fecha=NULL,Libre=NULL");
                 std::string message;
                 context->Tabla("Mezcla");
                 for (const char* where : {" WHERE Id = -3", " WHERE Id = 7"}) {

@@ -45,9 +45,9 @@ TEST(SampleDealer, SuitsEveryStatementOfTheWindows) {
     EXPECT_THAT(host.rows("SELECT count(*) FROM Art"), ElementsAre("1000"));
     EXPECT_THAT(host.rows("SELECT count(*) FROM Art GROUP BY Art_Cod ORDER BY count(*) DESC").front(), "1");
     EXPECT_THAT(
-        host.rows("Select Pro_ID,(isnull((CASE WHEN Pro_TIPDOC =0 THEN Pro_NOM ELSE Pro_Nom + ' ' + Pro_APE1 "
-                  "+ ' ' + "
-                  "Pro_APE2 END),Pro_comer)) as Pro_Nom FROM Pro where Pro_COD IN (12, 11, 24)"),
+        host.rows("Select Pro_ID,(isnull((CASE WHEN Pro_TIPDOC =0 THEN Pro_NOM ELSE Pro_Nom + ' ' + "
+                  "Pro_APE1 + ' ' + Pro_APE2 END),Pro_comer)) as Pro_Nom "
+                  "FROM Pro where Pro_COD IN (12, 11, 24)"),
         ElementsAre("2|José Muñoz Íñiguez", "3|El Tractorista", "4|Recambios Ibéricos de Tractor, S.A."));
     // Codes without the leading zero whose twin with it exists.
     EXPECT_THAT(host.rows("select Art_Id from art INNER JOIN EXIS ON EXIS_IDART = ART_ID "
@@ -58,16 +58,15 @@ TEST(SampleDealer, SuitsEveryStatementOfTheWindows) {
     EXPECT_THAT(host.rows("SELECT Exis_IdArt FROM Exis GROUP BY Exis_IdArt HAVING count(*) > 1"),
                 SizeIs(Gt(10u)));
     // The search of articles without movements: it fails on an article with two stock rows.
-    EXPECT_THAT(
-        host.rows("SELECT Art_Id,ISNULL((SELECT 'Si' FROM Exis WHERE Exis_IdArt = Art_Id OR Exis_Codart = "
-                  "Art_Cod),'No') "
-                  "AS Almacen FROM Art WHERE Art_Id NOT IN (SELECT Lapr_IdArt FROM Lapr GROUP BY Lapr_IdArt) "
-                  "AND art_id NOT IN (SELECT PedLi_IdArt FROM Pedli GROUP BY PedLi_IdArt) "
-                  "AND art_id not in (select lav_idart from lav group by lav_idart) "
-                  "AND Art_Id NOT IN (SELECT Lpc_IdArt FROM Lpc GROUP BY Lpc_IdArt) "
-                  "AND art_cod not in (select lac_codart from lac group by lac_codart) "
-                  "AND Art_Id NOT IN (SELECT Hexis_idArt FROM Hexis GROUP BY Hexis_idArt)"),
-        SizeIs(750));
+    EXPECT_THAT(host.rows("SELECT Art_Id,ISNULL((SELECT 'Si' FROM Exis "
+                          "WHERE Exis_IdArt = Art_Id OR Exis_Codart = Art_Cod),'No') AS Almacen FROM Art "
+                          "WHERE Art_Id NOT IN (SELECT Lapr_IdArt FROM Lapr GROUP BY Lapr_IdArt) "
+                          "AND art_id NOT IN (SELECT PedLi_IdArt FROM Pedli GROUP BY PedLi_IdArt) "
+                          "AND art_id not in (select lav_idart from lav group by lav_idart) "
+                          "AND Art_Id NOT IN (SELECT Lpc_IdArt FROM Lpc GROUP BY Lpc_IdArt) "
+                          "AND art_cod not in (select lac_codart from lac group by lac_codart) "
+                          "AND Art_Id NOT IN (SELECT Hexis_idArt FROM Hexis GROUP BY Hexis_idArt)"),
+                SizeIs(750));
 }
 
 TEST(HostFile, IsMadeOnceAndReadByTheSqliteTool) {

@@ -59,8 +59,7 @@ TEST_P(BadLists, LeaveTheDatabaseAsItWas) {
 constexpr const char* reportOfProvider = "Error '-2147467259' en tiempo de ejecución:\r\n\r\n…";
 constexpr const char* reportOfTable =
     "Error '-2147217865' en tiempo de ejecución:\r\n\r\nEl motor de base de datos Microsoft Jet no pudo "
-    "encontrar la "
-    "tabla o consulta de entrada 'List'.…";
+    "encontrar la tabla o consulta de entrada 'List'.…";
 
 INSTANTIATE_TEST_SUITE_P(
     Files, BadLists,
@@ -76,9 +75,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadInput{"emptyTable", "2012", "list-empty-table.mdb", "Error '3021' en tiempo de ejecución:…",
                  false},
         BadInput{"sixColumns", "2012", "list-six-columns.mdb",
-                 "Registro 1. No se encontró el elemento en la colección que corresponde con el nombre o el "
-                 "ordinal "
-                 "solicitado.",
+                 "Registro 1. No se encontró el elemento en la colección que corresponde con el nombre o "
+                 "el ordinal solicitado.",
                  true},
         BadInput{"apostrophe", "2012", "list-apostrophe-row-57.mdb", "Registro 57. …", true},
         BadInput{"nullPrice", "2012", "list-empty-price-row-34.mdb", "Registro 34. Uso no válido de Null",

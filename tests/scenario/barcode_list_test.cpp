@@ -18,8 +18,7 @@ using ::testing::StartsWith;
 constexpr const char* articles = "SELECT Art_Cod,ART_DES,Art_barCode,Art_Mar FROM Art ORDER BY Art_Id";
 constexpr const char* supplied = "SELECT ARP_Ida,ARP_Idp,ARP_Cop,ARP_des FROM ArtPro ORDER BY ARP_Id";
 constexpr const char* retired =
-    "UPDATE Art Set Art_Estado=1, Art_FechaEstado = '25/07/2012' WHERE Art_Estado "
-    "=0 AND Art_Mar = 12";
+    "UPDATE Art Set Art_Estado=1, Art_FechaEstado = '25/07/2012' WHERE Art_Estado =0 AND Art_Mar = 12";
 
 class BarcodeList : public Scene {
   protected:

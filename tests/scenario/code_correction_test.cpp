@@ -73,10 +73,10 @@ TEST_F(CodeCorrection, AnswerNoTouchesNothing) {
     EXPECT_TRUE(press());
     EXPECT_THAT(messageTexts(), ElementsAre(correctionQuestion));
     ASSERT_EQ(record.size(), 4u);
-    EXPECT_EQ(
-        record[2],
-        "{\"call\":\"message\",\"text\":\"Confirma que desea comenzar el proceso\",\"title\":\"PXTarvo\","
-        "\"buttons\":\"yesno\",\"icon\":\"none\",\"default\":\"no\",\"answer\":\"no\"}");
+    EXPECT_EQ(record[2],
+              "{\"call\":\"message\",\"text\":\"Confirma que desea comenzar el "
+              "proceso\",\"title\":\"PXTarvo\",\"buttons\":\"yesno\",\"icon\":\"none\",\"default\":\"no\","
+              "\"answer\":\"no\"}");
 }
 
 /// After a refused stock row the history carries the newest one that there is.

@@ -15,14 +15,15 @@ using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 constexpr const char* statement =
-    "SELECT Art_Id,Art_Cod,Art_Des, (SELECT Marca_DES FROM Marcas WHERE Marca_Id = Art_Marca) AS Marca, "
-    "(SELECT FAM_DES FROM Fam WHERE Fam_Id = Art_FAm) AS Familia, ISNULL((SELECT 'Si' FROM Exis WHERE "
-    "Exis_IdArt = Art_Id OR Exis_Codart = Art_Cod),'No') AS Almacen,CASE WHEN Art_Estado = 0 then 'Activo' "
-    "else 'Baja' END As Estado,Art_FechaEstado FROM Art WHERE Art_Id NOT IN (SELECT Lapr_IdArt FROM Lapr "
-    "GROUP BY Lapr_IdArt)  AND art_id NOT IN (SELECT PedLi_IdArt FROM Pedli GROUP BY PedLi_IdArt)  AND "
-    "art_id not in (select lav_idart from lav group by lav_idart)  AND Art_Id NOT IN (SELECT Lpc_IdArt FROM "
-    "Lpc GROUP BY Lpc_IdArt)  AND art_cod not in (select lac_codart from lac group by lac_codart)  AND "
-    "Art_Id NOT IN (SELECT Hexis_idArt FROM Hexis GROUP BY Hexis_idArt) ";
+    "SELECT Art_Id,Art_Cod,Art_Des, (SELECT Marca_DES FROM Marcas WHERE Marca_Id = Art_Marca) "
+    "AS Marca, (SELECT FAM_DES FROM Fam WHERE Fam_Id = Art_FAm) AS Familia, ISNULL((SELECT 'Si' "
+    "FROM Exis WHERE Exis_IdArt = Art_Id OR Exis_Codart = Art_Cod),'No') "
+    "AS Almacen,CASE WHEN Art_Estado = 0 then 'Activo' else 'Baja' END As Estado,Art_FechaEstado "
+    "FROM Art WHERE Art_Id NOT IN (SELECT Lapr_IdArt FROM Lapr GROUP BY Lapr_IdArt)  "
+    "AND art_id NOT IN (SELECT PedLi_IdArt FROM Pedli GROUP BY PedLi_IdArt)  "
+    "AND art_id not in (select lav_idart from lav group by lav_idart)  AND Art_Id NOT IN "
+    "(SELECT Lpc_IdArt FROM Lpc GROUP BY Lpc_IdArt)  AND art_cod not in (select lac_codart "
+    "from lac group by lac_codart)  AND Art_Id NOT IN (SELECT Hexis_idArt FROM Hexis GROUP BY Hexis_idArt) ";
 
 class DeletionSearch : public DeletionScene {
   protected:

@@ -138,8 +138,8 @@ TEST_F(List2006, TransactionIsTheHosts) {
 TEST_F(List2006, FailedCommitIsRolledBack) {
     list({row2006("A", 1.0, "C"), row2006("B", 2.0, "C")});
     native(
-        "PRAGMA foreign_keys = ON; CREATE TABLE testigo (articulo INTEGER REFERENCES Art (Art_Id) DEFERRABLE "
-        "INITIALLY DEFERRED)");
+        "PRAGMA foreign_keys = ON; CREATE TABLE testigo (articulo INTEGER REFERENCES Art (Art_Id) "
+        "DEFERRABLE INITIALLY DEFERRED)");
     host().connection()->BeginTrans();
     native("INSERT INTO testigo VALUES (999)");
     EXPECT_TRUE(run(&frmImpTarifas::XPButton1, {.year = "2006"}));
@@ -175,8 +175,8 @@ TEST_F(List2006, ListThatDoesNotOpenLeavesTheTransactionAlone) {
     };
     const Case cases[] = {
         {"list-empty-table.mdb",
-         "Error '-2147217865' en tiempo de ejecución:\r\n\r\nEl motor de base de datos Microsoft Jet no pudo "
-         "encontrar la tabla o consulta de entrada '31EUR000'."},
+         "Error '-2147217865' en tiempo de ejecución:\r\n\r\nEl motor de base de datos Microsoft Jet no "
+         "pudo encontrar la tabla o consulta de entrada '31EUR000'."},
         {"none.mdb", "Error '-2147467259' en tiempo de ejecución:"},
         {nullptr, "Error '3021' en tiempo de ejecución:"},
     };

@@ -15,8 +15,8 @@ class ImportWindow : public Scene {
   protected:
     void SetUp() override {
         createEmptyDealer();
-        sql("INSERT INTO Pro (Pro_ID,Pro_COD,Pro_NOM,Pro_APE1,Pro_APE2,Pro_TIPDOC) VALUES "
-            "(7,31,'Ana','Ruiz','Peña',1)");
+        sql("INSERT INTO Pro (Pro_ID,Pro_COD,Pro_NOM,Pro_APE1,Pro_APE2,Pro_TIPDOC) "
+            "VALUES (7,31,'Ana','Ruiz','Peña',1)");
         sql("INSERT INTO Pro (Pro_ID,Pro_COD,Pro_comer,Pro_TIPDOC) VALUES (9,32,'Talleres Ñ',1)");
         sql("INSERT INTO Marcas (Marca_ID,Marca_Des,Marca_CodAbrev) VALUES (12,'Otra marca','OTRA')");
         desktop = &host().desktop();
@@ -159,8 +159,8 @@ TEST_F(ImportWindow, SupplierSearch) {
         EXPECT_EQ(window.Text1[1].text(), "31");
         EXPECT_EQ(window.Text1[2].text(), "Ana Ruiz Peña");
         EXPECT_EQ(messageTexts().back(),
-                  "Desea Buscar por el nombre Fiscal ?.\r\nSi contesta NO, la busqueda será "
-                  "por Nombre Comercial");
+                  "Desea Buscar por el nombre Fiscal ?.\r\nSi contesta NO, la busqueda será por Nombre "
+                  "Comercial");
 
         user().yesNo = MessageAnswer::No;
         user().choices.push_back(std::monostate());

@@ -75,10 +75,8 @@ TEST_P(YearlySamples, LeaveWhatTheModelSays) {
         std::map<std::string, Article> articles;
         const auto rows = host().connection()->Execute(
             "SELECT Art_Cod,ART_PVE,Arp_Precio,Art_Estado," + std::string(year.brandColumn) +
-                ",Aat_C01,Art_FechaEstado,ARP_des FROM Art LEFT JOIN ArtPro ON ARP_Ida = Art_Id AND ARP_Idp "
-                "= 4 LEFT "
-                "JOIN Aat ON "
-                "Aat_Id = Art_Id",
+                ",Aat_C01,Art_FechaEstado,ARP_des FROM Art LEFT JOIN ArtPro ON ARP_Ida = Art_Id "
+                "AND ARP_Idp = 4 LEFT JOIN Aat ON Aat_Id = Art_Id",
             -1);
         const auto text = [&](int position) {
             const Variant cell = rows->Fields(position);

@@ -63,8 +63,7 @@ class StatementReader {
 
     [[noreturn]] void raise() const {
         throw RuntimeError(ErrorNumber::SqlSyntax,
-                           "Instrucción SQL no válida para un origen de datos de sólo "
-                           "lectura: '" +
+                           "Instrucción SQL no válida para un origen de datos de sólo lectura: '" +
                                std::string(statement_) + "'.");
     }
     void skipBlanks() {

@@ -42,8 +42,7 @@ std::string quoted(std::string_view fileName) {
 [[noreturn]] void raiseUnreadable(std::string_view fileName) {
     raiseProviderFailure(
         "El motor de base de datos Microsoft Jet no puede abrir el archivo " + quoted(fileName) +
-        ". Está abierto en modo exclusivo por otro usuario o bien necesita permiso para ver sus "
-        "datos.");
+        ". Está abierto en modo exclusivo por otro usuario o bien necesita permiso para ver sus datos.");
 }
 
 /// libmdb takes anything for a database and complains later.

@@ -208,8 +208,8 @@ Variant JetRows::decoded(const JetColumn& column, Bytes bytes) const {
         default:
             throw RuntimeError(ErrorNumber::ProviderFailure,
                                "El campo '" + column.name +
-                                   "' es de un tipo de datos que el motor de base de "
-                                   "datos Microsoft Jet no puede entregar aquí.");
+                                   "' es de un tipo de datos que el motor de base de datos Microsoft Jet "
+                                   "no puede entregar aquí.");
     }
 }
 

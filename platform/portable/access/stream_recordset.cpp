@@ -33,8 +33,8 @@ void StreamRecordset::Open(std::string_view source, const ObjectRef<Connection>&
     if (rowSource == nullptr || connection->State() == adStateClosed) {
         throw RuntimeError(
             adErrInvalidConnection,
-            "La conexión no puede usarse para realizar esta operación. Está cerrada o no es válida "
-            "en este contexto.");
+            "La conexión no puede usarse para realizar esta operación. Está cerrada o no es válida en este "
+            "contexto.");
     }
     rows_ = rowSource->openRows(source);
     try {

@@ -126,8 +126,7 @@ bool SqlGrammar::valueList(SelectRole role, bool distinct, bool nested,
     } while (acceptSymbol(","));
     if ((role == SelectRole::Scalar || role == SelectRole::List) && (starred || count != 1)) {
         refuse(
-            "Sólo se puede especificar una expresión en la lista de selección cuando la subconsulta no "
-            "se "
+            "Sólo se puede especificar una expresión en la lista de selección cuando la subconsulta no se "
             "especifica con EXISTS.");
     }
     return starred;

@@ -58,8 +58,7 @@ void SqlGrammar::insertStatement() {
 void SqlGrammar::refuseValueCount() {
     refuse(
         "El número de valores de la cláusula VALUES no coincide con el número de columnas de la "
-        "instrucción "
-        "INSERT.");
+        "instrucción INSERT.");
 }
 
 void SqlGrammar::updateStatement() {

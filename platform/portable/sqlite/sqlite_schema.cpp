@@ -22,9 +22,9 @@ bool SqliteSchema::refresh(sqlite3* database) {
     std::vector<SqlTable> tables;
     const StatementHandle columns =
         prepare(database,
-                "SELECT t.name, c.name, c.type, c.pk AND 1 = (SELECT count(*) FROM pragma_table_info(t.name) "
-                "WHERE pk > 0) FROM sqlite_schema AS t, "
-                "pragma_table_info(t.name) AS c WHERE t.type IN ('table', 'view') "
+                "SELECT t.name, c.name, c.type, c.pk AND 1 = (SELECT count(*) "
+                "FROM pragma_table_info(t.name) WHERE pk > 0) FROM sqlite_schema "
+                "AS t, pragma_table_info(t.name) AS c WHERE t.type IN ('table', 'view') "
                 "AND t.name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY t.name, c.cid");
     while (step(columns.get())) {
         std::string table = textAt(columns.get(), 0);

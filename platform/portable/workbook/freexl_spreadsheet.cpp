@@ -70,10 +70,9 @@ class FreexlFile {
     FreexlFile(const std::string& place, std::string_view path) {
         std::error_code unknown;
         if (!std::filesystem::exists(place, unknown)) {
-            raiseRefused(
-                "No se encontró '" + std::string(path) +
-                "'. Compruebe la ortografía del nombre del archivo y verifique que la ubicación del archivo "
-                "es correcta.");
+            raiseRefused("No se encontró '" + std::string(path) +
+                         "'. Compruebe la ortografía del nombre del archivo y verifique que la ubicación del "
+                         "archivo es correcta.");
         }
         const void* handle = nullptr;
         const int result = std::filesystem::is_regular_file(place, unknown)
