@@ -1,6 +1,7 @@
 #include "deletion/campos_borrado.h"
 
 #include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {

@@ -4,6 +4,7 @@
 #include "host/row_write.h"
 #include "platform/error_trap.h"
 #include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {

@@ -1,6 +1,6 @@
 #include "host/row_write.h"
 
-#include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {

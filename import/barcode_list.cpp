@@ -3,7 +3,6 @@
 #include "import/run_state.h"
 #include "platform/error_trap.h"
 #include "platform/platform.h"
-#include "platform/values/conversion.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {

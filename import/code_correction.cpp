@@ -7,6 +7,7 @@
 #include "platform/error_trap.h"
 #include "platform/platform.h"
 #include "platform/values/conversion.h"
+#include "platform/values/sum.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {

@@ -3,6 +3,7 @@
 #include "deletion/frm_borrado_articulos.h"
 #include "fields/window_texts.h"
 #include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
 #include "platform/values/text.h"
 #include "stock/frm_existencias.h"
 

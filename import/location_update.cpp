@@ -5,6 +5,7 @@
 #include "import/run_state.h"
 #include "platform/platform.h"
 #include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {

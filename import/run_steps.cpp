@@ -5,6 +5,8 @@
 #include "platform/error_trap.h"
 #include "platform/platform.h"
 #include "platform/values/conversion.h"
+#include "platform/values/date_text.h"
+#include "platform/values/number_text.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {

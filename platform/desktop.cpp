@@ -1,6 +1,6 @@
 #include "platform/desktop.h"
 
-#include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
 
 namespace pxtarvo {
 

@@ -2,6 +2,8 @@
 
 #include "fields/window_texts.h"
 #include "platform/values/conversion.h"
+#include "platform/values/date_text.h"
+#include "platform/values/number_text.h"
 #include "platform/values/text.h"
 #include "stock/lineas_existencias.h"
 

@@ -2,7 +2,9 @@
 
 #include <cmath>
 
-#include "platform/values/conversion.h"
+#include "platform/values/date_text.h"
+#include "platform/values/number_text.h"
+#include "platform/values/rounding.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {

@@ -10,6 +10,9 @@
 #include "devhost/library/host_writer.h"
 #include "host/row_write.h"
 #include "platform/values/conversion.h"
+#include "platform/values/date_text.h"
+#include "platform/values/number_text.h"
+#include "platform/values/rounding.h"
 
 namespace pxtarvo::devhost {
 

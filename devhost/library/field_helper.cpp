@@ -6,6 +6,8 @@
 
 #include "devhost/record/recording_connection.h"
 #include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
+#include "platform/values/rounding.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo::devhost {

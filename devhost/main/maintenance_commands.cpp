@@ -10,7 +10,7 @@
 #include "devhost/window_controls.h"
 #include "import/article_file.h"
 #include "import/run_texts.h"
-#include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
 
 namespace pxtarvo::devhost {
 

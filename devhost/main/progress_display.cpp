@@ -6,7 +6,7 @@
 
 #include "devhost/window_controls.h"
 #include "platform/portable/terminal.h"
-#include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo::devhost {

@@ -9,7 +9,7 @@
 #include "devhost/window_controls.h"
 #include "fields/window_texts.h"
 #include "platform/portable/files/drive_paths.h"
-#include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo::devhost {

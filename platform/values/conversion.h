@@ -9,7 +9,6 @@
 #include <optional>
 #include <string>
 
-#include "platform/values/clock.h"
 #include "platform/values/locale.h"
 #include "platform/values/variant.h"
 
@@ -49,27 +48,10 @@ Date toDate(const Variant& value, const Locale& locale);
 
 /// "DD/MM/YYYY" with two-digit day and month and four-digit year; fails as toDate does.
 std::string dayMonthYear(const Variant& value, const Locale& locale);
-std::string dayMonthYear(const CalendarTime& time);
 
 /// Null compared with anything is nullopt (matches nothing). Two texts compare exactly; a text and a number
 /// compare as numbers (13 if the text is none), a text and a date as dates. Empty is "" beside a text, else
 /// 0.
 std::optional<std::partial_ordering> compare(const Variant& a, const Variant& b, const Locale& locale);
-
-/// The sum by the platform's rules: Null with anything is Null, two texts join, else a number of the wider
-/// type (Byte, Integer, Long, Single, Double, Currency, Decimal, Date; a text counts as Double), or of the
-/// next that holds the sum. Empty beside a text gives the text.
-Variant sum(const Variant& a, const Variant& b, const Locale& locale);
-
-/// A whole or decimal number in plain decimal form with a point, shortest form that reads back the same; no
-/// exponent, grouping or leading blank. For statements and messages. 6 for an infinity or NaN.
-std::string plainNumber(double value);
-std::string plainNumber(std::int32_t value);
-
-/// Grouped thousands, no decimals ("##,###,##0" in the user's locale).
-std::string groupedNumber(std::int32_t value, const Locale& locale);
-
-/// Rounds to `decimals` (0 to 9) places, halves away from zero, judged on the value at 15 significant digits.
-double roundHalfAway(double value, int decimals);
 
 }  // namespace pxtarvo

@@ -7,7 +7,6 @@
 #include <span>
 #include <vector>
 
-#include "platform/values/conversion.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {

@@ -1,11 +1,12 @@
 #pragma once
 
-// Dates as text and text as dates. platform/values/conversion.h offers them for values.
+// Dates as text and text as dates.
 
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/values/clock.h"
 #include "platform/values/locale.h"
 #include "platform/values/variant.h"
 
@@ -19,5 +20,8 @@ std::optional<Date> readDate(std::string_view text, const Locale& locale);
 /// "DD/MM/YYYY H:MM:SS"; without the time of day at midnight, without the date on day 0. 6 (Overflow) outside
 /// the years 100 to 9999.
 std::string dateText(Date date);
+
+/// "DD/MM/YYYY" with two-digit day and month and four-digit year.
+std::string dayMonthYear(const CalendarTime& time);
 
 }  // namespace pxtarvo

@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cmath>
 
-#include "platform/values/conversion.h"
 #include "platform/values/runtime_error.h"
 #include "platform/values/text.h"
 

@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cmath>
 
-#include "platform/values/conversion.h"
 #include "platform/values/runtime_error.h"
 
 namespace pxtarvo {

@@ -1,6 +1,6 @@
 #pragma once
 
-// Rounding of doubles. roundHalfAway() is declared in platform/values/conversion.h.
+// Rounding of doubles.
 
 #include <array>
 #include <cstdint>
@@ -26,5 +26,8 @@ SignificantDigits significantDigits(double value);
 
 /// The nearest whole number, halves to the even one, whatever rounding mode the processor is in.
 double roundHalfEven(double value);
+
+/// Rounds to `decimals` (0 to 9) places, halves away from zero, judged on the value at 15 significant digits.
+double roundHalfAway(double value, int decimals);
 
 }  // namespace pxtarvo

@@ -1,7 +1,10 @@
+#include "platform/values/sum.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
+#include "platform/values/clock.h"
 #include "platform/values/conversion.h"
 #include "platform/values/decimal_number.h"
 #include "platform/values/rounding.h"

@@ -1,4 +1,7 @@
 #include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
+#include "platform/values/rounding.h"
+#include "platform/values/sum.h"
 
 #include <gtest/gtest.h>
 

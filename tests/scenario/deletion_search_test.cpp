@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/values/conversion.h"
 #include "tests/scenario/deletion_scene.h"
 
 namespace pxtarvo::test {

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/values/conversion.h"
+#include "platform/values/number_text.h"
 #include "platform/window.h"
 #include "platform/windows/screen/window_handles.h"
 #include "platform/windows/windows_platform.h"

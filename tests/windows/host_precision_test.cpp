@@ -5,6 +5,8 @@
 
 #include "platform/values/conversion.h"
 #include "platform/values/locale.h"
+#include "platform/values/rounding.h"
+#include "platform/values/sum.h"
 #include "tests/windows/recording_object.h"
 
 namespace pxtarvo {
