@@ -8,7 +8,7 @@
 #include <string>
 
 #include "devhost/library/dev_user.h"
-#include "devhost/library/host_writer.h"
+#include "devhost/library/host_context.h"
 #include "devhost/record/host_write.h"
 #include "devhost/record/protocol_checks.h"
 #include "devhost/record/recorder.h"

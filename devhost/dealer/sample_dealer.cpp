@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "devhost/dealer/list_articles.h"
-#include "devhost/library/host_writer.h"
+#include "devhost/library/host_context.h"
 #include "host/row_write.h"
 #include "platform/values/conversion.h"
 #include "platform/values/date_text.h"

@@ -1,196 +1,184 @@
 #include "devhost/library/host_writer.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <utility>
 
-#include "devhost/library/write_statement.h"
-#include "devhost/record/recording_connection.h"
+#include "host/tables.h"
 #include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 
 namespace {
 
-class DevParameter : public HostParameter {
-  public:
-    explicit DevParameter(Variant valor) : valor_(std::move(valor)) {}
-    Variant Valor() const override { return valor_; }
+constexpr std::string_view whereWord = " WHERE ";
+constexpr std::size_t mostForms = 64;  ///< far more than a run has
 
-  private:
-    Variant valor_;
-};
+bool isPlainWord(std::string_view name) {
+    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
+    return !name.empty() && isLetter(name.front()) &&
+           std::ranges::all_of(name, [&](char c) { return isLetter(c) || (c >= '0' && c <= '9'); });
+}
 
-class DevParameters : public HostParameters {
-  public:
-    explicit DevParameters(std::shared_ptr<HostState> state) : state_(std::move(state)) {}
+/// The SQL expression that the column holds, nullptr where it holds a value.
+const std::string* expressionOf(const WrittenColumn& column) {
+    if (column.nTipo != static_cast<std::int32_t>(Tipo::Expresion) || column.value.isNull()) return nullptr;
+    const auto* text = column.value.get<std::string>();
+    if (!text) throw RuntimeError(ErrorNumber::TypeMismatch);
+    return text;
+}
 
-    ObjectRef<HostParameter> Item(const Variant& key) const override {
-        const auto found = state_->parametros.find(toText(key, *state_->locale));
-        if (found == state_->parametros.end()) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
-        return makeObject<DevParameter>(found->second);
+void appendLiteral(std::string& sql, const portable::LiteralValue& value) {
+    char digits[400];  // the smallest numbers take some 340 without an exponent
+    const auto append = [&](std::to_chars_result written) { sql.append(digits, written.ptr); };
+    if (const auto* whole = std::get_if<std::int64_t>(&value)) {
+        append(std::to_chars(std::begin(digits), std::end(digits), *whole));
+    } else if (const auto* number = std::get_if<double>(&value)) {
+        append(std::to_chars(std::begin(digits), std::end(digits), *number, std::chars_format::fixed));
+    } else if (const auto* text = std::get_if<std::string_view>(&value)) {
+        sql.append("'").append(replaced(*text, "'", "''")).append("'");
+    } else {
+        sql += "NULL";
     }
+}
 
-  private:
-    std::shared_ptr<HostState> state_;
-};
+/// The statement that does the write; `appendNext` appends the next value that is no expression.
+template <class AppendNext>
+std::string composed(const HostWrite& write, const AppendNext& appendNext) {
+    std::string sql;
+    const auto columns = [&](std::string_view begin, const auto& append) {
+        sql += begin;
+        std::string_view separator;
+        for (const WrittenColumn& column : write.columns) {
+            sql += std::exchange(separator, ",");
+            append(column);
+        }
+    };
+    const auto name = [&](const WrittenColumn& column) { sql += column.name; };
+    const auto value = [&](const WrittenColumn& column) {
+        const std::string* const expression = expressionOf(column);
+        expression ? void(sql += *expression) : appendNext(sql);
+    };
+    switch (write.kind) {
+        case WriteKind::Delete:
+            sql.append("DELETE FROM ").append(write.table).append(write.condition);
+            break;
+        case WriteKind::Update:
+            sql.append("UPDATE ").append(write.table);
+            columns(" SET ", [&](const WrittenColumn& column) {
+                name(column);
+                sql += '=';
+                value(column);
+            });
+            sql += write.condition;
+            break;
+        case WriteKind::Insert:
+            sql.append("INSERT INTO ").append(write.table);
+            columns(" (", name);
+            columns(") VALUES (", value);
+            sql += ')';
+            break;
+    }
+    return sql;
+}
 
 }  // namespace
 
-/// The columns of the next write. Their storage is kept from write to write.
-class DevHostDatabase::FieldList : public HostFieldList {
-  public:
-    explicit FieldList(std::shared_ptr<HostState> state) : state_(std::move(state)) {}
+HostWriter::HostWriter(const ObjectRef<Connection>& connection, const Locale& locale)
+    : connection_(connection),
+      database_(dynamic_cast<portable::SqliteConnection*>(connection.shared().get())),
+      locale_(locale) {}
 
-    void Agregar(std::string_view sNombre, std::int32_t nTipo, const Variant& vValor,
-                 std::int32_t nModo) override {
-        if (state_->checks) state_->checks->agregar(sNombre, nModo, std::exchange(readAfresh_, false));
-        if (count_ == columns_.size()) columns_.emplace_back();
-        WrittenColumn& column = columns_[count_++];
-        column.name = sNombre;
-        column.nTipo = nTipo;
-        column.value = vValor;
-    }
-
-    void readAfresh() noexcept { readAfresh_ = true; }
-    void clear() noexcept { count_ = 0; }
-    std::span<const WrittenColumn> columns() const noexcept { return {columns_.data(), count_}; }
-
-  private:
-    std::shared_ptr<HostState> state_;
-    std::vector<WrittenColumn> columns_;
-    std::size_t count_ = 0;
-    bool readAfresh_ = false;
-};
-
-DevHostDatabase::DevHostDatabase(std::shared_ptr<HostState> state)
-    : state_(std::move(state)), fields_(std::make_shared<FieldList>(state_)) {
-    conduct_.context = ++state_->contexts;
-    if (!state_->boundWrites) {
-        auto* const database = dynamic_cast<portable::SqliteConnection*>(state_->connection.shared().get());
-        if (database) state_->boundWrites = std::make_shared<BoundWrites>(*database, *state_->locale);
-    }
-    if (!state_->rotate) {
-        shared_ =
-            makeObject<RecordingConnection>(state_->connection, state_->recorder, state_->checks, false);
-    }
+std::string_view HostWriter::kept(std::string text) {
+    return texts_.emplace_back(std::move(text));
 }
 
-DevHostDatabase::~DevHostDatabase() = default;
-
-void DevHostDatabase::checkFresh(std::string_view member) const {
-    if (stale_ && state_->checks) state_->checks->staleContext(member);
-}
-
-ObjectRef<HostParameters> DevHostDatabase::Parametros() const {
-    checkFresh("Parametros");
-    return makeObject<DevParameters>(state_);
-}
-
-std::int32_t DevHostDatabase::Usuario() const {
-    checkFresh("Usuario");
-    return state_->usuario;
-}
-
-/// The first member called after a write begins the next one.
-void DevHostDatabase::begin() {
-    if (std::exchange(begun_, true)) return;
-    conduct_.stale = stale_;
-    conduct_.limpiarCalled = conduct_.tablaSet = conduct_.limpiarFirst = false;
-}
-
-void DevHostDatabase::Limpiar(std::int32_t nOpcion) {
-    begin();
-    if (state_->checks) state_->checks->limpiar(nOpcion);
-    conduct_.limpiarCalled = true;
-    if (!conduct_.tablaSet) conduct_.limpiarFirst = true;
-    fields_->clear();
-}
-
-void DevHostDatabase::Tabla(std::string_view sTabla) {
-    begin();
-    conduct_.tablaSet = true;
-    table_ = sTabla;
-}
-
-void DevHostDatabase::Condicion(std::string_view sCondicion) {
-    condition_ = sCondicion;
-}
-
-ObjectRef<HostFieldList> DevHostDatabase::Campos() {
-    fields_->readAfresh();
-    return std::shared_ptr<HostFieldList>(fields_);
-}
-
-ObjectRef<pxtarvo::Connection> DevHostDatabase::Conexion() {
-    checkFresh("Conexion");
-    if (!state_->rotate) return shared_;
-    giveUp();
-    return makeObject<RecordingConnection>(state_->connection, state_->recorder, state_->checks, true);
-}
-
-/// Leaves the place to a new context: whoever goes on using this one has kept it.
-void DevHostDatabase::giveUp() {
-    if (!std::exchange(stale_, true)) state_->rotate();
-}
-
-bool DevHostDatabase::Borrar(std::string& sMensaje) {
-    return write(WriteKind::Delete, sMensaje);
-}
-void DevHostDatabase::Ejecutar(std::string& sMensaje) {
-    write(WriteKind::Update, sMensaje);
-}
-bool DevHostDatabase::Insertar(std::string& sMensaje) {
-    return write(WriteKind::Insert, sMensaje);
-}
-
-bool DevHostDatabase::write(WriteKind kind, std::string& sMensaje) {
-    const std::shared_ptr<FieldList> fields = fields_;
-    struct Ended {
-        DevHostDatabase& context;
-        FieldList& fields;
-        ~Ended() {
-            fields.clear();
-            context.begun_ = false;
+portable::LiteralValue HostWriter::valueOf(const WrittenColumn& column) {
+    const Variant& value = column.value;
+    if (value.isNull()) return Null{};
+    const auto* text = value.get<std::string>();
+    switch (static_cast<Tipo>(column.nTipo)) {
+        case Tipo::Booleano:
+            return std::int64_t{toBoolean(value, locale_)};
+        case Tipo::Entero:
+            return std::int64_t{toLong(value, locale_)};
+        case Tipo::Decimal: {
+            const double number = toDouble(value, locale_);
+            if (!std::isfinite(number)) throw RuntimeError(ErrorNumber::Overflow);
+            return number;
         }
-    };
-    const Ended ended{*this, *fields};
-    const HostWrite write{kind, table_, condition_, fields->columns()};
-    begin();
-    const bool rotating = static_cast<bool>(state_->rotate);
-    if (state_->checks && state_->checks->write(write, conduct_, rotating)) giveUp();
-
-    bool done = false;
-    try {
-        done = run(write, sMensaje);
-    } catch (const RuntimeError& error) {
-        if (state_->recorder) state_->recorder->write(write, false, &error);
-        throw;
+        case Tipo::Texto:
+            return text ? std::string_view(*text) : kept(toText(value, locale_));
+        case Tipo::Fecha:
+            return text ? std::string_view(*text) : kept(dayMonthYear(value, locale_));
+        case Tipo::Expresion:
+            break;
     }
-    if (state_->recorder) state_->recorder->write(write, done);
-    return done;
+    throw RuntimeError(ErrorNumber::InvalidProcedureCall);
 }
 
-/// Only an error of the hook leaves.
-bool DevHostDatabase::run(const HostWrite& write, std::string& sMensaje) {
-    if (state_->beforeWrite) {
-        if (auto refusal = state_->beforeWrite(write)) {
-            sMensaje = std::move(*refusal);
-            return false;
-        }
+void HostWriter::takeValues(const HostWrite& write) {
+    values_.clear();
+    texts_.clear();
+    for (const WrittenColumn& column : write.columns) {
+        if (!expressionOf(column)) values_.push_back(valueOf(column));
     }
-    if (write.kind != WriteKind::Insert && write.condition.empty()) {
-        sMensaje = "Falta la condición.";
-        return false;
+}
+
+bool HostWriter::Form::serves(const HostWrite& write, std::string_view itsWhere) const {
+    return kind == write.kind && table == write.table && where == itsWhere &&
+           std::ranges::equal(columns, write.columns, [](const Column& known, const WrittenColumn& column) {
+               const std::string* const expression = expressionOf(column);
+               return known.name == column.name &&
+                      known.expression == (expression ? std::string_view(*expression) : std::string_view());
+           });
+}
+
+HostWriter::Form* HostWriter::formOf(const HostWrite& write) {
+    for (std::size_t tried = 0; tried < forms_.size(); ++tried, ++next_) {
+        if (next_ >= forms_.size()) next_ = 0;
+        if (forms_[next_].serves(write, where_.key)) return &forms_[next_++];
     }
-    try {
-        if (state_->boundWrites && state_->boundWrites->run(write)) return true;
-        sql_.clear();
-        composeWrite(sql_, write, *state_->locale);
-        state_->connection->Execute(sql_, adExecuteNoRecords);
-        return true;
-    } catch (const RuntimeError& error) {
-        sMensaje = error.description();
-        return false;
+    // Inside a plain word no text, comment or second statement can begin; nor in the server's date.
+    if (!isPlainWord(write.table)) return nullptr;
+    if (!where_.key.empty() && !where_.key.starts_with(whereWord)) return nullptr;
+    std::vector<Column> columns;
+    for (const WrittenColumn& column : write.columns) {
+        const std::string* const expression = expressionOf(column);
+        if (!isPlainWord(column.name) || (expression && *expression != sFechaServidor)) return nullptr;
+        columns.push_back({column.name, expression ? *expression : ""});
     }
+    if (forms_.size() == mostForms) forms_.clear();
+    forms_.push_back({write.kind, std::string(write.table), where_.key, std::move(columns),
+                      portable::BoundStatement(composed(write, [](std::string& sql) { sql += "''"; }))});
+    next_ = forms_.size();
+    return &forms_.back();
+}
+
+bool HostWriter::runBound(const HostWrite& write) {
+    if (!database_) return false;
+    portable::takeShape(write.condition, where_);
+    Form* const form = formOf(write);
+    if (!form) return false;
+    const std::size_t ofColumns = values_.size();
+    values_.insert(values_.end(), where_.literals.begin(), where_.literals.end());
+    if (database_->runBound(form->statement, values_)) return true;
+    values_.resize(ofColumns);
+    return false;
+}
+
+void HostWriter::run(const HostWrite& asGiven) {
+    HostWrite write = asGiven;
+    // What is no part of the statement.
+    if (write.kind == WriteKind::Delete) write.columns = {};
+    if (write.kind == WriteKind::Insert) write.condition = {};
+    takeValues(write);
+    if (runBound(write)) return;
+    auto next = values_.begin();
+    connection_->Execute(composed(write, [&](std::string& sql) { appendLiteral(sql, *next++); }),
+                         adExecuteNoRecords);
 }
 
 }  // namespace pxtarvo::devhost

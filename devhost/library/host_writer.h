@@ -1,82 +1,64 @@
 #pragma once
 
-// The host's context object and table writer over a database connection: builds INSERT, UPDATE and DELETE in
-// the host's SQL dialect and runs them on the connection, inside whatever transaction is open there.
+// The writes of a host on its database. A run's writes are few statements repeated with other values: each is
+// composed once, from then on only its values are handed over.
 
-#include <cstdint>
-#include <functional>
-#include <map>
-#include <memory>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "devhost/library/bound_writes.h"
 #include "devhost/record/host_write.h"
-#include "devhost/record/protocol_checks.h"
-#include "devhost/record/recorder.h"
-#include "host/host_database.h"
+#include "platform/portable/sqlite/sqlite_connection.h"
 #include "platform/values/locale.h"
 
 namespace pxtarvo::devhost {
 
-/// What the contexts of one host share.
-struct HostState {
-    /// The host's database.
-    ObjectRef<Connection> connection;
-    const Locale* locale = &spanishLocale();
-    std::shared_ptr<Recorder> recorder;      ///< may be empty
-    std::shared_ptr<ProtocolChecks> checks;  ///< may be empty
-    std::int32_t usuario = 1;
-    std::map<std::string, Variant> parametros{{"PAR_ORCONTANOM", Variant(std::int16_t{0})}};
-    WriteHook beforeWrite;
-    /// Set while contexts are replaced after each use: hands the plug-in a new one.
-    std::function<void()> rotate;
-    ContextNumber contexts = 0;  ///< made so far
-    /// Made by the first context where `connection` is the database's own.
-    std::shared_ptr<BoundWrites> boundWrites;
-};
-
-class DevHostDatabase : public HostDatabase {
+class HostWriter {
   public:
-    explicit DevHostDatabase(std::shared_ptr<HostState> state);
-    ~DevHostDatabase() override;
+    /// The locale must outlive the writer.
+    HostWriter(const ObjectRef<Connection>& connection, const Locale& locale);
 
-    ObjectRef<HostParameters> Parametros() const override;
-    std::int32_t Usuario() const override;
-    /// Empties the columns; table and condition stay.
-    void Limpiar(std::int32_t nOpcion) override;
-    void Condicion(std::string_view sCondicion) override;
-    ObjectRef<HostFieldList> Campos() override;
-    void Tabla(std::string_view sTabla) override;
-    ObjectRef<pxtarvo::Connection> Conexion() override;
-
-    // Each empties the columns. What the database or a conversion refuses comes back as False and a message,
-    // or in Ejecutar as a message alone. So does an update or deletion without a condition: it would hit
-    // every row.
-
-    bool Borrar(std::string& sMensaje) override;
-    void Ejecutar(std::string& sMensaje) override;
-    bool Insertar(std::string& sMensaje) override;
+    /// Runs the write as one statement. A column's kind says what its value is stored as: 0 as 0 or 1, 1 as a
+    /// whole number (halves rounded to the even one), 2 as a number (a text read as the user writes numbers),
+    /// 3 as a text, 4 as a DD/MM/YYYY text, 6 is an SQL expression; Null is Null in every kind. Raises the
+    /// provider's error, the conversion's for a value that the kind cannot take, 5 for an unknown kind.
+    void run(const HostWrite& write);
 
   private:
-    class FieldList;
+    /// A column of a statement: its value is bound, or is this expression.
+    struct Column {
+        std::string name;
+        std::string expression;
+    };
+    /// Writes that differ in their values only.
+    struct Form {
+        WriteKind kind;
+        std::string table;
+        std::string where;  ///< the condition's shape
+        std::vector<Column> columns;
+        portable::BoundStatement statement;
 
-    void begin();
-    void giveUp();
-    bool write(WriteKind kind, std::string& sMensaje);
-    bool run(const HostWrite& write, std::string& sMensaje);
-    void checkFresh(std::string_view member) const;
+        bool serves(const HostWrite& write, std::string_view where) const;
+    };
 
-    std::shared_ptr<HostState> state_;
-    std::shared_ptr<FieldList> fields_;
-    ObjectRef<pxtarvo::Connection> shared_;  ///< what Conexion answers when contexts are not replaced
-    std::string table_;
-    std::string condition_;
-    std::string sql_;
-    WriteConduct conduct_;
-    bool begun_ = false;
-    bool stale_ = false;
+    /// Fills values_ with those of the columns that hold no expression.
+    void takeValues(const HostWrite& write);
+    portable::LiteralValue valueOf(const WrittenColumn& column);
+    std::string_view kept(std::string text);
+    /// False, and nothing done, for a write that must be composed.
+    bool runBound(const HostWrite& write);
+    /// The form that serves the write; nullptr where there can be none.
+    Form* formOf(const HostWrite& write);
+
+    ObjectRef<Connection> connection_;
+    portable::SqliteConnection* database_;  ///< the connection, where it takes values
+    const Locale& locale_;
+    std::vector<Form> forms_;
+    std::size_t next_ = 0;  ///< of forms_, likely to serve the next write: runs repeat their order
+    std::vector<portable::LiteralValue> values_;
+    std::deque<std::string> texts_;   ///< those of values_ that no column holds
+    portable::StatementShape where_;  ///< of the write's condition
 };
 
 }  // namespace pxtarvo::devhost

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "devhost/dealer/host_file.h"
-#include "devhost/library/host_writer.h"
+#include "devhost/library/host_context.h"
 #include "platform/portable/clocks.h"
 #include "platform/values/conversion.h"
 #include "tests/common/temporary_folder.h"

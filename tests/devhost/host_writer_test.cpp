@@ -1,8 +1,10 @@
-#include "devhost/library/host_writer.h"
+#include "devhost/library/host_context.h"
 
 #include <gmock/gmock.h>
 
-#include "devhost/library/write_statement.h"
+#include <nlohmann/json.hpp>
+
+#include "devhost/record/recording_connection.h"
 #include "host/row_write.h"
 #include "tests/devhost/host_folder.h"
 
@@ -14,6 +16,12 @@ using devhost::HostWrite;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+
+/// The same connection to a writer that cannot see that it takes values.
+ObjectRef<Connection> composing(const ObjectRef<Connection>& connection,
+                                std::shared_ptr<devhost::Recorder> recorder = nullptr) {
+    return makeObject<devhost::RecordingConnection>(connection, std::move(recorder), nullptr, false);
+}
 
 TEST(HostWriterLiterals, FollowTheKind) {
     struct Case {
@@ -50,24 +58,29 @@ TEST(HostWriterLiterals, FollowTheKind) {
         {6, std::int32_t{1}, "13"},
         {5, "x", "5"},
     };
-    for (const Case& one : cases) {
-        std::string sql;
-        const std::int32_t error =
-            errorOf([&] { devhost::appendLiteral(sql, one.nTipo, one.value, spanishLocale()); });
-        EXPECT_EQ(error != 0 ? std::to_string(error) : sql, one.literal) << "kind " << one.nTipo;
-    }
-    for (const std::int32_t nTipo : {0, 1, 2, 3, 4, 6}) {
-        std::string sql;
-        devhost::appendLiteral(sql, nTipo, Null{}, spanishLocale());
-        EXPECT_EQ(sql, "NULL") << nTipo;
-    }
+    const HostFolder host;
+    std::string sql;
+    const auto recorder = std::make_shared<devhost::Recorder>(
+        [&](std::string_view line) { sql = nlohmann::json::parse(line)["sql"]; });
+    devhost::HostWriter writer(composing(host.connection, recorder), spanishLocale());
+    const auto literal = [&](std::int32_t nTipo, const Variant& value) {
+        const devhost::WrittenColumn column{"x", nTipo, value};
+        sql.clear();
+        const std::int32_t error = errorOf([&] {
+            writer.run({devhost::WriteKind::Update, "Nada", "", {&column, 1}});
+        });
+        return sql.empty() ? std::to_string(error) : sql.substr(std::string("UPDATE Nada SET x=").size());
+    };
+    for (const Case& one : cases)
+        EXPECT_EQ(literal(one.nTipo, one.value), one.literal) << "kind " << one.nTipo;
+    for (const std::int32_t nTipo : {0, 1, 2, 3, 4, 6}) EXPECT_EQ(literal(nTipo, Null{}), "NULL") << nTipo;
 }
 
-/// An ordinary write binds its values, an unusual one is composed. Every write is done both ways: composing
-/// is forced with a second condition that changes nothing.
+/// An ordinary write binds its values, an unusual one is composed: every write is done both ways.
 TEST(HostWriter, ValuesArriveAlikeBoundAndComposed) {
     HostFolder host;
-    const ObjectRef<HostDatabase> context = host.context();
+    devhost::HostWriter writers[] = {{host.connection, spanishLocale()},
+                                     {composing(host.connection), spanishLocale()}};
     portable::SqliteConnection& database =
         dynamic_cast<portable::SqliteConnection&>(*host.connection.shared());
     database.runNative(
@@ -138,6 +151,12 @@ TEST(HostWriter, ValuesArriveAlikeBoundAndComposed) {
         {3, -2.5},
         {3, ErrorValue{2042}},
         {4, Date{39585}},
+        {1, Null{}},
+        {3, Null{}},
+        {4, Null{}},
+        {6, Null{}},
+        {6, "1 + 1"},
+        {6, "Texto"},
     };
     for (const char* column :
          {"Texto", "Entero", "Corto", "Byte", "Bit", "Numero", "Importe", "Fecha", "Libre", "Nada"}) {
@@ -149,11 +168,15 @@ TEST(HostWriter, ValuesArriveAlikeBoundAndComposed) {
                     "Texto=NULL,Entero=NULL,Corto=NULL,Byte=NULL,Bit=NULL,Numero=NULL,Importe=NULL,"
                     "Fecha=NULL,Libre=NULL");
                 std::string message;
-                context->Tabla("Mezcla");
-                for (const char* where : {" WHERE Id = -3", " WHERE Id = 7"}) {
-                    context->Condicion(std::string(where) + (composed ? " AND Id <> 8" : ""));
-                    context->Campos()->Agregar(column, one.nTipo, one.value, 2);
-                    context->Ejecutar(message);
+                const devhost::WrittenColumn written{column, one.nTipo, one.value};
+                for (const char* where :
+                     {" WHERE Id = -3",
+                      " WHERE Id = 7 OR Texto = 'O''Ring' AND 1e3 < 99999999999999999999"}) {
+                    try {
+                        writers[composed].run({devhost::WriteKind::Update, "Mezcla", where, {&written, 1}});
+                    } catch (const RuntimeError& error) {
+                        message += error.description();
+                    }
                 }
                 outcomes[composed] = (column == std::string_view("Nada") ? "" : stored(column)) + message;
             }

@@ -127,7 +127,11 @@ void bindLiteral(sqlite3_stmt* statement, int parameter, const SqlToken& token, 
 
 void bindValue(sqlite3_stmt* statement, int parameter, const LiteralValue& value, const LiteralUse& use) {
     const auto* const text = std::get_if<std::string_view>(&value);
-    if (use.target == ColumnType::DateTime) {
+    if (const auto* token = std::get_if<SqlToken>(&value)) {
+        bindLiteral(statement, parameter, *token, use);
+    } else if (std::holds_alternative<Null>(value)) {
+        check(statement, sqlite3_bind_null(statement, parameter));
+    } else if (use.target == ColumnType::DateTime) {
         bindDate(statement, parameter, text);
     } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
         bindNumber(statement, parameter, {true, *whole, 0}, use);

@@ -8,6 +8,7 @@
 
 #include "platform/portable/dialect/sql_tokens.h"
 #include "platform/portable/dialect/sql_translator.h"
+#include "platform/values/variant.h"
 
 struct sqlite3_stmt;
 
@@ -19,8 +20,9 @@ namespace pxtarvo::portable {
 /// the token's text until it is bound anew.
 void bindLiteral(sqlite3_stmt* statement, int parameter, const SqlToken& token, const LiteralUse& use);
 
-/// A literal as a value: a whole number, a finite number or a text without the marks around it.
-using LiteralValue = std::variant<std::int64_t, double, std::string_view>;
+/// A literal as a value: Null, a whole number, a finite number or a text without the marks around it; or as it
+/// stands in a statement.
+using LiteralValue = std::variant<Null, std::int64_t, double, std::string_view, SqlToken>;
 
 /// Binds `value` as bindLiteral binds the literal that writes it in full.
 void bindValue(sqlite3_stmt* statement, int parameter, const LiteralValue& value, const LiteralUse& use);

@@ -151,13 +151,13 @@ ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std
     }
 }
 
-void SqliteConnection::runBound(BoundStatement& statement, std::span<const LiteralValue> literals) {
+bool SqliteConnection::runBound(BoundStatement& statement, std::span<const LiteralValue> literals) {
     refuseLostTransaction();
     try {
         if (statement.generation_ != cache_.generation()) {
             std::unique_ptr<PreparedStatement> own;
             statement.prepared_ = &lookUp(statement.text_, own);
-            if (own) throw RuntimeError(ErrorNumber::InvalidProcedureCall);
+            if (own) return false;
             statement.generation_ = cache_.generation();
         }
         PreparedStatement& prepared = *statement.prepared_;
@@ -167,6 +167,7 @@ void SqliteConnection::runBound(BoundStatement& statement, std::span<const Liter
         run(prepared, false, [&](std::size_t index, const LiteralUse& use) {
             bindValue(prepared.handle.get(), static_cast<int>(index) + 1, literals[index], use);
         });
+        return true;
     } catch (const RuntimeError&) {
         raiseFailure();
     }

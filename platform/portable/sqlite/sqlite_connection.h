@@ -52,9 +52,10 @@ class SqliteConnection final : public Connection {
     ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) override;
 
     /// Does what Execute would do, with adExecuteNoRecords and `literals` written into the text in their
-    /// order; raises the same, and InvalidProcedureCall where the text has not as many literals. Texts must
-    /// live until the statement runs again.
-    void runBound(BoundStatement& statement, std::span<const LiteralValue> literals);
+    /// order; raises the same, and InvalidProcedureCall where the text has not as many literals. False, and
+    /// nothing done, where one of its literals can be no parameter. Texts must live until the statement runs
+    /// again.
+    bool runBound(BoundStatement& statement, std::span<const LiteralValue> literals);
 
     /// The file is locked for other writers at once. A failure of the file may undo the transaction; from
     /// then on everything but RollbackTrans raises ProviderFailure, so that no later write stands alone.

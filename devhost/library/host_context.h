@@ -1,0 +1,54 @@
+#pragma once
+
+// The host's context object: collects one write after the other and has it run on the host's connection,
+// inside whatever transaction is open there.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "devhost/library/context_use.h"
+#include "devhost/library/host_state.h"
+#include "devhost/record/host_write.h"
+#include "host/host_database.h"
+
+namespace pxtarvo::devhost {
+
+class DevHostDatabase : public HostDatabase {
+  public:
+    explicit DevHostDatabase(std::shared_ptr<HostState> state);
+    ~DevHostDatabase() override;
+
+    ObjectRef<HostParameters> Parametros() const override;
+    std::int32_t Usuario() const override;
+    /// Empties the columns; table and condition stay.
+    void Limpiar(std::int32_t nOpcion) override;
+    void Condicion(std::string_view sCondicion) override;
+    ObjectRef<HostFieldList> Campos() override;
+    void Tabla(std::string_view sTabla) override;
+    ObjectRef<pxtarvo::Connection> Conexion() override;
+
+    // Each empties the columns. What the database or a conversion refuses comes back as False and a message,
+    // or in Ejecutar as a message alone. So does an update or deletion without a condition: it would hit
+    // every row.
+
+    bool Borrar(std::string& sMensaje) override;
+    void Ejecutar(std::string& sMensaje) override;
+    bool Insertar(std::string& sMensaje) override;
+
+  private:
+    class FieldList;
+
+    bool write(WriteKind kind, std::string& sMensaje);
+    bool run(const HostWrite& write, std::string& sMensaje);
+
+    std::shared_ptr<HostState> state_;
+    std::shared_ptr<FieldList> fields_;
+    ObjectRef<pxtarvo::Connection> shared_;  ///< what Conexion answers when contexts are not replaced
+    std::string table_;
+    std::string condition_;
+    ContextUse use_;
+};
+
+}  // namespace pxtarvo::devhost
