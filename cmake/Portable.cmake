@@ -27,7 +27,8 @@ add_room(screenless platform/portable/screenless PUBLIC platform PRIVATE values)
 add_room(portable platform/portable PUBLIC files screenless platform values PRIVATE access workbook)
 add_room(record devhost/record PUBLIC access host platform values PRIVATE nlohmann_json::nlohmann_json)
 add_room(library devhost/library PUBLIC record sqlite screenless host platform values)
-add_room(dealer devhost/dealer PUBLIC sqlite platform values PRIVATE library dialect host)
+add_room(dealer devhost/dealer PUBLIC sqlite platform values PRIVATE library dialect access host)
+target_compile_definitions(dealer PRIVATE PXTARVO_SAMPLE_LIST="${PROJECT_SOURCE_DIR}/samples/TARIFA2012.MDB")
 add_room(devhost devhost PUBLIC record library plugin portable platform PRIVATE dealer import access
          nlohmann_json::nlohmann_json)
 

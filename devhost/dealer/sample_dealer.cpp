@@ -246,20 +246,21 @@ void SampleDealer::fill() {
     // What a dealer's price is of the list's, in percent; nothing where he has none.
     constexpr int percents[] = {90, 100, 120, 80, 0, 100, 95, 110};
     int position = 0;
-    for (const ListArticle& listed : listArticles()) {
+    const std::vector<ListArticle> list = listArticles();
+    for (const ListArticle& listed : list) {
         const int percent = percents[position++ % std::size(percents)];
-        Article known{std::string(listed.code), std::string(listed.description), {}};
+        Article known{listed.code, listed.description, {}};
         if (percent != 0) known.price = roundHalfAway(listed.price * percent / 100, 2);
         known.offered = position % 4 != 0;
         article(known);
     }
 
     int twin = 0;
-    for (const ListArticle& listed : listArticles()) {
+    for (const ListArticle& listed : list) {
         if (twin == twins) break;
-        if (listed.code.front() != '0' || listed.code.find('.') != std::string_view::npos) continue;
+        if (listed.code.front() != '0' || listed.code.find('.') != std::string::npos) continue;
         ++twin;
-        article({std::string(listed.code.substr(1)), std::string(listed.description), listed.price});
+        article({listed.code.substr(1), listed.description, listed.price});
     }
 
     for (int number = 0; number < unlistedArticles + foreignArticles; ++number) {

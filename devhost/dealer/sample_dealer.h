@@ -7,7 +7,8 @@
 
 namespace pxtarvo::devhost {
 
-/// Fills empty host tables, in one transaction. Raises the provider's error; nothing is written then.
+/// Fills empty host tables, in one transaction. Raises the provider's error, of the sample list too; nothing
+/// is written then.
 ///
 /// Supplier code 24 is Pro_ID 4, brand SAME is Marca_ID 1, as the import window proposes them. 640 articles
 /// stand in the sample list of 2012: by their position in turns of eight, three are sold below the list
