@@ -29,7 +29,7 @@ add_room(record devhost/record PUBLIC access host platform values PRIVATE nlohma
 add_room(library devhost/library PUBLIC record sqlite screenless host platform values)
 add_room(dealer devhost/dealer PUBLIC sqlite platform values PRIVATE library dialect access host)
 target_compile_definitions(dealer PRIVATE PXTARVO_SAMPLE_LIST="${PROJECT_SOURCE_DIR}/samples/TARIFA2012.MDB")
-add_room(devhost devhost PUBLIC record library plugin portable platform PRIVATE dealer import access
+add_room(devhost devhost PUBLIC record library plugin portable platform PRIVATE dealer import
          nlohmann_json::nlohmann_json)
 
 if(PXTARVO_WINE)

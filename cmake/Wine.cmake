@@ -7,7 +7,7 @@ add_room(wine_objects devhost/wine/objects SEPARATE PUBLIC automation library ho
 add_room(wine_screen devhost/wine/screen PUBLIC automation devhost record host platform PRIVATE values)
 add_room(winehost devhost/wine
          PUBLIC automation wine_objects wine_screen devhost
-         PRIVATE dealer library record import stock deletion portable access)
+         PRIVATE library import stock deletion)
 add_room_program(pxtarvo-winehost devhost/wine/main LINKS winehost)
 add_room_program(pxtarvo-dll-bench benchmarks/dll LINKS winehost dealer portable)
 

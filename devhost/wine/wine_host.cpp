@@ -5,16 +5,12 @@
 #include <stdexcept>
 
 #include "deletion/frm_borrado_articulos.h"
-#include "devhost/dealer/host_file.h"
-#include "devhost/library/field_helper.h"
-#include "devhost/record/recording_connection.h"
+#include "devhost/library/host_context.h"
 #include "devhost/wine/objects/ado_objects.h"
 #include "devhost/wine/objects/field_helper_object.h"
 #include "devhost/wine/objects/spreadsheet_object.h"
 #include "devhost/wine/screen/search_window.h"
 #include "import/frm_imp_tarifas.h"
-#include "platform/portable/access/jet_connection.h"
-#include "platform/portable/clocks.h"
 #include "stock/frm_existencias.h"
 
 namespace pxtarvo::devhost {
@@ -79,75 +75,49 @@ PlugIn::PlugIn(const std::string& path) {
         throw std::runtime_error(path + " does not register itself");
 }
 
-/// What the objects that the plug-in holds stand on.
-struct WineHost::Stage {
-    Stage(portable::PortableOptions options, const std::shared_ptr<Recorder>& recorder)
-        : user(std::make_shared<DevUser>(recorder)), platform(std::move(options), *user) {}
-
-    std::shared_ptr<DevUser> user;
-    portable::PortablePlatform platform;
-};
-
-WineHost::WineHost(const PlugIn& plugIn, DevHostOptions options, Recorder::Sink record, ScreenSession screen)
-    : checks_(std::make_shared<ProtocolChecks>()), state_(std::make_shared<HostState>()) {
-    if (!options.clock) options.clock = std::make_shared<portable::SystemClock>();
-    // Every line also tells the user when to act.
-    recorder_ = std::make_shared<Recorder>([this, record = std::move(record)](std::string_view line) {
+DevHostOptions WineHost::recording(DevHostOptions options, Recorder::Sink record) {
+    options.recorder = std::make_shared<Recorder>([this, record = std::move(record)](std::string_view line) {
         record(line);
         if (screen_) screen_->lineRecorded(line);
     });
-    state_->connection = openHostFile(options.database, options.clock);
-    state_->recorder = recorder_;
-    state_->checks = checks_;
-    if (options.rotateContexts) state_->rotate = [this] { handOverNewContext(); };
+    return options;
+}
 
-    portable::PortableOptions portable;
-    portable.driveC = options.driveC;
-    portable.clock = options.clock;
-    portable.makeSpreadsheet = options.makeSpreadsheet;
-    stage_ = std::make_shared<Stage>(std::move(portable), recorder_);
-    stage_->user->onSearch = [this](const Busqueda& busqueda, Recordset& rows) -> SearchChoice {
+WineHost::WineHost(const PlugIn& plugIn, DevHostOptions options, Recorder::Sink record, ScreenSession screen)
+    : parts_(recording(std::move(options), std::move(record)), [this] { handOverNewContext(); }) {
+    parts_.stage->user->onSearch = [this](const Busqueda& busqueda, Recordset& rows) -> SearchChoice {
         const auto chosen = screen_->searching([&] { return showSearchWindow(busqueda, rows); });
         SearchChoice choice;
         if (chosen) choice = *chosen;
         return choice;
     };
 
-    screen.recorder = recorder_;
+    screen.recorder = state().recorder;
     screen.newContext = [this] { handOverNewContext(); };
-    screen.windows = {
-        described(frmImpTarifas(stage_->platform)), described(frmExistencias(stage_->platform)),
-        described(frmBorradoArticulos(stage_->platform), frmBorradoArticulos::tituloConVersion())};
+    portable::PortablePlatform& platform = parts_.stage->platform;
+    screen.windows = {described(frmImpTarifas(platform)), described(frmExistencias(platform)),
+                      described(frmBorradoArticulos(platform), frmBorradoArticulos::tituloConVersion())};
     screen_ = std::make_unique<ScreenUser>(plugIn.module(), std::move(screen));
 
-    offerClasses(options);
+    offerClasses();
     instance_ = windows::Dispatch::create("PXTarvo.PXTarvor");
     handOverNewContext();
 }
 
 WineHost::~WineHost() {
-    state_->rotate = nullptr;
+    state().rotate = nullptr;
 }
 
-void WineHost::offerClasses(const DevHostOptions& options) {
-    auto makeSource = options.makeSource;
-    if (!makeSource) {
-        makeSource = [](const portable::DrivePaths& paths) -> ObjectRef<Connection> {
-            return makeObject<portable::JetConnection>(paths);
-        };
-    }
-    classes_.offer("ADODB.Connection", connectionClass, [this, makeSource] {
-        return dispatchOf<ConnectionObject>(
-            makeObject<RecordingSource>(makeSource(stage_->platform.paths()), recorder_, checks_));
-    });
+void WineHost::offerClasses() {
+    HostStage& stage = *parts_.stage;
+    classes_.offer("ADODB.Connection", connectionClass,
+                   [&stage] { return dispatchOf<ConnectionObject>(stage.platform.createConnection()); });
     classes_.offer("ADODB.Recordset", recordsetClass,
-                   [this] { return dispatchOf<RecordsetObject>(stage_->platform.createRecordset()); });
+                   [&stage] { return dispatchOf<RecordsetObject>(stage.platform.createRecordset()); });
     classes_.offer("Excel.Application", spreadsheetClass,
-                   [this] { return spreadsheetObject(stage_->platform.createSpreadsheet()); });
-    classes_.offer(fieldHelperName, fieldHelperClass, [this] {
-        return dispatchOf<FieldHelperObject>(
-            std::make_unique<DevFieldHelper>(stage_->user, recorder_, stage_->platform.locale()),
-            stage_->platform);
+                   [&stage] { return spreadsheetObject(stage.platform.createSpreadsheet()); });
+    classes_.offer(fieldHelperName, fieldHelperClass, [&stage] {
+        return dispatchOf<FieldHelperObject>(stage.makeFieldHelper(), stage.platform);
     });
 }
 
@@ -156,7 +126,7 @@ void WineHost::run() {
 }
 
 Reference<IDispatch> WineHost::newContext() const {
-    return dispatchOf<HostDatabaseObject>(makeObject<DevHostDatabase>(state_));
+    return dispatchOf<HostDatabaseObject>(makeObject<DevHostDatabase>(parts_.state));
 }
 
 void WineHost::handOverNewContext() {

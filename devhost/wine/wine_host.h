@@ -43,9 +43,9 @@ class WineHost {
 
     const windows::Dispatch& instance() const noexcept { return instance_; }
     ScreenUser& screen() const noexcept { return *screen_; }
-    const std::vector<std::string>& violations() const noexcept { return checks_->violations(); }
-    const ObjectRef<Connection>& connection() const noexcept { return state_->connection; }
-    HostState& state() const noexcept { return *state_; }
+    const std::vector<std::string>& violations() const noexcept { return state().checks->violations(); }
+    const ObjectRef<Connection>& connection() const noexcept { return state().connection; }
+    HostState& state() const noexcept { return *parts_.state; }
     /// The classes that this host gives to the plug-in.
     const ClassObjects& classes() const noexcept { return classes_; }
 
@@ -55,13 +55,11 @@ class WineHost {
     windows::Reference<IDispatch> newContext() const;
 
   private:
-    struct Stage;
-    void offerClasses(const DevHostOptions& options);
+    /// The options with the recorder of `record`, every line of which also tells the user when to act.
+    DevHostOptions recording(DevHostOptions options, Recorder::Sink record);
+    void offerClasses();
 
-    std::shared_ptr<ProtocolChecks> checks_;
-    std::shared_ptr<HostState> state_;
-    std::shared_ptr<Stage> stage_;
-    std::shared_ptr<Recorder> recorder_;
+    HostParts parts_;
     std::unique_ptr<ScreenUser> screen_;
     ClassObjects classes_;
     windows::Dispatch instance_;

@@ -6,16 +6,16 @@
 
 namespace pxtarvo::portable {
 
+ObjectRef<Connection> accessFileReader(const DrivePaths& paths) {
+    return makeObject<JetConnection>(paths);
+}
+
 PortablePlatform::PortablePlatform(PortableOptions options, SimulatedUser& user)
     : options_(std::move(options)),
       paths_(options_.driveC, options_.standIn),
       files_(paths_),
       desktop_(user) {
-    if (!options_.makeConnection) {
-        options_.makeConnection = [](const DrivePaths& paths) -> ObjectRef<Connection> {
-            return makeObject<JetConnection>(paths);
-        };
-    }
+    if (!options_.makeConnection) options_.makeConnection = accessFileReader;
     if (!options_.makeSpreadsheet) {
         options_.makeSpreadsheet = [](const DrivePaths& paths) -> ObjectRef<SpreadsheetApplication> {
             return makeObject<FreexlApplication>(paths);

@@ -12,6 +12,9 @@
 namespace pxtarvo::portable {
 
 /// What a portable platform is made of.
+/// A connection to Access files.
+ObjectRef<Connection> accessFileReader(const DrivePaths& paths);
+
 struct PortableOptions {
     std::string driveC;  ///< folder that stands for drive C:, empty for none
     std::shared_ptr<const Clock> clock;
