@@ -114,15 +114,11 @@ std::string DevFieldHelper::chosenRow(const Busqueda& busqueda) {
 }
 
 std::string DevFieldHelper::Buscar(const Busqueda& busqueda) {
-    if (!recorder_) return chosenRow(busqueda);
     std::string answer;
-    try {
-        answer = chosenRow(busqueda);
-    } catch (const RuntimeError& error) {
-        recorder_->search(busqueda, {}, &error);
-        throw;
-    }
-    recorder_->search(busqueda, answer);
+    recorded([&] { answer = chosenRow(busqueda); },
+             [&](const RuntimeError* error) {
+                 if (recorder_) recorder_->search(busqueda, answer, error);
+             });
     return answer;
 }
 

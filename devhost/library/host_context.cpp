@@ -133,13 +133,10 @@ bool DevHostDatabase::write(WriteKind kind, std::string& sMensaje) {
     use_.write(write);
 
     bool done = false;
-    try {
-        done = run(write, sMensaje);
-    } catch (const RuntimeError& error) {
-        if (state_->recorder) state_->recorder->write(write, false, &error);
-        throw;
-    }
-    if (state_->recorder) state_->recorder->write(write, done);
+    recorded([&] { done = run(write, sMensaje); },
+             [&](const RuntimeError* error) {
+                 if (state_->recorder) state_->recorder->write(write, done, error);
+             });
     return done;
 }
 

@@ -14,6 +14,8 @@
 namespace pxtarvo::devhost {
 
 enum class WriteKind { Insert, Update, Delete };
+/// Of each kind, in the record and in reports.
+inline constexpr std::string_view writeNames[] = {"insert", "update", "delete"};
 
 struct WrittenColumn {
     std::string name;

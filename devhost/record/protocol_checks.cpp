@@ -147,7 +147,6 @@ constexpr TableRule tableRules[] = {
 constexpr std::string_view typeNames[] = {"Empty", "Null",   "Boolean", "Byte",     "Integer",
                                           "Long",  "Single", "Double",  "Currency", "Decimal",
                                           "Date",  "Text",   "Error"};
-constexpr std::string_view kindNames[] = {"insert", "update", "delete"};
 
 const TableRule* ruleOf(std::string_view table) {
     const auto* found = std::ranges::find(tableRules, table, &TableRule::table);
@@ -156,7 +155,7 @@ const TableRule* ruleOf(std::string_view table) {
 
 /// "insert Art: "
 std::string prefix(const HostWrite& write) {
-    return joined({kindNames[static_cast<std::size_t>(write.kind)], " ", write.table, ": "});
+    return joined({writeNames[static_cast<std::size_t>(write.kind)], " ", write.table, ": "});
 }
 
 }  // namespace

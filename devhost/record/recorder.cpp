@@ -13,7 +13,6 @@ namespace pxtarvo::devhost {
 namespace {
 
 constexpr std::string_view transactionNames[] = {"begin", "commit", "rollback"};
-constexpr std::string_view writeNames[] = {"insert", "update", "delete"};
 constexpr std::string_view iconNames[] = {"none", "information", "warning", "critical", "question"};
 
 template <class Enum, std::size_t count>

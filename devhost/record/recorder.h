@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "devhost/record/host_write.h"
 #include "host/host_field_helper.h"
@@ -19,6 +20,24 @@ namespace pxtarvo::devhost {
 
 /// The calls that carry nothing but their name.
 enum class TransactionCall { Begin, Commit, Rollback };
+
+/// Runs `call` and passes its outcome, nullptr or its error, to `record`; the error goes on.
+template <class Call, class Record>
+decltype(auto) recorded(Call&& call, Record&& record) {
+    try {
+        if constexpr (std::is_void_v<std::invoke_result_t<Call>>) {
+            call();
+            record(nullptr);
+        } else {
+            auto result = call();
+            record(nullptr);
+            return result;
+        }
+    } catch (const RuntimeError& error) {
+        record(&error);
+        throw;
+    }
+}
 
 class Recorder {
   public:

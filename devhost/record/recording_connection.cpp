@@ -1,6 +1,5 @@
 #include "devhost/record/recording_connection.h"
 
-#include <functional>
 #include <utility>
 
 #include "platform/portable/access/stream_recordset.h"
@@ -8,24 +7,6 @@
 namespace pxtarvo::devhost {
 
 namespace {
-
-/// Runs `call` and passes its outcome, nullptr or its error, to `record`; the error goes on.
-template <class Call, class Record>
-decltype(auto) recorded(Call&& call, Record&& record) {
-    try {
-        if constexpr (std::is_void_v<std::invoke_result_t<Call>>) {
-            call();
-            record(nullptr);
-        } else {
-            auto result = call();
-            record(nullptr);
-            return result;
-        }
-    } catch (const RuntimeError& error) {
-        record(&error);
-        throw;
-    }
-}
 
 /// Opening a recordset reads its first row too: only then is the outcome of a query known.
 class FirstRowWatch : public portable::RowStream {
@@ -113,12 +94,10 @@ RecordingSource::RecordingSource(ObjectRef<Connection> connection, std::shared_p
 
 void RecordingSource::ConnectionString(std::string_view value) {
     connectionString_ = value;
-    try {
-        connection_->ConnectionString(value);
-    } catch (const RuntimeError& error) {
-        if (recorder_) recorder_->sourceOpen(connectionString_, &error);
-        throw;
-    }
+    recorded([&] { connection_->ConnectionString(value); },
+             [&](const RuntimeError* error) {
+                 if (error && recorder_) recorder_->sourceOpen(connectionString_, error);
+             });
 }
 
 void RecordingSource::Open(std::string_view userId, std::string_view password, std::int32_t options) {
@@ -150,13 +129,10 @@ std::unique_ptr<portable::RowStream> RecordingSource::openRows(std::string_view 
     auto* source = dynamic_cast<portable::RowSource*>(connection_.shared().get());
     if (!source) throw RuntimeError(portable::adErrInvalidConnection, "El origen no da filas.");
     if (!recorder_) return source->openRows(statement);
-    std::unique_ptr<portable::RowStream> rows;
-    try {
-        rows = source->openRows(statement);
-    } catch (const RuntimeError& error) {
-        recorder_->sourceQuery(statement, &error);
-        throw;
-    }
+    auto rows = recorded([&] { return source->openRows(statement); },
+                         [&](const RuntimeError* error) {
+                             if (error) recorder_->sourceQuery(statement, error);
+                         });
     return std::make_unique<FirstRowWatch>(std::move(rows), std::string(statement), recorder_);
 }
 
