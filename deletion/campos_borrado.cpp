@@ -59,20 +59,13 @@ void CamposBorrado::msBuscarProveedor(std::int32_t nProveedor, std::int32_t& IdP
     // Which of a name and its surnames come first is read, but no query below names a client.
     compare(MyBd()->Parametros()->Item(sParametroOrden)->Valor(), std::int16_t{0}, locale);
 
+    constexpr ListaProveedores listaFiscal{
+        "Select PRO_ID,PRO_COD,(PRO_NOM + ' ' + ISNULL(PRO_APE1,'') + ' ' + ISNULL(PRO_APE2,'')) AS RSOC FROM PRO",
+        "RSOC", "Buscar proveedor por nombre Fiscal"};
+    constexpr ListaProveedores listaComercial{"Select PRO_ID,PRO_COD,PRO_COMER FROM PRO", "PRO_COMER",
+                                              "Buscar proveedor por nombre Comercial"};
     if (nProveedor == nBusquedaInteractiva && IdPro == 0) {
-        const bool bFiscal = preguntarNombreFiscal();
-        Busqueda busqueda;
-        busqueda.sSQL = bFiscal ? "Select PRO_ID,PRO_COD,(PRO_NOM + ' ' + ISNULL(PRO_APE1,'') + ' ' + "
-                                  "ISNULL(PRO_APE2,'')) AS RSOC FROM PRO"
-                                : "Select PRO_ID,PRO_COD,PRO_COMER FROM PRO";
-        busqueda.sCampo = bFiscal ? "RSOC" : "PRO_COMER";
-        busqueda.sTitulo1 = "Codigo";
-        busqueda.sTitulo2 = "Proveedor";
-        busqueda.sTituloVentana =
-            bFiscal ? "Buscar proveedor por nombre Fiscal" : "Buscar proveedor por nombre Comercial";
-        busqueda.nAncho1 = 600;
-        busqueda.nAncho2 = 6000;
-        const std::string sElegido = ayuda().Buscar(busqueda);
+        const std::string sElegido = elegirProveedor(listaFiscal, listaComercial, "Proveedor");
         IdPro = eligio(sElegido) ? toLong(split(sElegido, separadorBuscar).front(), locale) : 0;
     }
     if (IdPro == 0 && nProveedor < 0) return;

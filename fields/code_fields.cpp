@@ -11,14 +11,14 @@ namespace {
 constexpr double nColorFondo = 16777215;  // white
 constexpr double nColorFoco = 65535;      // yellow
 constexpr std::size_t nSinEleccion = 2;   // an answer of the search list up to this length chose nothing
+constexpr std::int32_t nAnchoCodigo = 600;
+constexpr std::int32_t nAnchoNombre = 6000;
 constexpr std::string_view sFormatoImporte = "#,###,##0.00";
 
 constexpr std::string_view sProveedores =
     "Select Pro_ID,Pro_COD,"
     "(isnull((CASE WHEN Pro_TIPDOC =0 THEN Pro_NOM ELSE Pro_Nom + ' ' + Pro_APE1 + ' ' + Pro_APE2 END),Pro_comer)) "
     "as Pro_Nom FROM Pro";
-constexpr std::string_view sProveedoresPorNombreComercial =
-    "Select Pro_ID,Pro_COD,Pro_COMER FROM Pro ORDER BY Pro_COMER";
 constexpr std::string_view sMarcas = "Select Marca_ID,Marca_Des,Marca_CodAbrev FROM Marcas";
 
 constexpr std::string_view sPreguntaNombreFiscal =
@@ -26,6 +26,13 @@ constexpr std::string_view sPreguntaNombreFiscal =
 
 bool vacio(std::string_view sTexto) {
     return trimBlanks(sTexto).empty();
+}
+
+/// Identifier and the two shown columns of a chosen row.
+std::vector<std::string_view> partesDe(std::string_view sElegido) {
+    std::vector<std::string_view> partes = split(sElegido, separadorBuscar);
+    if (partes.size() < 3) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+    return partes;
 }
 
 }  // namespace
@@ -102,27 +109,28 @@ void CamposCodigo::buscarProveedor() {
     msBuscarProveedor(nBusquedaInteractiva);
 }
 
-void CamposCodigo::buscarProveedorPorNombre() {
-    const bool bFiscal = preguntarNombreFiscal();
-    Busqueda busqueda;
-    busqueda.sSQL = bFiscal ? sProveedores : sProveedoresPorNombreComercial;
-    busqueda.sCampo = bFiscal ? "Pro_Nom" : "Pro_COMER";
-    busqueda.sTitulo1 = "Codigo";
-    busqueda.sTitulo2 = "Nombre";
-    busqueda.sTituloVentana =
-        bFiscal ? "Buscar Proveedores por nombre Fiscal" : "Buscar Proveedores por nombre Comercial";
-    busqueda.nAncho1 = 600;
-    busqueda.nAncho2 = 6000;
-    aceptarProveedor(ayuda().Buscar(busqueda));
+std::string CamposCodigo::elegirProveedor(const ListaProveedores& fiscal, const ListaProveedores& comercial,
+                                          std::string_view sTituloNombre) {
+    const ListaProveedores& lista = preguntarNombreFiscal() ? fiscal : comercial;
+    return ayuda().Buscar({.sSQL = std::string(lista.sSQL),
+                           .sCampo = std::string(lista.sCampo),
+                           .sTitulo1 = "Codigo",
+                           .sTitulo2 = std::string(sTituloNombre),
+                           .sTituloVentana = std::string(lista.sTituloVentana),
+                           .nAncho1 = nAnchoCodigo,
+                           .nAncho2 = nAnchoNombre});
 }
 
-void CamposCodigo::aceptarProveedor(const std::string& sElegido) {
+void CamposCodigo::buscarProveedorPorNombre() {
+    constexpr ListaProveedores comercial{"Select Pro_ID,Pro_COD,Pro_COMER FROM Pro ORDER BY Pro_COMER",
+                                         "Pro_COMER", "Buscar Proveedores por nombre Comercial"};
+    const std::string sElegido = elegirProveedor(
+        {sProveedores, "Pro_Nom", "Buscar Proveedores por nombre Fiscal"}, comercial, "Nombre");
     if (!eligio(sElegido)) {
         escribirProveedor("", "");
         return;
     }
-    const std::vector<std::string_view> partes = split(sElegido, separadorBuscar);
-    if (partes.size() < 3) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+    const std::vector<std::string_view> partes = partesDe(sElegido);
     IdProveedor = toLong(partes[0], ventana_.platform().locale());
     escribirProveedor(partes[1], partes[2]);
 }
@@ -147,20 +155,14 @@ void CamposCodigo::msBuscarProveedor(std::int32_t nProveedor) {
 void CamposCodigo::msBuscarMarca(std::string& sMarca) {
     IdMarca = 0;
     if (vacio(sMarca)) {
-        Busqueda busqueda;
-        busqueda.sSQL = sMarcas;
-        busqueda.sCampo = "Marca_Des";
-        busqueda.sTitulo1 = "Nombre";
-        busqueda.sTitulo2 = "Codigo";
-        busqueda.sTituloVentana = "Buscar Marcas por nombre";
-        busqueda.nAncho1 = 6000;
-        busqueda.nAncho2 = 600;
-        const std::string sElegido = ayuda().Buscar(busqueda);
-        if (eligio(sElegido)) {
-            const std::vector<std::string_view> partes = split(sElegido, separadorBuscar);
-            if (partes.size() < 3) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
-            sMarca = partes[2];
-        }
+        const std::string sElegido = ayuda().Buscar({.sSQL = std::string(sMarcas),
+                                                     .sCampo = "Marca_Des",
+                                                     .sTitulo1 = "Nombre",
+                                                     .sTitulo2 = "Codigo",
+                                                     .sTituloVentana = "Buscar Marcas por nombre",
+                                                     .nAncho1 = nAnchoNombre,
+                                                     .nAncho2 = nAnchoCodigo});
+        if (eligio(sElegido)) sMarca = partesDe(sElegido)[2];
     }
     if (vacio(sMarca)) return;
 

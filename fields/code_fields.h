@@ -64,8 +64,16 @@ class CamposCodigo {
     static bool eligio(std::string_view sElegido);
     /// The supplier search by F1.
     virtual void buscarProveedor();
-    /// Asks whether to search suppliers by their fiscal name; no means by the commercial one.
-    bool preguntarNombreFiscal();
+    /// A search list of suppliers.
+    struct ListaProveedores {
+        std::string_view sSQL;
+        std::string_view sCampo;
+        std::string_view sTituloVentana;
+    };
+    /// Asks whether to search suppliers by their fiscal name (no means by the commercial one) and opens that
+    /// list, its names under `sTituloNombre`. What the list answers.
+    std::string elegirProveedor(const ListaProveedores& fiscal, const ListaProveedores& comercial,
+                                std::string_view sTituloNombre);
     void escribir(int Index, std::string_view sTexto);
     void escribirProveedor(std::string_view sCodigo, std::string_view sNombre);
 
@@ -78,7 +86,7 @@ class CamposCodigo {
 
   private:
     void buscarProveedorPorNombre();
-    void aceptarProveedor(const std::string& sElegido);
+    bool preguntarNombreFiscal();
     void escribirMarca(std::string_view sCodigo, std::string_view sDescripcion);
 };
 
