@@ -1,8 +1,6 @@
 #include "module/mdo_pxtarvo.h"
 
-#include <list>
-#include <mutex>
-
+#include "platform/thread_slots.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {
@@ -21,32 +19,18 @@ struct Casilla {
     std::shared_ptr<Instancia> instancia;
 };
 
-/// The threads' instances. The list itself is never destroyed: no instance ends with the process's statics.
-struct Casillas {
-    std::mutex cerrojo;
-    std::list<Casilla> lista;
-};
-
-Casillas& casillas() {
-    static Casillas& todas = *std::make_unique<Casillas>().release();
-    return todas;
-}
-
-thread_local Casilla* casillaActual = nullptr;
+using Casillas = ThreadSlots<Casilla>;
 
 }  // namespace
 
 void guardarInstancia(std::shared_ptr<Instancia> instancia) {
-    if (!casillaActual) {
-        const std::lock_guard guarda(casillas().cerrojo);
-        casillaActual = &casillas().lista.emplace_back();
-    }
-    casillaActual->instancia.swap(instancia);
+    Casillas::get().instancia.swap(instancia);
 }
 
 const Instancia& goInstancia() {
-    if (!casillaActual) throw RuntimeError(ErrorNumber::ObjectNotSet);
-    return *casillaActual->instancia;
+    const Casilla* const casilla = Casillas::find();
+    if (!casilla) throw RuntimeError(ErrorNumber::ObjectNotSet);
+    return *casilla->instancia;
 }
 
 ObjectRef<HostDatabase> MyBd() {
