@@ -130,9 +130,9 @@ void HostWriter::takeValues(const HostWrite& write) {
 bool HostWriter::Form::serves(const HostWrite& write, std::string_view itsWhere) const {
     return kind == write.kind && table == write.table && where == itsWhere &&
            std::ranges::equal(columns, write.columns, [](const Column& known, const WrittenColumn& column) {
+               if (known.name != column.name) return false;
                const std::string* const expression = expressionOf(column);
-               return known.name == column.name &&
-                      known.expression == (expression ? std::string_view(*expression) : std::string_view());
+               return expression ? known.expression == *expression : known.expression.empty();
            });
 }
 
@@ -163,7 +163,7 @@ bool HostWriter::runBound(const HostWrite& write) {
     Form* const form = formOf(write);
     if (!form) return false;
     const std::size_t ofColumns = values_.size();
-    values_.insert(values_.end(), where_.literals.begin(), where_.literals.end());
+    for (const portable::SqlToken& literal : where_.literals) values_.emplace_back(&literal);
     if (database_->runBound(form->statement, values_)) return true;
     values_.resize(ofColumns);
     return false;

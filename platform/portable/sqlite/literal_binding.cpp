@@ -127,8 +127,8 @@ void bindLiteral(sqlite3_stmt* statement, int parameter, const SqlToken& token, 
 
 void bindValue(sqlite3_stmt* statement, int parameter, const LiteralValue& value, const LiteralUse& use) {
     const auto* const text = std::get_if<std::string_view>(&value);
-    if (const auto* token = std::get_if<SqlToken>(&value)) {
-        bindLiteral(statement, parameter, *token, use);
+    if (const auto* token = std::get_if<const SqlToken*>(&value)) {
+        bindLiteral(statement, parameter, **token, use);
     } else if (std::holds_alternative<Null>(value)) {
         check(statement, sqlite3_bind_null(statement, parameter));
     } else if (use.target == ColumnType::DateTime) {
