@@ -28,21 +28,17 @@ ObjectRef<portable::SqliteConnection> open(const std::string& path, std::shared_
     return std::shared_ptr<portable::SqliteConnection>(file, &file->connection);
 }
 
-/// Takes the unfinished file away.
-class NewFile {
-  public:
-    explicit NewFile(std::filesystem::path path) : path_(std::move(path)) {}
-    NewFile(const NewFile&) = delete;
-    ~NewFile() {
-        std::error_code ignored;
-        if (!kept_) std::filesystem::remove(path_, ignored);
-    }
-    void keep() noexcept { kept_ = true; }
+/// What an interrupted transaction leaves beside a database file; the next file of that name takes it for its
+/// own.
+std::filesystem::path journalOf(std::filesystem::path file) {
+    return file += "-journal";
+}
 
-  private:
-    std::filesystem::path path_;
-    bool kept_ = false;
-};
+void discard(const std::filesystem::path& file) {
+    std::error_code ignored;
+    std::filesystem::remove(journalOf(file), ignored);
+    std::filesystem::remove(file, ignored);
+}
 
 }  // namespace
 
@@ -57,12 +53,22 @@ void createHostFile(const std::string& path, std::shared_ptr<const Clock> clock,
     if (std::filesystem::exists(std::filesystem::symlink_status(file))) {
         throw RuntimeError(fileAlreadyExists, "El archivo '" + path + "' ya existe.");
     }
-    NewFile unfinished(file);
-    const ObjectRef<portable::SqliteConnection> connection =
-        open(path, std::move(clock), portable::DatabaseMode::CreateIfMissing);
-    createSchema(*connection);
-    if (sample) fillSampleDealer(*connection);
-    unfinished.keep();
+    // Under a name of its own until it is whole: one that was interrupted is in nobody's way.
+    const std::filesystem::path unfinished = std::filesystem::path(file) += ".unfinished";
+    discard(unfinished);
+    try {
+        {
+            const auto connection =
+                open(path + ".unfinished", std::move(clock), portable::DatabaseMode::CreateIfMissing);
+            createSchema(*connection);
+            if (sample) fillSampleDealer(*connection);
+        }
+        std::filesystem::remove(journalOf(file));
+        std::filesystem::rename(unfinished, file);
+    } catch (...) {
+        discard(unfinished);
+        throw;
+    }
 }
 
 }  // namespace pxtarvo::devhost

@@ -132,32 +132,29 @@ bool DevHostDatabase::write(WriteKind kind, std::string& sMensaje) {
     const HostWrite write{kind, table_, condition_, fields->columns()};
     use_.write(write);
 
-    bool done = false;
-    recorded([&] { done = run(write, sMensaje); },
+    std::optional<std::string> refusal;
+    recorded([&] { refusal = run(write); },
              [&](const RuntimeError* error) {
-                 if (state_->recorder) state_->recorder->write(write, done, error);
+                 if (state_->recorder) state_->recorder->write(write, !refusal, error);
              });
-    return done;
+    if (!refusal) return true;
+    state_->refused.add(write, *refusal);
+    sMensaje = std::move(*refusal);
+    return false;
 }
 
-/// Only an error of the hook leaves.
-bool DevHostDatabase::run(const HostWrite& write, std::string& sMensaje) {
+/// What the host refuses the write with, if it does.
+std::optional<std::string> DevHostDatabase::run(const HostWrite& write) {
     if (state_->beforeWrite) {
-        if (auto refusal = state_->beforeWrite(write)) {
-            sMensaje = std::move(*refusal);
-            return false;
-        }
+        if (auto refusal = state_->beforeWrite(write)) return refusal;
     }
-    if (write.kind != WriteKind::Insert && write.condition.empty()) {
-        sMensaje = "Falta la condición.";
-        return false;
-    }
+    if (write.kind != WriteKind::Insert && write.condition.empty()) return "Falta la condición.";
     try {
         state_->writer->run(write);
-        return true;
+        return std::nullopt;
     } catch (const RuntimeError& error) {
-        sMensaje = error.description();
-        return false;
+        if (error.is(ErrorNumber::ProviderFailure)) throw;
+        return error.description();
     }
 }
 

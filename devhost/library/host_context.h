@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -29,9 +30,10 @@ class DevHostDatabase : public HostDatabase {
     void Tabla(std::string_view sTabla) override;
     ObjectRef<pxtarvo::Connection> Conexion() override;
 
-    // Each empties the columns. What the database or a conversion refuses comes back as False and a message,
-    // or in Ejecutar as a message alone. So does an update or deletion without a condition: it would hit
-    // every row.
+    // Each empties the columns. What the hook, a constraint of the database or a conversion refuses comes
+    // back as False and a message, or in Ejecutar as a message alone. So does an update or deletion without a
+    // condition: it would hit every row. A failure of the database itself (its file, its disk, a lock) is
+    // raised.
 
     bool Borrar(std::string& sMensaje) override;
     void Ejecutar(std::string& sMensaje) override;
@@ -41,7 +43,7 @@ class DevHostDatabase : public HostDatabase {
     class FieldList;
 
     bool write(WriteKind kind, std::string& sMensaje);
-    bool run(const HostWrite& write, std::string& sMensaje);
+    std::optional<std::string> run(const HostWrite& write);
 
     std::shared_ptr<HostState> state_;
     std::shared_ptr<FieldList> fields_;

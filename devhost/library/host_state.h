@@ -9,6 +9,7 @@
 #include <string>
 
 #include "devhost/library/host_writer.h"
+#include "devhost/library/refused_writes.h"
 #include "devhost/record/host_write.h"
 #include "devhost/record/protocol_checks.h"
 #include "devhost/record/recorder.h"
@@ -30,6 +31,7 @@ struct HostState {
     std::function<void()> rotate;
     ContextNumber contexts = 0;          ///< made so far
     std::shared_ptr<HostWriter> writer;  ///< on `connection`; made by the first context
+    RefusedWrites refused;
 };
 
 }  // namespace pxtarvo::devhost

@@ -1,13 +1,31 @@
 // pxtarvo-host: the plug-in's windows without a screen, over an embedded database file.
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
 #include <exception>
+#include <iostream>
 
 #include "devhost/main/commands.h"
 #include "devhost/main/exit_status.h"
 
-int main(int argc, char** argv) {
-    using namespace pxtarvo::devhost;
+namespace pxtarvo::devhost {
 
+namespace {
+
+/// Gives standard input, output and error a file each where the program was started without: no file that it
+/// opens may get their place, and with it what is meant for them. Writing to them fails as before.
+void fillStandardDescriptors() {
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
+        if (fcntl(descriptor, F_GETFD) != -1) continue;
+        // The lowest free descriptor is the one that is missing.
+        if (open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY) != descriptor)
+            _exit(exitFailed);
+    }
+}
+
+int runCommandLine(int argc, char** argv) {
     CLI::App program("Runs the plug-in's windows without a screen, over an embedded database file.",
                      "pxtarvo-host");
     program.require_subcommand(1);
@@ -34,4 +52,19 @@ int main(int argc, char** argv) {
     } catch (const std::exception& error) {
         return leave(exitFailed, error.what());
     }
+}
+
+}  // namespace
+
+}  // namespace pxtarvo::devhost
+
+int main(int argc, char** argv) {
+    using namespace pxtarvo::devhost;
+
+    // A broken pipe or a file at its limit is an error like others, not the end of a run halfway.
+    for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
+    fillStandardDescriptors();
+    const int status = runCommandLine(argc, argv);
+    std::cout.flush();
+    return std::cout ? status : leave(exitFailed, "standard output cannot be written");
 }

@@ -49,8 +49,9 @@ void addCommonOptions(CLI::App& command, CommonOptions& options) {
             },
             "the answer to every question (default: yes)")
         ->check(CLI::IsMember({"yes", "no"}));
-    command.add_flag("--in-transaction", options.inTransaction,
-                     "open a transaction first and commit it at the end, as some hosts do");
+    command.add_flag(
+        "--in-transaction", options.inTransaction,
+        "open a transaction first, as some hosts do; at the end it is committed where the run ended as its success message says, else rolled back");
     command.add_option("--drive-c", options.driveC, "the folder that stands for drive C:")
         ->type_name("DIR")
         ->check(CLI::ExistingDirectory);

@@ -40,17 +40,34 @@ std::string described(const RuntimeError& error) {
     return "Error '" + plainNumber(error.number()) + "' en tiempo de ejecución: " + error.description();
 }
 
-/// The end of the host's own transaction, where the run has not ended it.
-std::optional<std::string> commit(DevHost& host) {
+/// Ends the host's own transaction, where the run has not ended it. The error of a commit.
+std::optional<std::string> endTransaction(Connection& connection, bool well) {
     try {
-        host.connection()->CommitTrans();
+        well ? connection.CommitTrans() : connection.RollbackTrans();
     } catch (const RuntimeError& error) {
-        if (!error.is(ErrorNumber::NoTransactionOpen)) return described(error);
+        if (well && !error.is(ErrorNumber::NoTransactionOpen)) return described(error);
     }
     return std::nullopt;
 }
 
-int report(const DevHost& host, int status) {
+void tellRefused(const RefusedWrites& refused) {
+    const std::size_t count = refused.count();
+    tell(joined({std::to_string(count),
+                 count == 1 ? " write was refused: " : " writes were refused, the first: ",
+                 asOneLine(refused.first())}));
+}
+
+/// What a host and its run leave the program with.
+int report(const DevHost& host, const std::optional<Refusal>& notTaken,
+           const std::optional<std::string>& failure) {
+    const RefusedWrites& refused = host.state().refused;
+    if (refused.count() > 0) tellRefused(refused);
+    int status = refused.count() > 0 ? exitRefused : exitDone;
+    if (notTaken) {
+        status = leave(notTaken->status, notTaken->reason);
+    } else if (failure) {
+        status = leave(exitFailed, *failure);
+    }
     for (const std::string& violation : host.violations()) {
         status = leave(exitFailed, "against the rules of the host's library: " + violation);
     }
@@ -93,16 +110,20 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
         failure = command.reason ? command.reason(host, std::move(told)) : std::move(told);
     }
     if (options.inTransaction) {
-        if (auto notCommitted = commit(host)) failure = std::move(notCommitted);
+        const bool well = !failure && !refused;
+        if (auto notCommitted = endTransaction(*host.connection(), well)) failure = std::move(notCommitted);
     }
-    if (refused) return report(host, leave(refused->status, refused->reason));
-    return report(host, failure ? leave(exitFailed, *failure) : exitDone);
+    return report(host, refused, failure);
 }
 
 }  // namespace
 
+void tell(std::string_view line) {
+    std::cerr << "pxtarvo-host: " << line << std::endl;
+}
+
 int leave(ExitStatus status, std::string_view reason) {
-    std::cerr << "pxtarvo-host: " << reason << std::endl;
+    tell(reason);
     return status;
 }
 
@@ -135,17 +156,25 @@ int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     hostOptions.driveC = options.driveC;
     hostOptions.articleFile = command.articleFile;
     hostOptions.clock = clockFor(options);
+    std::shared_ptr<Recorder> recorder;
     try {
-        hostOptions.recorder = recorderFor(options);
+        hostOptions.recorder = recorder = recorderFor(options);
     } catch (const RuntimeError& error) {
         return leave(exitFailed, error.description());
     }
+    int status = exitFailed;
     try {
         DevHost host(std::move(hostOptions));
-        return runInHost(host, options, command);
+        status = runInHost(host, options, command);
     } catch (const RuntimeError& error) {
-        return leave(exitFailed, described(error));
+        tell(described(error));
     }
+    try {
+        if (recorder) recorder->finish();
+    } catch (const RuntimeError& error) {
+        return leave(exitFailed, error.description());
+    }
+    return status;
 }
 
 bool typeAndLeave(DevHost& host, TextBox& box, std::string_view text) {

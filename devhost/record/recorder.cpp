@@ -37,10 +37,11 @@ std::shared_ptr<Recorder> Recorder::toFile(const std::string& path) {
         if (!*file) throw RuntimeError(ErrorNumber::PathFileAccess, "No se puede escribir '" + path + "'.");
     };
     check();
-    return std::make_shared<Recorder>([file, check](std::string_view line) {
-        *file << line << '\n' << std::flush;
-        check();
-    });
+    auto recorder =
+        std::make_shared<Recorder>([file](std::string_view line) { *file << line << '\n'
+                                                                         << std::flush; });
+    recorder->checkWritten_ = check;
+    return recorder;
 }
 
 void Recorder::start(std::string_view call) {
@@ -79,7 +80,7 @@ void Recorder::value(const Variant& value) {
     });
 }
 
-void Recorder::finish(const RuntimeError* error) {
+void Recorder::end(const RuntimeError* error) {
     if (error) {
         key("error");
         line_ += "{\"number\":";
@@ -94,24 +95,24 @@ void Recorder::finish(const RuntimeError* error) {
 void Recorder::sourceOpen(std::string_view connectionString, const RuntimeError* error) {
     start("source.open");
     field("connection", connectionString);
-    finish(error);
+    end(error);
 }
 
 void Recorder::sourceQuery(std::string_view sql, const RuntimeError* error) {
     start("source.query");
     field("sql", sql);
-    finish(error);
+    end(error);
 }
 
 void Recorder::transaction(TransactionCall call, const RuntimeError* error) {
     start(name(transactionNames, call));
-    finish(error);
+    end(error);
 }
 
 void Recorder::execute(std::string_view sql, const RuntimeError* error) {
     start("execute");
     field("sql", sql);
-    finish(error);
+    end(error);
 }
 
 void Recorder::write(const HostWrite& write, bool ok, const RuntimeError* error) {
@@ -137,7 +138,7 @@ void Recorder::write(const HostWrite& write, bool ok, const RuntimeError* error)
         key("ok");
         line_ += ok ? "true" : "false";
     }
-    finish(error);
+    end(error);
 }
 
 void Recorder::message(const Message& message, MessageAnswer answer) {
@@ -149,7 +150,7 @@ void Recorder::message(const Message& message, MessageAnswer answer) {
     field("icon", name(iconNames, message.icon));
     if (question && message.defaultsToNo) field("default", "no");
     if (question) field("answer", answer == MessageAnswer::Yes ? "yes" : "no");
-    finish();
+    end();
 }
 
 void Recorder::search(const Busqueda& busqueda, std::string_view answer, const RuntimeError* error) {
@@ -158,13 +159,13 @@ void Recorder::search(const Busqueda& busqueda, std::string_view answer, const R
     field("column", busqueda.sCampo);
     field("title", busqueda.sTituloVentana);
     if (!error) field("answer", answer);
-    finish(error);
+    end(error);
 }
 
 void Recorder::unload(std::string_view window) {
     start("unload");
     field("window", window);
-    finish();
+    end();
 }
 
 }  // namespace pxtarvo::devhost

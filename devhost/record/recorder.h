@@ -46,9 +46,13 @@ class Recorder {
 
     explicit Recorder(Sink sink) : sink_(std::move(sink)) {}
 
-    /// A recorder that writes a new file, line by line. Raises 75 when the file cannot be created; an error
-    /// while writing (a full disk) is 75 too, in the call that was to be recorded.
+    /// A recorder that writes a new file, line by line. Raises 75 when the file cannot be created. An error
+    /// while writing (a full disk) disturbs no call: finish() raises it.
     static std::shared_ptr<Recorder> toFile(const std::string& path);
+    /// To be called when nothing more comes: raises 75 where the file did not take every line.
+    void finish() const {
+        if (checkWritten_) checkWritten_();
+    }
 
     // Each takes the error that the call ended with, or nullptr.
 
@@ -69,9 +73,10 @@ class Recorder {
     void text(std::string_view value);
     void field(std::string_view name, std::string_view value);
     void value(const Variant& value);
-    void finish(const RuntimeError* error = nullptr);
+    void end(const RuntimeError* error = nullptr);
 
     Sink sink_;
+    std::function<void()> checkWritten_;
     std::string line_;
 };
 

@@ -17,13 +17,13 @@ using ::testing::HasSubstr;
 
 class CommandLine : public ::testing::Test {
   protected:
-    /// Runs a command line in the test's folder; {S} stands for the folder of samples. Gives back the exit
-    /// status.
-    int run(std::string arguments) {
+    /// Runs a command line in the test's folder; {S} stands for the folder of samples. `before` is done in
+    /// the same shell. Gives back the exit status.
+    int run(std::string arguments, const std::string& redirection = "> out", const std::string& before = "") {
         const std::size_t samples = arguments.find("{S}");
         if (samples != std::string::npos) arguments.replace(samples, 3, PXTARVO_SAMPLES_DIR);
-        const std::string line = "cd '" + folder.file("") + "' && '" PXTARVO_HOST_PATH "' " + arguments +
-                                 " > out 2> err < /dev/null";
+        const std::string line = "cd '" + folder.file("") + "' && " + before + "'" PXTARVO_HOST_PATH "' " +
+                                 arguments + " < /dev/null 2> err " + redirection;
         const int status = std::system(line.c_str());
         output = bytesOf(folder.file("out"));
         errors = bytesOf(folder.file("err"));
@@ -207,6 +207,93 @@ TEST_F(CommandLine, RunsTheOtherListsAndTheMaintenance) {
         EXPECT_THAT(output, EndsWith(one.output));
         const auto connection = devhost::openHostFile(folder.file("dealer.db"), hostClock);
         EXPECT_EQ(joinedText(connection->Execute(one.query, -1)->Fields(0), spanishLocale()), one.result);
+    }
+}
+
+/// What --in-transaction opened ends as the run did, unless the run has ended it.
+TEST_F(CommandLine, EndsTheHostsTransactionAsTheRunEnded) {
+    ASSERT_EQ(run("init sample.db --sample"), 0);
+    struct Case {
+        const char* arguments;
+        int status;
+        const char* query;
+        const char* result;
+    };
+    const Case cases[] = {
+        {"import --year 2008 --list ama --file {S}/barcodes-apostrophe-row-12.xls", 1,
+         "SELECT count(*) FROM Art WHERE ART_PVE = 0", "0"},
+        {"locations --file {S}/articulo.tdw", 0,
+         "SELECT count(*) FROM Ubi WHERE Ubi_Pasillo = 'ESTANTERÍA NORTE PAS'", "3"},
+        {"locations --file half.tdw", 1,
+         "SELECT count(*) FROM Ubi WHERE Ubi_Pasillo = 'ESTANTERÍA NORTE PAS'", "0"},
+        {"import --supplier 0 --file {S}/TARIFA2012.MDB", 1, "SELECT count(*) FROM ArtPro WHERE ARP_Idp = 0",
+         "0"},
+    };
+    const std::string whole = bytesOf(PXTARVO_SAMPLES_DIR "/articulo.tdw");
+    folder.write("half.tdw", whole + "\r\n" + std::string(18, '\x01') + "\r\n\r\n");
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.arguments);
+        std::filesystem::copy_file(folder.file("sample.db"), folder.file("dealer.db"),
+                                   std::filesystem::copy_options::overwrite_existing);
+        EXPECT_EQ(run(std::string(one.arguments) + " --in-transaction dealer.db"), one.status) << errors;
+        const auto connection = devhost::openHostFile(folder.file("dealer.db"), hostClock);
+        EXPECT_EQ(joinedText(connection->Execute(one.query, -1)->Fields(0), spanishLocale()), one.result);
+    }
+}
+
+/// A refusal of the host lets the run go on, a failure of its database does not.
+TEST_F(CommandLine, TellsRefusalsAndStopsAtFailures) {
+    ASSERT_EQ(run("init dealer.db --sample"), 0);
+    {
+        const auto connection = devhost::openHostFile(folder.file("dealer.db"), hostClock);
+        connection->runNative(
+            "CREATE TRIGGER Ubi_Lleno BEFORE INSERT ON Ubi BEGIN SELECT RAISE(ABORT, 'No cabe.'); END");
+    }
+    EXPECT_EQ(run("locations dealer.db --file {S}/articulo.tdw"), 3);
+    EXPECT_EQ(output, "Proceso de importacion de C:\\tarvo\\articulo.tdw finalizado\n");
+    EXPECT_THAT(errors,
+                ::testing::ContainsRegex("pxtarvo-host: [0-9]+ writes were refused, the first: insert Ubi, "
+                                         "Ubi_IdArt = [0-9]+: No cabe\\.\n$"));
+
+    const std::string before = bytesOf(folder.file("dealer.db"));
+    const auto connection = devhost::openHostFile(folder.file("dealer.db"), hostClock);
+    connection->BeginTrans();
+    for (const char* arguments : {"locations dealer.db --file {S}/articulo.tdw", "fix-codes dealer.db",
+                                  "import dealer.db --year 2006 --file {S}/TARIFA2006.MDB"}) {
+        SCOPED_TRACE(arguments);
+        EXPECT_EQ(run(arguments), 1);
+        EXPECT_THAT(errors, HasSubstr("La base de datos está bloqueada por otro proceso."));
+    }
+    connection->RollbackTrans();
+    EXPECT_EQ(run("import dealer.db --file {S}/TARIFA2012.MDB", "> out", "ulimit -f 100 && "), 1);
+    EXPECT_THAT(errors, HasSubstr("Error de lectura o escritura en el archivo de la base de datos."));
+    EXPECT_TRUE(before == bytesOf(folder.file("dealer.db")));
+}
+
+TEST_F(CommandLine, FailsWhereItsOutputCannotBeWritten) {
+    ASSERT_EQ(run("init dealer.db --sample", ">&-"), 0) << "nothing is to be written";
+    EXPECT_EQ(run("fix-codes dealer.db", "> /dev/full"), 1);
+    EXPECT_THAT(errors, EndsWith("standard output cannot be written\n"));
+    EXPECT_EQ(run("--help", "> /dev/full"), 1);
+    EXPECT_EQ(run("fix-codes dealer.db --trace record", ">&-"), 1);
+    EXPECT_THAT(bytesOf(folder.file("record")), ::testing::Not(HasSubstr("\nConfirma")));
+    EXPECT_EQ(run("import dealer.db --file {S}/TARIFA2012.MDB --trace /dev/full"), 1);
+    EXPECT_THAT(errors, EndsWith("No se puede escribir '/dev/full'.\n"));
+    EXPECT_THAT(output, EndsWith("Proceso finalizado con exito\n"));
+}
+
+/// What an interrupted init left is in nobody's way.
+TEST_F(CommandLine, MakesTheDatabaseUnderAnotherName) {
+    ASSERT_EQ(run("init whole.db --sample"), 0);
+    ASSERT_EQ(run("init dealer.db --sample", "> out", "ulimit -f 100 && "), 1);
+    EXPECT_EQ(bytesOf(folder.file("dealer.db")), "");
+    folder.write("dealer.db.unfinished", "half");
+    folder.write("dealer.db.unfinished-journal", "half");
+    folder.write("dealer.db-journal", "of an earlier file");
+    ASSERT_EQ(run("init dealer.db --sample"), 0) << errors;
+    EXPECT_TRUE(bytesOf(folder.file("dealer.db")) == bytesOf(folder.file("whole.db")));
+    for (const char* left : {"dealer.db-journal", "dealer.db.unfinished", "dealer.db.unfinished-journal"}) {
+        EXPECT_FALSE(std::filesystem::exists(folder.file(left))) << left;
     }
 }
 

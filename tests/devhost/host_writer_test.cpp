@@ -267,6 +267,27 @@ TEST(HostWriter, RefusalsComeBackWithAMessageAndLeaveTheTransactionOpen) {
     EXPECT_THAT(host.rows("SELECT * FROM Aat"), ElementsAre("3|NULL"));
 }
 
+/// What is wrong with the file itself is no refusal.
+TEST(HostWriter, FailuresOfTheDatabaseAreRaised) {
+    HostFolder host;
+    const ObjectRef<HostDatabase> context = host.context();
+    std::string message;
+    const auto insert = [&] {
+        EscrituraFila(context, Aat::tabla).agregar(Aat::Id, std::int32_t{3}).insertar(message);
+    };
+    sqlite3* const database = dynamic_cast<portable::SqliteConnection&>(*host.connection.shared()).handle();
+    portable::run(database, "PRAGMA query_only = 1");
+    EXPECT_EQ(errorOf(insert), -2147467259);
+    portable::run(database, "PRAGMA query_only = 0");
+    insert();
+    EXPECT_EQ(host.state->refused.count(), 0u);
+    insert();
+    insert();
+    EXPECT_EQ(host.state->refused.count(), 2u);
+    EXPECT_EQ(host.state->refused.first(),
+              "insert Aat, Aat_Id = 3: Infracción de la restricción PRIMARY KEY: Aat.Aat_Id");
+}
+
 TEST(HostWriter, KeepsTableAndConditionButNotColumns) {
     HostFolder host;
     const ObjectRef<HostDatabase> context = host.context();

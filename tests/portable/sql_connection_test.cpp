@@ -16,6 +16,17 @@ using tests::bytesOf;
 using tests::errorOf;
 using tests::TemporaryFolder;
 
+/// "number: description" of the error that `action` raises.
+template <class Action>
+std::string errorTextOf(const Action& action) {
+    try {
+        action();
+    } catch (const RuntimeError& error) {
+        return std::to_string(error.number()) + ": " + error.description();
+    }
+    return "none";
+}
+
 TEST(SqlTransactions, OneAtATime) {
     const auto connection = testDatabase();
     constexpr auto refusedBegin = static_cast<std::int32_t>(ErrorNumber::TransactionAlreadyOpen);
@@ -47,11 +58,46 @@ TEST(SqlTransactions, OneThatTheDatabaseEndedTakesNoMoreWrites) {
     connection->BeginTrans();
     EXPECT_EQ(outcome(*connection, "DELETE FROM Art WHERE Art_Id = 7"), "closed");
     EXPECT_EQ(outcome(*connection, "INSERT INTO Fam (Fam_Id) VALUES (2)"), "-2147217873: Se acabó.");
-    constexpr auto failure = static_cast<std::int32_t>(ErrorNumber::ProviderFailure);
-    EXPECT_EQ(errorOf([&] { connection->Execute("DELETE FROM Art", -1); }), failure);
-    EXPECT_EQ(errorOf([&] { connection->CommitTrans(); }), failure);
+    EXPECT_EQ(outcome(*connection, "DELETE FROM Art"), "-2147467259: Se acabó.");
+    EXPECT_EQ(errorTextOf([&] { connection->CommitTrans(); }), "-2147467259: Se acabó.");
     connection->RollbackTrans();
     EXPECT_EQ(outcome(*connection, "SELECT count(*) FROM Art"), "4;");
+    EXPECT_EQ(errorOf([&] { connection->RollbackTrans(); }), -2147168242);
+}
+
+/// Whoever ends a transaction that a failure of the file undid, or kept from beginning, is told the failure.
+TEST(SqlTransactions, FailuresOfTheFileAreNamedToTheEnd) {
+    const TemporaryFolder folder;
+    const std::string path = folder.file("host.db");
+    const auto connection = testDatabase(path);
+    const auto insertMuch = [&] {
+        for (int row = 0; row < 100; ++row) {
+            connection->Execute("INSERT INTO Fam (FAM_DES) VALUES ('" + std::string(4000, 'x') + "')", -1);
+        }
+    };
+    const std::string full = "-2147467259: No queda espacio en el disco para la base de datos.";
+    run(connection->handle(), "PRAGMA max_page_count = 60");
+    connection->BeginTrans();
+    EXPECT_EQ(errorTextOf(insertMuch), full);
+    EXPECT_EQ(outcome(*connection, "SELECT count(*) FROM Fam"), full);
+    EXPECT_EQ(errorTextOf([&] { connection->CommitTrans(); }), full);
+    connection->RollbackTrans();
+    EXPECT_EQ(outcome(*connection, "SELECT count(*) FROM Fam"), "1;");
+    EXPECT_EQ(errorTextOf(insertMuch), full);
+    EXPECT_EQ(errorTextOf([&] { connection->RollbackTrans(); }), full);
+    EXPECT_EQ(errorOf([&] { connection->RollbackTrans(); }), -2147168242);
+
+    const std::string locked = "-2147467259: La base de datos está bloqueada por otro proceso.";
+    static const StoppedClock clock;
+    const auto other = SqliteConnection::open(path, clock);
+    sqlite3_busy_timeout(connection->handle(), 0);
+    other->BeginTrans();
+    EXPECT_EQ(errorTextOf([&] { connection->BeginTrans(); }), locked);
+    EXPECT_EQ(errorTextOf([&] { connection->RollbackTrans(); }), locked);
+    EXPECT_EQ(outcome(*connection, "DELETE FROM Fam"), locked);
+    other->RollbackTrans();
+    EXPECT_EQ(outcome(*connection, "DELETE FROM Fam"), "closed");
+    EXPECT_EQ(errorOf([&] { connection->RollbackTrans(); }), -2147168242);
 }
 
 TEST(SqlTransactions, ARolledBackRunLeavesTheFileAsItWas) {

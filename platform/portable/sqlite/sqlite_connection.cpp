@@ -131,9 +131,11 @@ ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement, bool wa
 }
 
 ObjectRef<Recordset> SqliteConnection::runAsWritten(PreparedStatement& statement, bool wantsRecords) {
-    return run(statement, wantsRecords, [&](std::size_t index, const LiteralUse& use) {
+    auto result = run(statement, wantsRecords, [&](std::size_t index, const LiteralUse& use) {
         bindLiteral(statement.handle.get(), static_cast<int>(index) + 1, shape_.literals[index], use);
     });
+    failure_.reset();
+    return result;
 }
 
 ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std::int32_t options) {
@@ -146,8 +148,8 @@ ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std
         }
         std::unique_ptr<PreparedStatement> own;
         return runAsWritten(lookUp(commandText, own), wantsRecords);
-    } catch (const RuntimeError&) {
-        raiseFailure();
+    } catch (const RuntimeError& error) {
+        raiseFailure(error);
     }
 }
 
@@ -167,64 +169,73 @@ bool SqliteConnection::runBound(BoundStatement& statement, std::span<const Liter
         run(prepared, false, [&](std::size_t index, const LiteralUse& use) {
             bindValue(prepared.handle.get(), static_cast<int>(index) + 1, literals[index], use);
         });
+        failure_.reset();
         return true;
-    } catch (const RuntimeError&) {
-        raiseFailure();
+    } catch (const RuntimeError& error) {
+        raiseFailure(error);
     }
 }
 
-void SqliteConnection::raiseFailure() {
-    checkTransaction();
-    if (functions_.raised) throw *std::exchange(functions_.raised, std::nullopt);
+void SqliteConnection::raiseFailure(const RuntimeError& error) {
+    const std::optional<RuntimeError> raised = std::exchange(functions_.raised, std::nullopt);
+    failed(raised ? *raised : error);
+    if (raised) throw *raised;
     throw;
 }
 
-void SqliteConnection::checkTransaction() noexcept {
-    if (transaction_ == Transaction::Open && sqlite3_get_autocommit(database_.get()) != 0) {
-        transaction_ = Transaction::Lost;
+void SqliteConnection::failed(const RuntimeError& error) {
+    const bool ended = transaction_ == Transaction::Open && sqlite3_get_autocommit(database_.get()) != 0;
+    if (ended) transaction_ = Transaction::Lost;
+    if (ended || error.is(ErrorNumber::ProviderFailure)) {
+        failure_.emplace(ErrorNumber::ProviderFailure, error.description());
     }
 }
 
 void SqliteConnection::refuseLostTransaction() const {
-    if (transaction_ == Transaction::Lost) {
-        throw RuntimeError(ErrorNumber::ProviderFailure, "Un error anterior deshizo la transacción.");
+    if (transaction_ == Transaction::Lost) throw *failure_;
+}
+
+void SqliteConnection::requireTransaction() {
+    if (transaction_ != Transaction::None) return;
+    if (failure_) throw *std::exchange(failure_, std::nullopt);
+    throw RuntimeError(ErrorNumber::NoTransactionOpen);
+}
+
+void SqliteConnection::runOrFail(const char* sql) {
+    try {
+        portable::run(database_.get(), sql);
+        failure_.reset();
+    } catch (const RuntimeError& error) {
+        failed(error);
+        throw;
     }
 }
 
 void SqliteConnection::BeginTrans() {
     if (transaction_ != Transaction::None) throw RuntimeError(ErrorNumber::TransactionAlreadyOpen);
-    portable::run(database_.get(), "BEGIN IMMEDIATE");
+    runOrFail("BEGIN IMMEDIATE");
     transaction_ = Transaction::Open;
 }
 
 void SqliteConnection::CommitTrans() {
-    if (transaction_ == Transaction::None) throw RuntimeError(ErrorNumber::NoTransactionOpen);
+    requireTransaction();
     refuseLostTransaction();
-    try {
-        portable::run(database_.get(), "COMMIT");
-    } catch (const RuntimeError&) {
-        checkTransaction();
-        throw;
-    }
+    runOrFail("COMMIT");
     transaction_ = Transaction::None;
 }
 
 void SqliteConnection::RollbackTrans() {
-    if (transaction_ == Transaction::None) throw RuntimeError(ErrorNumber::NoTransactionOpen);
+    requireTransaction();
     if (transaction_ == Transaction::Open) portable::run(database_.get(), "ROLLBACK");
     transaction_ = Transaction::None;
+    failure_.reset();
 }
 
 void SqliteConnection::runNative(const std::string& script) {
     refuseLostTransaction();
     cache_.clear();
     hold_->release();
-    try {
-        portable::run(database_.get(), script.c_str());
-    } catch (const RuntimeError&) {
-        checkTransaction();
-        throw;
-    }
+    runOrFail(script.c_str());
 }
 
 }  // namespace pxtarvo::portable

@@ -3,6 +3,7 @@
 // The host connection of the portable body: a SQLite file that takes the statements of the host's server.
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -58,7 +59,8 @@ class SqliteConnection final : public Connection {
     bool runBound(BoundStatement& statement, std::span<const LiteralValue> literals);
 
     /// The file is locked for other writers at once. A failure of the file may undo the transaction; from
-    /// then on everything but RollbackTrans raises ProviderFailure, so that no later write stands alone.
+    /// then on everything but RollbackTrans raises ProviderFailure with its description, so that no later write stands alone.
+    /// Where none is open because of a failure of the file, an end of one is refused with that failure.
     void BeginTrans() override;
     void CommitTrans() override;
     void RollbackTrans() override;
@@ -86,10 +88,14 @@ class SqliteConnection final : public Connection {
     ObjectRef<Recordset> runAsWritten(PreparedStatement& statement, bool wantsRecords);
     /// To be called where an error of a statement was caught: raises it, or the one that a function of ours
     /// had.
-    [[noreturn]] void raiseFailure();
-    /// Notices a transaction that SQLite ended by itself.
-    void checkTransaction() noexcept;
+    [[noreturn]] void raiseFailure(const RuntimeError& error);
+    /// Runs statements of SQLite's own.
+    void runOrFail(const char* sql);
+    /// Keeps a failure of the file in mind, and that SQLite ended the transaction by itself.
+    void failed(const RuntimeError& error);
     void refuseLostTransaction() const;
+    /// Raises that no transaction is open, or the failure for which there is none.
+    void requireTransaction();
 
     FunctionState functions_;
     DatabaseHandle database_;
@@ -98,6 +104,7 @@ class SqliteConnection final : public Connection {
     SqliteSchema schema_;
     StatementShape shape_;  ///< of the statement at hand
     Transaction transaction_ = Transaction::None;
+    std::optional<RuntimeError> failure_;  ///< of the file, until a statement succeeds
 };
 
 }  // namespace pxtarvo::portable
