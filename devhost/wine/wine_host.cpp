@@ -16,7 +16,7 @@
 namespace pxtarvo::devhost {
 
 using windows::Bstr;
-using windows::makeCounted;
+using windows::makeDispatch;
 using windows::OwnedVariant;
 using windows::Reference;
 
@@ -33,12 +33,6 @@ constexpr CLSID fieldHelperClass = {
     0x6a1b6d61, 0x54c1, 0x4c9b, {0x8e, 0x0b, 0x3d, 0x6a, 0x51, 0xb4, 0x0c, 0x77}};
 
 constexpr std::string_view fieldHelperName = "HostFields.FieldHelper";
-
-/// A new automation object; the caller's first count is the reference's.
-template <class Object, class... Arguments>
-Reference<IDispatch> dispatchOf(Arguments&&... arguments) {
-    return Reference<IDispatch>::adopt(makeCounted<Object>(std::forward<Arguments>(arguments)...).detach());
-}
 
 /// The plug-in puts frames beneath everything, the last one it made above those before.
 ScreenSession::KnownWindow described(const Window& window, std::string caption) {
@@ -111,13 +105,13 @@ WineHost::~WineHost() {
 void WineHost::offerClasses() {
     HostStage& stage = *parts_.stage;
     classes_.offer("ADODB.Connection", connectionClass,
-                   [&stage] { return dispatchOf<ConnectionObject>(stage.platform.createConnection()); });
+                   [&stage] { return makeDispatch<ConnectionObject>(stage.platform.createConnection()); });
     classes_.offer("ADODB.Recordset", recordsetClass,
-                   [&stage] { return dispatchOf<RecordsetObject>(stage.platform.createRecordset()); });
+                   [&stage] { return makeDispatch<RecordsetObject>(stage.platform.createRecordset()); });
     classes_.offer("Excel.Application", spreadsheetClass,
                    [&stage] { return spreadsheetObject(stage.platform.createSpreadsheet()); });
     classes_.offer(fieldHelperName, fieldHelperClass, [&stage] {
-        return dispatchOf<FieldHelperObject>(stage.makeFieldHelper(), stage.platform);
+        return makeDispatch<FieldHelperObject>(stage.makeFieldHelper(), stage.platform);
     });
 }
 
@@ -126,7 +120,7 @@ void WineHost::run() {
 }
 
 Reference<IDispatch> WineHost::newContext() const {
-    return dispatchOf<HostDatabaseObject>(makeObject<DevHostDatabase>(parts_.state));
+    return makeDispatch<HostDatabaseObject>(makeObject<DevHostDatabase>(parts_.state));
 }
 
 void WineHost::handOverNewContext() {

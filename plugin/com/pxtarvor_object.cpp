@@ -31,27 +31,11 @@ PXTarvorObject::PXTarvorObject() : instance_(PXTarvor::crear(windowsBodies())) {
 }
 
 HRESULT PXTarvorObject::QueryInterface(REFIID iid, void** object) {
-    if (!object) return E_POINTER;
-    *object = nullptr;
-    if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, IID__PXTarvor)) {
-        *object = static_cast<_PXTarvor*>(this);
-    } else if (IsEqualIID(iid, IID_ISupportErrorInfo)) {
-        *object = static_cast<ISupportErrorInfo*>(this);
-    } else {
-        return E_NOINTERFACE;
-    }
-    AddRef();
-    return S_OK;
-}
-
-ULONG PXTarvorObject::AddRef() {
-    return ++references_;
-}
-
-ULONG PXTarvorObject::Release() {
-    const ULONG left = --references_;
-    if (left == 0) delete this;  // counted objects own themselves
-    return left;
+    auto* const dual = static_cast<_PXTarvor*>(this);
+    return query(iid, object,
+                 {{IID__PXTarvor, dual},
+                  {IID_IDispatch, dual},
+                  {IID_ISupportErrorInfo, static_cast<ISupportErrorInfo*>(this)}});
 }
 
 HRESULT PXTarvorObject::describe() noexcept {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <atomic>
 #include <memory>
 
+#include "platform/windows/automation/counted.h"
 #include "platform/windows/automation/reference.h"
 #include "plugin/com/interfaces.h"
 #include "plugin/pxtarvor.h"
@@ -11,16 +11,12 @@ namespace pxtarvo::com {
 
 /// The public class as COM sees it: one object for one instance. No exception leaves it; errors reach the
 /// caller with number and description, whichever interface it calls.
-class PXTarvorObject final : public _PXTarvor, public ISupportErrorInfo {
+class PXTarvorObject final : public windows::Counted<_PXTarvor, ISupportErrorInfo> {
   public:
     /// A new instance, which becomes the calling thread's goInstancia.
     PXTarvorObject();
-    PXTarvorObject(const PXTarvorObject&) = delete;
-    PXTarvorObject& operator=(const PXTarvorObject&) = delete;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** description) override;
@@ -37,12 +33,10 @@ class PXTarvorObject final : public _PXTarvor, public ISupportErrorInfo {
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
 
   private:
-    ~PXTarvorObject() = default;
     HRESULT describe() noexcept;
 
     std::shared_ptr<PXTarvor> instance_;
     windows::Reference<ITypeInfo> description_;  ///< loaded at the first call by name
-    std::atomic<ULONG> references_{1};
 };
 
 }  // namespace pxtarvo::com

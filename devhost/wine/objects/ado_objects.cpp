@@ -116,11 +116,7 @@ ConnectionObject::ConnectionObject(ObjectRef<Connection> connection)
     : CountedObject(connectionKind), connection_(std::move(connection)) {}
 
 HRESULT ConnectionObject::QueryInterface(REFIID iid, void** object) {
-    if (!IsEqualIID(iid, ownConnection)) return AutomationObject::QueryInterface(iid, object);
-    if (!object) return E_POINTER;
-    AddRef();
-    *object = this;
-    return S_OK;
+    return query(iid, object, {{IID_IDispatch, static_cast<IDispatch*>(this)}, {ownConnection, this}});
 }
 
 ObjectRef<Connection> connectionOf(const Reference<IDispatch>& object) {

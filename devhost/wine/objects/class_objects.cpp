@@ -1,11 +1,11 @@
 #include "devhost/wine/objects/class_objects.h"
 
-#include <atomic>
 #include <string>
 
 #include "platform/values/text.h"
 #include "platform/windows/automation/automation_errors.h"
 #include "platform/windows/automation/automation_values.h"
+#include "platform/windows/automation/object_factory.h"
 
 namespace pxtarvo::devhost {
 
@@ -16,43 +16,14 @@ using windows::check;
 using windows::makeCounted;
 using windows::Reference;
 
-class Factory : public IClassFactory {
+class Factory : public windows::ObjectFactory {
   public:
     explicit Factory(ClassObjects::Make make) : make_(std::move(make)) {}
-    Factory(const Factory&) = delete;
-    Factory& operator=(const Factory&) = delete;
-    virtual ~Factory() = default;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        *object = nullptr;
-        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IClassFactory)) return E_NOINTERFACE;
-        AddRef();
-        *object = static_cast<IClassFactory*>(this);
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;  // counted objects own themselves
-        return left;
-    }
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        *object = nullptr;
-        if (outer) return CLASS_E_NOAGGREGATION;
-        try {
-            const Reference<IDispatch> made = make_();
-            return made->QueryInterface(iid, object);
-        } catch (...) {
-            return windows::raisedResult(IID_IClassFactory);
-        }
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
   private:
+    Reference<IDispatch> make() override { return make_(); }
+
     ClassObjects::Make make_;
-    std::atomic<ULONG> references_{1};
 };
 
 void writeKey(const std::string& path, const std::string& value) {

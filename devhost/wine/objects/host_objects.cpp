@@ -88,7 +88,7 @@ OwnedVariant HostDatabaseObject::fieldList() {
     const ObjectRef<HostFieldList> fields = database_->Campos();
     if (!fieldsObject_ || !(fields == fields_)) {
         fields_ = fields;
-        fieldsObject_ = windows::Reference<IDispatch>::adopt(makeCounted<FieldListObject>(fields).detach());
+        fieldsObject_ = windows::makeDispatch<FieldListObject>(fields);
     }
     return OwnedVariant(fieldsObject_);
 }

@@ -74,9 +74,8 @@ OwnedVariant workbooks(const ObjectRef<SpreadsheetApplication>& application) {
 Reference<IDispatch> spreadsheetObject(const ObjectRef<SpreadsheetApplication>& application) {
     static const Names names{u"Workbooks"};
     static ObjectKind kind("Spreadsheet", {names, 0});
-    return Reference<IDispatch>::adopt(makeCounted<TreeObject>(kind, [=](int, const CallArguments&) {
-                                           return workbooks(application);
-                                       }).detach());
+    return windows::makeDispatch<TreeObject>(
+        kind, [=](int, const CallArguments&) { return workbooks(application); });
 }
 
 }  // namespace pxtarvo::devhost

@@ -87,22 +87,7 @@ HRESULT identifiersOf(const MemberNames& members, LPOLESTR* names, UINT count, D
 }
 
 HRESULT AutomationObject::QueryInterface(REFIID iid, void** object) {
-    if (!object) return E_POINTER;
-    *object = nullptr;
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch)) return E_NOINTERFACE;
-    AddRef();
-    *object = static_cast<IDispatch*>(this);
-    return S_OK;
-}
-
-ULONG AutomationObject::AddRef() {
-    return ++references_;
-}
-
-ULONG AutomationObject::Release() {
-    const ULONG left = --references_;
-    if (left == 0) delete this;  // counted objects own themselves
-    return left;
+    return query(iid, object, {{IID_IDispatch, static_cast<IDispatch*>(this)}});
 }
 
 HRESULT AutomationObject::GetTypeInfoCount(UINT* count) {

@@ -4,7 +4,6 @@
 // class gives one. No exception leaves them: what a member raises reaches the caller as exception
 // information.
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -14,6 +13,7 @@
 #include "platform/values/variant.h"
 #include "platform/windows/automation/automation_values.h"
 #include "platform/windows/automation/com_headers.h"
+#include "platform/windows/automation/counted.h"
 #include "platform/windows/automation/reference.h"
 
 namespace pxtarvo::windows {
@@ -62,14 +62,9 @@ struct MemberNames {
 /// What IDispatch::GetIDsOfNames answers for an object with these members.
 HRESULT identifiersOf(const MemberNames& members, LPOLESTR* names, UINT count, DISPID* identifiers);
 
-class AutomationObject : public IDispatch {
+class AutomationObject : public Counted<IDispatch> {
   public:
-    AutomationObject(const AutomationObject&) = delete;
-    AutomationObject& operator=(const AutomationObject&) = delete;
-
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** description) override;
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID locale,
@@ -80,14 +75,12 @@ class AutomationObject : public IDispatch {
 
   protected:
     explicit AutomationObject(const MemberNames& members) : members_(members) {}
-    virtual ~AutomationObject() = default;
 
     /// Does what the member at this place of the names does; what it raises reaches the caller.
     virtual OwnedVariant member(int place, const CallArguments& arguments) = 0;
 
   private:
     MemberNames members_;
-    std::atomic<ULONG> references_{1};
 };
 
 }  // namespace pxtarvo::windows

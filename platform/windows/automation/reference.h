@@ -71,4 +71,10 @@ Reference<Object> makeCounted(Arguments&&... arguments) {
     return Reference<Object>::adopt(new Object(std::forward<Arguments>(arguments)...));
 }
 
+/// The same, as automation hands it around.
+template <class Object, class... Arguments>
+Reference<IDispatch> makeDispatch(Arguments&&... arguments) {
+    return Reference<IDispatch>::adopt(new Object(std::forward<Arguments>(arguments)...));
+}
+
 }  // namespace pxtarvo::windows
