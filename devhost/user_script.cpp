@@ -20,8 +20,9 @@ constexpr Names<Deed> deeds[] = {
     {"picture", Deed::Picture}, {"look", Deed::Look}, {"close", Deed::Close}};
 
 constexpr Names<std::int16_t> keys[] = {
-    {"", 0},      {"Return", vkReturn}, {"Escape", vkEscape}, {"Tab", vkTab},      {"space", vkSpace},
-    {"F1", vkF1}, {"F4", vkF4},         {"Delete", vkDelete}, {"Prior", vkPageUp}, {"Next", vkPageDown}};
+    {"", 0},         {"Return", vkReturn}, {"Escape", vkEscape}, {"Tab", vkTab},      {"space", vkSpace},
+    {"F1", vkF1},    {"F4", vkF4},         {"Delete", vkDelete}, {"Prior", vkPageUp}, {"Next", vkPageDown},
+    {"Down", vkDown}};
 
 constexpr Names<Held> heldKeys[] = {{"", Held::None}, {"shift", Held::Shift}, {"alt", Held::Alt}};
 
@@ -76,6 +77,12 @@ UserScript readScript(std::istream& text) {
         }
     }
     return script;
+}
+
+std::string keyName(std::int16_t key) {
+    const auto found = std::ranges::find(keys, key, &Names<std::int16_t>::second);
+    if (found != std::end(keys)) return std::string(found->first);
+    return {static_cast<char>(key >= 'A' && key <= 'Z' ? key - 'A' + 'a' : key)};
 }
 
 ScriptReader::ScriptReader(const UserScript& script) : script_(script) {

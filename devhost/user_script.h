@@ -56,6 +56,9 @@ using UserScript = std::vector<Action>;
 /// Raises std::runtime_error with the line's number for a line that says nothing that can be done.
 UserScript readScript(std::istream& text);
 
+/// What a script calls a key; letters and digits are their own names.
+std::string keyName(std::int16_t key);
+
 /// Gives out the actions of a script: those in turn, and those that a line of the record sets off.
 class ScriptReader {
   public:

@@ -35,8 +35,8 @@ constexpr CLSID fieldHelperClass = {
 constexpr std::string_view fieldHelperName = "HostFields.FieldHelper";
 
 /// The plug-in puts frames beneath everything, the last one it made above those before.
-ScreenSession::KnownWindow described(const Window& window, std::string caption) {
-    ScreenSession::KnownWindow known{std::string(window.plan().name), std::move(caption), {}};
+KnownWindow described(const Window& window, std::string caption) {
+    KnownWindow known{std::string(window.plan().name), std::move(caption), {}};
     std::vector<std::string> frames;
     for (const Control* control : window.controls()) {
         if (control->kind() == ControlKind::Frame) {
@@ -49,7 +49,7 @@ ScreenSession::KnownWindow described(const Window& window, std::string caption) 
     return known;
 }
 
-ScreenSession::KnownWindow described(const Window& window) {
+KnownWindow described(const Window& window) {
     return described(window, window.caption());
 }
 

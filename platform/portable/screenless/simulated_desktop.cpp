@@ -20,14 +20,6 @@ class Shown {
     std::vector<Window*>& windows_;
 };
 
-/// Letters and digits have their own keys; which one gives any other character is the keyboard's matter.
-std::int16_t virtualKey(char character) {
-    constexpr std::int16_t anyOtherKey = 190;
-    if (character >= 'a' && character <= 'z') return static_cast<std::int16_t>(character - 'a' + 'A');
-    const bool own = (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9');
-    return own ? character : anyOtherKey;
-}
-
 std::size_t characterLength(unsigned char lead) {
     if (lead < 0x80) return 1;
     if (lead < 0xE0) return 2;
@@ -174,7 +166,7 @@ void SimulatedDesktop::type(TextBox& box, std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t length = characterLength(static_cast<unsigned char>(text[at]));
         typeCharacter(box, text.substr(at, length), replacing);
-        release(virtualKey(text[at]));
+        release(keyOf(static_cast<unsigned char>(text[at])));
         at += length;
     }
 }
