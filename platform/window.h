@@ -45,6 +45,9 @@ class Window {
     bool enabled() const noexcept { return enabled_; }
     void setEnabled(bool enabled);
 
+    /// Whether keys, clicks and the close box reach it.
+    bool takesInput() const noexcept { return enabled_ && !unloaded_; }
+
     /// The control that has the focus, or nullptr.
     Control* activeControl() const noexcept { return active_; }
 

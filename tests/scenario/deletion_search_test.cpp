@@ -191,6 +191,10 @@ TEST_F(DeletionSearch, AnErrorLeavesTheWindowDisabled) {
                                                       "La subconsulta ha devuelto más de un valor"));
         EXPECT_FALSE(window.enabled() || window.unloaded() || window.cmdInicio.enabled());
         EXPECT_EQ(desktop->pointer(), PointerShape::ArrowHourglass);
+        for (const std::int16_t key : {vkTab, vkReturn, vkEscape}) desktop->press(key);
+        desktop->close(window);
+        EXPECT_FALSE(window.unloaded());
+        EXPECT_EQ(window.activeControl(), &window.cmdSalir) << "where the search's own button left it";
     });
 }
 

@@ -94,8 +94,7 @@ void SimulatedDesktop::sendKeys(std::string_view keys, bool wait) {
 
 void SimulatedDesktop::requireReachable(const Control& control) const {
     const Window& window = control.window();
-    if (activeWindow() != &window || window.unloaded() || !window.enabled() || !control.visible() ||
-        !control.enabled()) {
+    if (activeWindow() != &window || !window.takesInput() || !control.visible() || !control.enabled()) {
         throw std::logic_error("no user can reach " + control.fullName());
     }
 }
@@ -108,7 +107,8 @@ bool SimulatedDesktop::focus(Control& control) {
 }
 
 void SimulatedDesktop::release(std::int16_t key) {
-    if (Window* window = activeWindow()) window->keyUp(key);
+    Window* const window = activeWindow();
+    if (window && window->takesInput()) window->keyUp(key);
 }
 
 bool SimulatedDesktop::click(Control& control) {
@@ -175,6 +175,7 @@ void SimulatedDesktop::press(std::int16_t key) {
     Window* window = activeWindow();
     if (!window || window->unloaded()) return;
     workOffKeys();
+    if (!window->takesInput()) return;
     if (key == vkTab) {
         const std::vector<Control*> order = window->tabOrder();
         if (!order.empty()) {
@@ -194,7 +195,7 @@ void SimulatedDesktop::press(std::int16_t key) {
 }
 
 void SimulatedDesktop::close(Window& window) {
-    window.Unload();
+    if (window.takesInput()) window.Unload();
 }
 
 }  // namespace pxtarvo::portable

@@ -12,7 +12,8 @@ namespace pxtarvo::portable {
 
 /// A desktop without a screen. What the user does follows the rules of the real one: a click moves the focus
 /// first, handlers of a focus move run before the next input, a click whose lost-focus handler showed a
-/// message or moved the focus is not delivered, keys released reach the window before its controls.
+/// message or moved the focus is not delivered, keys released reach the window before its controls, and a
+/// disabled window takes neither keys nor its close box.
 class SimulatedDesktop : public Desktop {
   public:
     /// `user` must outlive the desktop.

@@ -56,7 +56,7 @@ bool WindowView::preprocess(const MSG& message) {
     const bool click = message.message == WM_LBUTTONDOWN || message.message == WM_LBUTTONDBLCLK ||
                        message.message == WM_RBUTTONDOWN || message.message == WM_MBUTTONDOWN;
     if (!key && !click) return false;
-    if (window_.unloaded() || !window_.enabled()) return true;
+    if (!window_.takesInput()) return true;
     if (click) return buttonDown(message);
     settle();
     if (window_.unloaded()) return true;
