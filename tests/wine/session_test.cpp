@@ -7,6 +7,7 @@
 
 #include "devhost/wine/objects/ado_objects.h"
 #include "devhost/wine/screen/resource_book.h"
+#include "devhost/wine/screen/thread_windows.h"
 #include "tests/wine/actions.h"
 #include "tests/wine/two_worlds.h"
 
@@ -250,6 +251,60 @@ TEST_F(Sessions, SourceIsReadThroughTheHostsOwnClasses) {
     EXPECT_EQ(host.classes().made("ADODB.Recordset"), 1);
     // Wine's own connection is none of this host's, which raises 13.
     EXPECT_TRUE(devhost::connectionOf(windows::Dispatch::create("ADODB.Connection").object()));
+}
+
+/// The plug-in's topmost window on the screen.
+HWND topWindow() {
+    for (const HWND window : devhost::threadWindows()) {
+        if (devhost::classOf(window) == devhost::plugInClass && IsWindowVisible(window)) return window;
+    }
+    return nullptr;
+}
+
+TEST_F(Sessions, AFailedSearchLeavesTheWindowDisabledAndThePointerBusy) {
+    std::vector<bool> enabled, busy;
+    const auto sink = [&](std::string_view line) {
+        const HWND window = topWindow();
+        if (line.find("{\"call\":\"unload\",\"window\":\"frmBorrado") == 0)
+            enabled.push_back(IsWindowEnabled(window));
+        if (line.find("Error '") == std::string_view::npos) return;
+        // What the system says of the pointer over a disabled window, moved and clicked.
+        for (const UINT message : {WM_MOUSEMOVE, WM_LBUTTONDOWN}) {
+            SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window),
+                         MAKELPARAM(HTERROR, message));
+            busy.push_back(GetCursor() == LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_APPSTARTING)));
+        }
+    };
+    devhost::ScreenSession session = closing();
+    session.script = {click("cmdBorrado"), click("cmdInicio")};
+    devhost::WineHost host(plugIn(), optionsFor({.name = "disabled"}), sink, session);
+    host.connection()->Execute("UPDATE Exis SET Exis_IdArt = 2", adOptionUnspecified);
+    host.run();
+    EXPECT_THAT(enabled, ElementsAre(false));
+    EXPECT_THAT(busy, ElementsAre(true, true));
+}
+
+/// As a host does that tears everything down; in the middle of a run the run goes on to its end.
+TEST_F(Sessions, TheHostDestroysTheWindow) {
+    const std::pair<devhost::UserScript, const char*> ways[] = {
+        {{lookAtFocus()}, "nothing"},
+        {{click("cmdBorrado"), lookAtFocus()}, "nothing"},
+        {{click("XPButton1"), inTheRun(lookAtFocus())}, "Proceso finalizado con exito"}};
+    for (const auto& [script, said] : ways) {
+        std::vector<std::string> record;
+        devhost::ScreenSession session = closing();
+        session.script = script;
+        session.begins = [](const devhost::Action& action) {
+            if (action.deed == Deed::Look) DestroyWindow(topWindow());
+        };
+        devhost::WineHost host(
+            plugIn(), optionsFor({.name = "destroyed"}),
+            [&](std::string_view line) { record.emplace_back(line); }, session);
+        host.run();
+        const auto messages = messagesOf(record);
+        EXPECT_EQ(messages.empty() ? "nothing" : messages.back(), said);
+        EXPECT_EQ(devhost::ScreenUser::windowsLeft(), 0);
+    }
 }
 
 TEST_F(Sessions, EverythingComesBack) {

@@ -231,7 +231,7 @@ void WindowView::wakeWhenFinished() noexcept {
     // A message sent from elsewhere does not make the waiting loop look at the window's end.
     if (woken_ || !window_.finished()) return;
     woken_ = true;
-    PostMessageW(handle_, WM_NULL, 0, 0);
+    desktop_.wake();
 }
 
 void WindowView::fail() noexcept {
@@ -248,6 +248,14 @@ void WindowView::paint() {
         DrawEdge(dc, &edge, EDGE_ETCHED, BF_RECT);
     }
     EndPaint(handle_, &paint);
+}
+
+bool WindowView::setCursor(WPARAM wParam, LPARAM lParam) const {
+    const auto place = static_cast<SHORT>(LOWORD(lParam));
+    const bool disabled = place == HTERROR;
+    // A click beside a message box brings the box to the front.
+    if (disabled && HIWORD(lParam) != WM_MOUSEMOVE) DefWindowProcW(handle_, WM_SETCURSOR, wParam, lParam);
+    return (disabled || place == HTCLIENT) && desktop_.showPointer();
 }
 
 LRESULT CALLBACK WindowView::procedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -280,7 +288,10 @@ bool WindowView::message(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& an
             restoreFocus();
             return true;
         case WM_SETCURSOR:
-            return LOWORD(lParam) == HTCLIENT && desktop_.showPointer();
+            return setCursor(wParam, lParam);
+        case WM_DESTROY:
+            window_.Unload();  // the host's doing: our own end no longer comes here
+            return true;
         case WM_PAINT:
             paint();
             return true;

@@ -95,6 +95,8 @@ class WindowView : public ControlObserver {
     /// middle of the screen.
     void layOut(int dpi, const POINT* corner);
     void paint();
+    /// True when the pointer over the window is the plug-in's, over a disabled one too.
+    bool setCursor(WPARAM wParam, LPARAM lParam) const;
     void showNow();
     /// Puts the keyboard on the active control; where there is none, on the window, so that its keys arrive.
     void restoreFocus();

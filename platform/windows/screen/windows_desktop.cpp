@@ -167,11 +167,9 @@ bool WindowsDesktop::showPointer() const {
     return true;
 }
 
-void WindowsDesktop::unloaded(Window& window) {
-    // The loop that waits for the window looks again; a run that is under way hides it at its next yield.
-    const auto found =
-        std::ranges::find(views_, &window, [](const WindowView* view) { return &view->window(); });
-    if (found != views_.end()) PostMessageW((*found)->handle(), WM_NULL, 0, 0);
+void WindowsDesktop::unloaded(Window&) {
+    // A run that is under way hides it at its next yield.
+    wake();
 }
 
 bool WindowsDesktop::uncovered(const WindowView& view) const noexcept {
@@ -192,9 +190,11 @@ MessageAnswer WindowsDesktop::showMessage(const Message& message) {
     const bool question = message.buttons == MessageButtons::YesNo;
     if (question) style |= MB_YESNO;
     if (question && message.defaultsToNo) style |= MB_DEFBUTTON2;
+    const bool enabled = IsWindowEnabled(owner);
     const ThemeScope theme;
     const int answer =
         MessageBoxW(owner, WideText(message.text).c_str(), WideText(message.title).c_str(), style);
+    if (!enabled) EnableWindow(owner, FALSE);  // not every system leaves it as it was
     if (!question) return MessageAnswer::Ok;
     return answer == IDYES ? MessageAnswer::Yes : MessageAnswer::No;
 }

@@ -34,6 +34,8 @@ class WindowsDesktop : public Desktop {
     bool uncovered(const WindowView& view) const noexcept;
     /// Sets the pointer while it is over a window; false when the control's own is to be used.
     bool showPointer() const;
+    /// Makes the loop that waits look at its window's end.
+    static void wake() noexcept { PostMessageW(nullptr, WM_NULL, 0, 0); }
     /// The handlers of a key's release have returned.
     void keyWorkedOff(WPARAM key) noexcept;
 
