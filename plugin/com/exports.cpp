@@ -1,11 +1,14 @@
-// The four entry points of an in-process COM server. There is no DllMain: nothing has to happen when the DLL
-// or a thread comes or goes, and calls for threads stay on, which thread-local data relies on.
+// The four entry points of an in-process COM server, and its end.
 
 #include "platform/windows/automation/automation_errors.h"
 #include "platform/windows/automation/reference.h"
 #include "plugin/com/class_factory.h"
 #include "plugin/com/registration.h"
 #include "plugin/com/server_life.h"
+
+namespace __gnu_cxx {
+void __freeres();  // of the C++ library's run time, which no header of its declares
+}
 
 namespace com = pxtarvo::com;
 namespace windows = pxtarvo::windows;
@@ -39,4 +42,11 @@ STDAPI DllUnregisterServer() {
     } catch (...) {
         return windows::raisedResult(IID_NULL);
     }
+}
+
+/// Gives back what the C++ library keeps for exceptions when memory is short, and itself frees only where it
+/// is asked to. The process's end does without. Calls for threads stay on: thread-local data relies on them.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
+    if (reason == DLL_PROCESS_DETACH && !processEnds) __gnu_cxx::__freeres();
+    return TRUE;
 }

@@ -1,8 +1,11 @@
 #include "plugin/com/registration.h"
 
 #include <iterator>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "platform/windows/system/wide_text.h"
 #include "platform/windows/windows_platform.h"
@@ -17,6 +20,10 @@ using windows::Reference;
 std::wstring braced(const GUID& identifier) {
     wchar_t text[39];
     return StringFromGUID2(identifier, text, static_cast<int>(std::size(text))) > 0 ? text : L"";
+}
+
+std::wstring libraryVersion() {
+    return std::to_wstring(libraryMajor) + L"." + std::to_wstring(libraryMinor);
 }
 
 std::wstring classKey() {
@@ -45,8 +52,7 @@ HRESULT writeClass(const std::wstring& modulePath) {
         {classRoot + L"\\ProgID", nullptr, className},
         {classRoot + L"\\Programmable", nullptr, L""},
         {classRoot + L"\\TypeLib", nullptr, braced(LIBID_PXTarvo)},
-        {classRoot + L"\\Version", nullptr,
-         std::to_wstring(libraryMajor) + L"." + std::to_wstring(libraryMinor)},
+        {classRoot + L"\\Version", nullptr, libraryVersion()},
     };
     for (const Value& value : values) {
         const LSTATUS written = writeValue(value.key, value.name, value.data);
@@ -55,16 +61,54 @@ HRESULT writeClass(const std::wstring& modulePath) {
     return S_OK;
 }
 
+/// The default value of a key in this program's view of the registry or another; none without the key.
+std::optional<std::wstring> valueOf(const std::wstring& name, REGSAM view = 0) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, name.c_str(), 0, KEY_QUERY_VALUE | view, &key) != ERROR_SUCCESS)
+        return {};
+    const std::unique_ptr<std::remove_pointer_t<HKEY>, decltype(&RegCloseKey)> opened(key, &RegCloseKey);
+    DWORD size = 0;
+    RegGetValueW(key, nullptr, nullptr, RRF_RT_REG_SZ, nullptr, nullptr, &size);
+    std::wstring text(size / sizeof(wchar_t) + 1, L'\0');
+    size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+    if (RegGetValueW(key, nullptr, nullptr, RRF_RT_REG_SZ, nullptr, text.data(), &size) != ERROR_SUCCESS)
+        return L"";
+    return text.c_str();
+}
+
+/// Whether a key that holds a module's path is nobody else's.
+bool ours(const std::optional<std::wstring>& path, const std::wstring& modulePath) {
+    return !path || path->empty() ||
+           CompareStringOrdinal(path->c_str(), -1, modulePath.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
 HRESULT removeKey(const std::wstring& key) {
     const LSTATUS removed = RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
     if (removed == ERROR_SUCCESS || removed == ERROR_FILE_NOT_FOUND) return S_OK;
     return HRESULT_FROM_WIN32(static_cast<DWORD>(removed));
 }
 
-HRESULT removeTypeLibrary() {
-    const SYSKIND system = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
-    const HRESULT removed =
-        UnRegisterTypeLib(LIBID_PXTarvo, libraryMajor, libraryMinor, LOCALE_NEUTRAL, system);
+/// The class in this program's view, unless another copy is registered there by now; then the name, which all
+/// views share, unless the DLL of the other width is registered.
+HRESULT removeClass(const std::wstring& modulePath) {
+    const std::wstring server = classKey() + L"\\InprocServer32";
+    if (!ours(valueOf(server), modulePath)) return S_OK;
+    const HRESULT removed = removeKey(classKey());
+    const bool elsewhere = valueOf(server, KEY_WOW64_32KEY) || valueOf(server, KEY_WOW64_64KEY);
+    const bool named = valueOf(className + std::wstring(L"\\CLSID")) == braced(CLSID_PXTarvor);
+    return FAILED(removed) || elsewhere || !named ? removed : removeKey(className);
+}
+
+/// The place of this DLL's width, unless another copy stands there by now; with the last one everything that
+/// describes the interface.
+HRESULT removeTypeLibrary(const std::wstring& modulePath) {
+    constexpr bool wide = sizeof(void*) == 8;
+    const std::wstring places = L"TypeLib\\" + braced(LIBID_PXTarvo) + L"\\" + libraryVersion() + L"\\0\\";
+    const std::wstring place = places + (wide ? L"win64" : L"win32");
+    if (!ours(valueOf(place), modulePath)) return S_OK;
+    if (valueOf(places + (wide ? L"win32" : L"win64"))) return removeKey(place);
+    const HRESULT removed = UnRegisterTypeLib(LIBID_PXTarvo, libraryMajor, libraryMinor, LOCALE_NEUTRAL,
+                                              wide ? SYS_WIN64 : SYS_WIN32);
     // What Windows says where it was not registered, and what Wine does.
     return removed == TYPE_E_REGISTRYACCESS || removed == E_INVALIDARG ? S_OK : removed;
 }
@@ -85,13 +129,10 @@ HRESULT registerServer() {
 }
 
 HRESULT unregisterServer() {
-    const HRESULT library = removeTypeLibrary();
-    const HRESULT programmatic = removeKey(className);
-    const HRESULT byIdentifier = removeKey(classKey());
-    for (const HRESULT result : {library, programmatic, byIdentifier}) {
-        if (FAILED(result)) return result;
-    }
-    return S_OK;
+    const std::wstring path = windows::WideText(windows::modulePath()).c_str();
+    const HRESULT library = removeTypeLibrary(path);
+    const HRESULT classes = removeClass(path);
+    return FAILED(library) ? library : classes;
 }
 
 }  // namespace pxtarvo::com

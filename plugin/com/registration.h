@@ -8,7 +8,8 @@ namespace pxtarvo::com {
 /// half way takes back what was written.
 HRESULT registerServer();
 
-/// Removes what registerServer() writes; succeeds where it is gone already.
+/// Removes what registerServer() wrote as far as it still names this very file: what another copy or the DLL
+/// of the other width has registered stays, and what they need with it. Succeeds where nothing is left.
 HRESULT unregisterServer();
 
 }  // namespace pxtarvo::com

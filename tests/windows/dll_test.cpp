@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "platform/values/text.h"
 #include "tests/windows/recording_object.h"
@@ -24,25 +29,75 @@ class PlugInDll : public testing::Test {
         CoInitialize(nullptr);
         dll_ = LoadLibraryW(path_);
     }
-    ~PlugInDll() override { CoUninitialize(); }
+    ~PlugInDll() override {
+        CoUninitialize();
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
+    }
 
     template <class Result, class... Arguments>
-    Result call(const char* name, Arguments... arguments) const {
+    static Result callIn(HMODULE dll, const char* name, Arguments... arguments) {
         using Entry = Result(STDAPICALLTYPE*)(Arguments...);
-        const auto entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(dll_, name)));
+        const auto entry = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(dll, name)));
         return entry ? entry(arguments...) : E_NOTIMPL;
     }
-    Reference<IClassFactory> factory() const {
+    template <class Result, class... Arguments>
+    Result call(const char* name, Arguments... arguments) const {
+        return callIn<Result>(dll_, name, arguments...);
+    }
+    static Reference<IClassFactory> factoryOf(HMODULE dll) {
         Reference<IClassFactory> made;
-        call<HRESULT, const CLSID*, const IID*, void**>("DllGetClassObject", &classIdentifier,
-                                                        &IID_IClassFactory, made.putVoid());
+        callIn<HRESULT, const CLSID*, const IID*, void**>(dll, "DllGetClassObject", &classIdentifier,
+                                                          &IID_IClassFactory, made.putVoid());
         return made;
     }
+    Reference<IClassFactory> factory() const { return factoryOf(dll_); }
     HRESULT canUnload() const { return call<HRESULT>("DllCanUnloadNow"); }
+    /// The DLL installed a second time, in a folder of its own.
+    std::wstring copy() const {
+        std::filesystem::create_directories(folder_);
+        std::filesystem::copy(path_, folder_, std::filesystem::copy_options::overwrite_existing);
+        return (folder_ / "PXTarvo.dll").wstring();
+    }
 
     const wchar_t* path_ = L"" PXTARVO_DLL_PATH;
     HMODULE dll_ = nullptr;
+
+  private:
+    std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / ("pxtarvo" + std::to_string(GetCurrentProcessId()));
 };
+
+/// The default value of a class's or library's key in this program's view or another; none without the key.
+std::optional<std::wstring> registryText(const wchar_t* name, REGSAM view = 0) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, name, 0, KEY_READ | view, &key) != ERROR_SUCCESS) return {};
+    wchar_t text[512]{};
+    DWORD size = sizeof(text);
+    RegGetValueW(key, nullptr, nullptr, RRF_RT_REG_SZ, nullptr, text, &size);
+    RegCloseKey(key);
+    return text;
+}
+
+constexpr const wchar_t* nameKey = L"PXTarvo.PXTarvor";
+constexpr const wchar_t* classKey = L"CLSID\\{0323E9E2-852F-4D87-9697-7A61900CBE72}";
+constexpr const wchar_t* serverKey = L"CLSID\\{0323E9E2-852F-4D87-9697-7A61900CBE72}\\InprocServer32";
+constexpr const wchar_t* libraryKey = L"TypeLib\\{56AECE39-6A3D-404F-8A61-C5C9D5AF9D15}";
+constexpr const wchar_t* interfaceKey = L"Interface\\{FCBAAA4C-E784-4554-A9F7-DC32176770BE}";
+constexpr std::array everyKey = {nameKey, classKey, libraryKey, interfaceKey};
+
+/// Of all heaps of this process.
+std::size_t bytesInUse() {
+    std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
+    GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
+    std::size_t bytes = 0;
+    for (const HANDLE heap : heaps) {
+        for (PROCESS_HEAP_ENTRY entry{}; HeapWalk(heap, &entry);) {
+            if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) bytes += entry.cbData;
+        }
+    }
+    return bytes;
+}
 
 TEST_F(PlugInDll, StaysFromTheFirstInstanceOnAndKeepsTheVeryContext) {
     ASSERT_TRUE(dll_);
@@ -129,13 +184,62 @@ TEST_F(PlugInDll, RegistersItselfAndLeavesNothingBehind) {
     EXPECT_EQ(call<HRESULT>("DllUnregisterServer"), S_OK);
     EXPECT_FALSE(registered());
     EXPECT_EQ(call<HRESULT>("DllUnregisterServer"), S_OK);  // gone already
-    for (const wchar_t* key : {L"PXTarvo.PXTarvor", L"CLSID\\{0323E9E2-852F-4D87-9697-7A61900CBE72}",
-                               L"TypeLib\\{56AECE39-6A3D-404F-8A61-C5C9D5AF9D15}",
-                               L"Interface\\{FCBAAA4C-E784-4554-A9F7-DC32176770BE}"}) {
-        HKEY left = nullptr;
-        EXPECT_NE(RegOpenKeyExW(HKEY_CLASSES_ROOT, key, 0, KEY_READ, &left), ERROR_SUCCESS);
-        if (left) RegCloseKey(left);
+    for (const wchar_t* key : everyKey) EXPECT_FALSE(registryText(key));
+}
+
+TEST_F(PlugInDll, UnregistersOnlyWhatNamesItself) {
+    ASSERT_TRUE(dll_);
+    const std::wstring elsewhere = copy();
+    const HMODULE other = LoadLibraryW(elsewhere.c_str());
+    ASSERT_TRUE(other);
+    ASSERT_EQ(call<HRESULT>("DllRegisterServer"), S_OK);
+    ASSERT_EQ(callIn<HRESULT>(other, "DllRegisterServer"), S_OK);
+    EXPECT_EQ(call<HRESULT>("DllUnregisterServer"), S_OK);
+    EXPECT_EQ(registryText(serverKey), elsewhere);
+    for (const wchar_t* key : everyKey) EXPECT_TRUE(registryText(key)) << key;
+    EXPECT_EQ(callIn<HRESULT>(other, "DllUnregisterServer"), S_OK);
+    for (const wchar_t* key : everyKey) EXPECT_FALSE(registryText(key)) << key;
+    FreeLibrary(other);
+
+    // The 32-bit DLL beside the 64-bit one: a class in a view of its own, the rest in common.
+    if (sizeof(void*) == 4) return;
+    const auto write = [](const std::wstring& name, REGSAM view) {
+        HKEY key = nullptr;
+        RegCreateKeyExW(HKEY_CLASSES_ROOT, name.c_str(), 0, nullptr, 0, KEY_WRITE | view, nullptr, &key,
+                        nullptr);
+        constexpr wchar_t narrow[] = L"C:\\32\\PXTarvo.dll";
+        RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(narrow), sizeof(narrow));
+        RegCloseKey(key);
+    };
+    ASSERT_EQ(call<HRESULT>("DllRegisterServer"), S_OK);
+    const std::wstring library = libraryKey + std::wstring(L"\\1.0\\0\\");
+    write(serverKey, KEY_WOW64_32KEY);
+    write(library + L"win32", 0);
+    EXPECT_EQ(call<HRESULT>("DllUnregisterServer"), S_OK);
+    EXPECT_FALSE(registryText(classKey) || registryText((library + L"win64").c_str()));
+    EXPECT_TRUE(registryText(serverKey, KEY_WOW64_32KEY));
+    EXPECT_TRUE(registryText((library + L"win32").c_str()));
+    for (const wchar_t* key : {nameKey, interfaceKey}) EXPECT_TRUE(registryText(key)) << key;
+    for (const wchar_t* key : everyKey) RegDeleteTreeW(HKEY_CLASSES_ROOT, key);
+    HKEY narrow = nullptr;
+    RegOpenKeyExW(HKEY_CLASSES_ROOT, L"CLSID", 0, KEY_ALL_ACCESS | KEY_WOW64_32KEY, &narrow);
+    RegDeleteTreeW(narrow, classKey + 6);
+    RegCloseKey(narrow);
+}
+
+TEST_F(PlugInDll, LeavesNoMemoryBehindWhenItIsUnloaded) {
+    const std::wstring path = copy();
+    std::size_t before = 0;
+    for (int load = 0; load < 110; ++load) {
+        if (load == 10) before = bytesInUse();
+        const HMODULE dll = LoadLibraryW(path.c_str());
+        ASSERT_TRUE(dll);
+        EXPECT_TRUE(factoryOf(dll));
+        EXPECT_EQ(callIn<HRESULT>(dll, "DllCanUnloadNow"), S_OK);
+        FreeLibrary(dll);
     }
+    EXPECT_NEAR(static_cast<double>(bytesInUse()), static_cast<double>(before), 1000);
+    EXPECT_FALSE(GetModuleHandleW(path.c_str()));
 }
 
 }  // namespace
