@@ -41,11 +41,13 @@ struct Outcome {
 };
 
 class TwoWorlds : public ::testing::Test {
+  public:
+    static const devhost::PlugIn& plugIn();
+
   protected:
     TwoWorlds();
     ~TwoWorlds() override;
 
-    static const devhost::PlugIn& plugIn();
     /// The Wine prefix's drive C:, with the sample lists in TARVO.
     static std::string driveC();
 

@@ -31,8 +31,13 @@ struct ResourceBook::Calls {
     static HWND WINAPI createWindow(DWORD extendedStyle, LPCWSTR type, LPCWSTR text, DWORD style, int x,
                                     int y, int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
                                     LPVOID parameter) {
-        return take(window, CreateWindowExW(extendedStyle, type, text, style, x, y, width, height, parent,
-                                            menu, instance, parameter));
+        const HWND made = CreateWindowExW(extendedStyle, type, text, style, x, y, width, height, parent, menu,
+                                          instance, parameter);
+        if (made) {
+            ++book->taken_[window];
+            book->windows_.insert(made);
+        }
+        return made;
     }
     static HFONT WINAPI createFont(int height, int width, int escapement, int orientation, int weight,
                                    DWORD italic, DWORD underline, DWORD strikeOut, DWORD charSet,
@@ -80,7 +85,7 @@ struct ResourceBook::Calls {
     }
 };
 
-ResourceBook::ResourceBook(HMODULE plugIn) {
+ResourceBook::ResourceBook(HMODULE plugIn) : plugIn_(plugIn) {
     Calls::book = this;
     const std::pair<std::string_view, void*> calls[] = {
         {window, reinterpret_cast<void*>(&Calls::createWindow)},
@@ -113,10 +118,11 @@ const ResourceBook& ResourceBook::of(HMODULE plugIn) {
 
 std::vector<std::string_view> ResourceBook::left() const {
     std::vector<std::string_view> left;
-    for (const auto& [handle, function] : there_) {
-        // Children end with their parents, whoever destroys those.
-        const bool gone = function == window && !IsWindow(static_cast<HWND>(const_cast<void*>(handle)));
-        if (!gone) left.push_back(function);
+    for (const auto& [handle, function] : there_) left.push_back(function);
+    for (const HWND handle : windows_) {
+        // The handle of one that is gone may be somebody else's by now.
+        const auto owner = reinterpret_cast<HMODULE>(GetWindowLongPtrW(handle, GWLP_HINSTANCE));
+        if (IsWindow(handle) && owner == plugIn_) left.push_back(window);
     }
     return left;
 }

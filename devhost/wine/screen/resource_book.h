@@ -4,6 +4,7 @@
 // calls for them, as Wine itself does not count them.
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,8 @@ class ResourceBook {
 
     std::map<std::string_view, int> taken_;
     std::multimap<const void*, std::string_view> there_;
+    std::set<HWND> windows_;  ///< given up with their parents too, whoever destroys those
+    HMODULE plugIn_;
 };
 
 }  // namespace pxtarvo::devhost
