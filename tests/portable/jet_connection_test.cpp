@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
+#include "platform/portable/access/rc4.h"
 #include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::portable {
@@ -185,6 +187,64 @@ TEST(JetConnection, SkipsDeletedRowsAndFollowsMovedOnes) {
     put(fewer, definition + 16, 9, 4);
     for (const std::string& damaged : {circle, outside, zeros, fewer}) {
         EXPECT_EQ(tests::errorOf([&] { lines(damaged); }), failure);
+    }
+}
+
+TEST(JetConnection, ReadsAnEncodedFile) {
+    std::vector<unsigned char> bytes(9);
+    std::ranges::copy(std::string_view("Plaintext"), bytes.begin());
+    const auto applied = [&](std::string_view key, std::size_t offset, std::size_t size) {
+        applyRc4({reinterpret_cast<const unsigned char*>(key.data()), key.size()},
+                 std::span(bytes).subspan(offset, size));
+    };
+    applied("Key", 0, 9);
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "\xBB\xF3\x16\xE8\xD9\x40\xAF\x0A\xD3");
+
+    // The header's key lies where the header is encoded itself; that of each page is mixed with its number.
+    const std::string plain = tests::bytesOf(tests::sample("TARIFA2012.MDB"));
+    bytes.assign(plain.begin(), plain.end());
+    std::string key = "\x12\x34\x56\x78";
+    for (std::size_t i = 0; i < 4; ++i) bytes[0x3E + i] ^= static_cast<unsigned char>(key[i]);
+    for (std::size_t page = 1; page < bytes.size() / 4096; ++page) {
+        put(key, 0, 0x78563412 ^ page, 4);
+        applied(key, page * 4096, 4096);
+    }
+    const tests::TemporaryFolder folder;
+    const auto expected = query("C:\\TARIFA2012.MDB");
+    const auto rows =
+        query(folder.write("list.mdb", {reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
+    for (; !rows->Eof(); rows->MoveNext(), expected->MoveNext()) {
+        EXPECT_EQ(rows->Fields("Codigo"), expected->Fields("Codigo"));
+    }
+    EXPECT_TRUE(expected->Eof());
+}
+
+TEST(JetConnection, EndsInRowsOrAnErrorWhateverItsDefinitionsSay) {
+    const struct {
+        const char* file;
+        std::size_t definition;  ///< of the list, of the catalogue
+        const char* statement;
+    } cases[] = {
+        {"list-whole-price.mdb", 0x18000, "SELECT * FROM List"},
+        {"TARIFA2006.MDB", 0x2000, "SELECT * FROM 31EUR000"},
+    };
+    const tests::TemporaryFolder folder;
+    for (const auto& [file, definition, statement] : cases) {
+        const std::string whole = tests::bytesOf(tests::sample(file));
+        const auto readWith = [&](std::size_t offset, std::size_t value, std::size_t width) {
+            std::string bytes = whole;
+            put(bytes, definition + offset, value, width);
+            const std::string path = folder.write("list.mdb", bytes);
+            const std::int32_t raised = tests::errorOf([&] {
+                for (auto rows = query(path, statement); !rows->Eof(); rows->MoveNext()) rows->Fields(0);
+            });
+            EXPECT_TRUE(raised == 0 || raised == failure || raised == -2147217865)
+                << file << " " << offset << " " << value << " " << raised;
+        };
+        readWith(4, definition / 4096, 4);                                 // goes on where it begins
+        readWith(51, 0xFFFFFFFF, 4);                                       // indexes
+        for (std::size_t row = 0; row < 256; ++row) readWith(55, row, 1);  // where the usage map lies
+        for (std::size_t offset = 0; offset < 256; ++offset) readWith(offset, 0xFF, 1);
     }
 }
 

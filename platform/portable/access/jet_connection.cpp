@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "platform/portable/access/connection_string.h"
-#include "platform/portable/access/jet_file.h"
+#include "platform/portable/access/jet_catalog.h"
 #include "platform/portable/access/jet_rows.h"
 #include "platform/portable/access/stream_recordset.h"
 #include "platform/values/text.h"
@@ -114,7 +114,7 @@ JetConnection::JetConnection(DrivePaths paths) : paths_(std::move(paths)) {}
 JetConnection::~JetConnection() = default;
 
 void JetConnection::ConnectionString(std::string_view value) {
-    if (file_) throw RuntimeError(ErrorNumber::ObjectOpen);
+    if (catalog_) throw RuntimeError(ErrorNumber::ObjectOpen);
     providerNamed_ = false;
     dataSource_.clear();
     for (auto& [keyword, text] : parseConnectionString(value)) {
@@ -130,7 +130,7 @@ void JetConnection::ConnectionString(std::string_view value) {
 }
 
 void JetConnection::Open(std::string_view userId, std::string_view password, std::int32_t) {
-    if (file_) throw RuntimeError(ErrorNumber::ObjectOpen);
+    if (catalog_) throw RuntimeError(ErrorNumber::ObjectOpen);
     if (!providerNamed_) {
         throw RuntimeError(
             providerNotFound,
@@ -139,15 +139,16 @@ void JetConnection::Open(std::string_view userId, std::string_view password, std
     if (!(userId.empty() || equalIgnoringAsciiCase(userId, defaultUser)) || !password.empty()) {
         throw RuntimeError(authenticationFailed, "No es un nombre de cuenta o una contraseña válidos.");
     }
-    file_ = std::make_shared<const JetFile>(paths_.resolve(dataSource_), dataSource_);
+    catalog_ = std::make_unique<const JetCatalog>(
+        std::make_shared<const JetFile>(paths_.resolve(dataSource_), dataSource_));
 }
 
 std::int32_t JetConnection::State() const {
-    return file_ ? adStateOpen : adStateClosed;
+    return catalog_ ? adStateOpen : adStateClosed;
 }
 
 void JetConnection::requireOpen() const {
-    if (!file_) throw RuntimeError(ErrorNumber::ObjectClosed);
+    if (!catalog_) throw RuntimeError(ErrorNumber::ObjectClosed);
 }
 
 ObjectRef<Recordset> JetConnection::Execute(std::string_view commandText, std::int32_t) {
@@ -181,8 +182,9 @@ void JetConnection::RollbackTrans() {
 std::unique_ptr<RowStream> JetConnection::openRows(std::string_view statement) {
     requireOpen();
     const ListQuery query = StatementReader(statement).listQuery();
-    if (query.counts) return std::make_unique<JetRowCount>(*file_, query.table);
-    return std::make_unique<JetRows>(file_, query.table);
+    JetTable table = catalog_->table(query.table);
+    if (query.counts) return std::make_unique<JetRowCount>(table.rowCount);
+    return std::make_unique<JetRows>(catalog_->file(), std::move(table));
 }
 
 }  // namespace pxtarvo::portable

@@ -12,7 +12,7 @@
 
 namespace pxtarvo::portable {
 
-class JetFile;
+class JetCatalog;
 
 /// Must be owned by a shared pointer (makeObject), as its recordsets keep it alive. The rows of its
 /// recordsets are those that lie in the file when they are read.
@@ -50,7 +50,7 @@ class JetConnection : public Connection,
     DrivePaths paths_;
     bool providerNamed_ = false;
     std::string dataSource_;
-    std::shared_ptr<const JetFile> file_;  ///< none while closed
+    std::unique_ptr<const JetCatalog> catalog_;  ///< none while closed
     bool inTransaction_ = false;
 };
 

@@ -1,9 +1,5 @@
 #include "platform/portable/access/jet_rows.h"
 
-// libmdb's header includes glib's inside extern "C", where glib's C++ parts do not compile.
-#include <glib.h>
-#include <mdbtools.h>
-
 #include <algorithm>
 #include <bit>
 #include <utility>
@@ -14,7 +10,7 @@
 // A row: its count of columns (2 bytes), the fixed columns, the variable ones, then backwards from its end: a
 // bit for each column that is set when the value is not null (and is the value of a Boolean), the count of
 // variable columns (2 bytes), and where each of them begins, one entry more than there are columns so that
-// the next entry is where it ends. The format is described in libmdb's HACKING document.
+// the next entry is where it ends.
 
 namespace pxtarvo::portable {
 
@@ -22,8 +18,6 @@ namespace {
 
 constexpr std::size_t columnCountBytes = 2;
 
-// A moved row leaves where it is now, and pieces of long values lie at: one byte of row, three of page.
-constexpr std::size_t rowAddressBytes = 4;
 constexpr int longestPointerChain = 8;
 
 // A long value's header: its length with two flags, the address of its (first) piece, four bytes unused.
@@ -32,47 +26,34 @@ constexpr std::uint32_t longValueLengthMask = 0x3FFFFFFF;
 constexpr std::uint32_t longValueInline = 0x80000000;
 constexpr std::uint32_t longValueOnePiece = 0x40000000;
 
-// A text begins with this when characters below 256 take one byte.
-constexpr unsigned char compressedTextMark[] = {0xFF, 0xFE};
-
 // A decimal: its sign, then four 32-bit words, the highest one first.
 constexpr std::size_t decimalBytes = 17;
 constexpr std::uint8_t largestScale = 28;
 
-std::size_t fixedSizeOf(int type) {
+std::size_t fixedSizeOf(JetType type) {
     switch (type) {
-        case MDB_BYTE:
+        case JetType::Byte:
             return 1;
-        case MDB_INT:
+        case JetType::Integer:
             return 2;
-        case MDB_LONGINT:
-        case MDB_FLOAT:
+        case JetType::LongInteger:
+        case JetType::Single:
             return 4;
-        case MDB_MONEY:
-        case MDB_DOUBLE:
-        case MDB_DATETIME:
+        case JetType::Currency:
+        case JetType::Double:
+        case JetType::DateTime:
             return 8;
-        case MDB_NUMERIC:
+        case JetType::Decimal:
             return decimalBytes;
         default:
             return 0;
     }
 }
 
-struct RowAddress {
-    std::uint32_t page;
-    std::size_t row;
-};
-
-RowAddress rowAddress(const unsigned char* bytes) {
-    const std::uint32_t packed = littleEndian32(bytes);
-    return {.page = packed >> 8, .row = packed & 0xFF};
-}
-
 }  // namespace
 
-JetRows::JetRows(std::shared_ptr<const JetFile> file, std::string_view tableName)
-    : file_(std::move(file)), table_(file_->table(tableName)) {}
+JetRows::JetRows(std::shared_ptr<const JetFile> file, JetTable table)
+    : file_(std::move(file)), table_(std::move(table)) {}
 
 std::int32_t JetRows::columnCount() const {
     return static_cast<std::int32_t>(table_.columns.size());
@@ -91,11 +72,11 @@ void JetRows::rewind() {
 bool JetRows::next() {
     while (true) {
         if (rowOnPage_ == rowsOnPage_ && !nextDataPage()) {
-            if (rowsPassed_ < table_.rowCount) raiseDamagedFile(file_->fileName());
+            if (rowsPassed_ < table_.rowCount) file_->raiseDamaged();
             return false;
         }
         const auto row = page_.row(rowOnPage_++);
-        if (!row) raiseDamagedFile(file_->fileName());
+        if (!row) file_->raiseDamaged();
         if (row->deleted) continue;
         row_ = row->bytes;
         if (row->pointer) followPointer();
@@ -107,7 +88,7 @@ bool JetRows::next() {
 
 bool JetRows::nextDataPage() {
     do {
-        pageNumber_ = file_->nextPage(table_, pageNumber_);
+        pageNumber_ = table_.pages.next(*file_, pageNumber_);
         if (pageNumber_ == 0) {
             rowOnPage_ = rowsOnPage_ = 0;
             return false;
@@ -122,33 +103,33 @@ bool JetRows::nextDataPage() {
 /// From the pointer that a row left where it was to the row itself.
 void JetRows::followPointer() {
     for (int hop = 0; hop < longestPointerChain; ++hop) {
-        if (row_.size() < rowAddressBytes) break;
-        const RowAddress address = rowAddress(row_.data());
+        if (row_.size() < JetRowAddress::size) break;
+        const JetRowAddress address(row_.data());
         file_->readPage(address.page, movedRowPage_);
         const auto row = movedRowPage_.row(address.row);
         if (!row || !movedRowPage_.belongsTo(table_.definitionPage)) break;
         row_ = row->bytes;
         if (!row->pointer) return;
     }
-    raiseDamagedFile(file_->fileName());
+    file_->raiseDamaged();
 }
 
 void JetRows::readRowFrame() {
-    if (row_.size() < columnCountBytes) raiseDamagedFile(file_->fileName());
+    if (row_.size() < columnCountBytes) file_->raiseDamaged();
     columnsInRow_ = littleEndian16(row_.data());
     const std::size_t maskBytes = (columnsInRow_ + 7) / 8;
     std::size_t tail = maskBytes;
-    if (columnsInRow_ == 0 || columnCountBytes + tail > row_.size()) raiseDamagedFile(file_->fileName());
+    if (columnsInRow_ == 0 || columnCountBytes + tail > row_.size()) file_->raiseDamaged();
     notNull_ = row_.last(maskBytes);
 
     variableColumnsInRow_ = 0;
     if (!table_.hasVariableColumns) return;
     tail += 2;
-    if (columnCountBytes + tail > row_.size()) raiseDamagedFile(file_->fileName());
+    if (columnCountBytes + tail > row_.size()) file_->raiseDamaged();
     variableColumnsInRow_ = littleEndian16(row_.data() + row_.size() - tail);
     variableOffsets_ = row_.data() + row_.size() - tail - 2;
     tail += 2 * (variableColumnsInRow_ + 1);
-    if (columnCountBytes + tail > row_.size()) raiseDamagedFile(file_->fileName());
+    if (columnCountBytes + tail > row_.size()) file_->raiseDamaged();
 }
 
 /// A column added to the table after the row was written is null in it.
@@ -156,54 +137,53 @@ bool JetRows::isNull(const JetColumn& column) const {
     return column.number >= columnsInRow_ || (notNull_[column.number / 8] >> column.number % 8 & 1) == 0;
 }
 
-JetRows::Bytes JetRows::fieldBytes(const JetColumn& column) const {
+JetBytes JetRows::fieldBytes(const JetColumn& column) const {
     std::size_t start = columnCountBytes + column.fixedOffset;
     std::size_t end = start + column.size;
     if (!column.fixed) {
-        if (column.variableNumber >= variableColumnsInRow_) raiseDamagedFile(file_->fileName());
+        if (column.variableNumber >= variableColumnsInRow_) file_->raiseDamaged();
         const unsigned char* const entry = variableOffsets_ - 2 * column.variableNumber;
         start = littleEndian16(entry);
         end = littleEndian16(entry - 2);
     }
-    if (start > end || end > row_.size()) raiseDamagedFile(file_->fileName());
+    if (start > end || end > row_.size()) file_->raiseDamaged();
     return row_.subspan(start, end - start);
 }
 
 Variant JetRows::value(std::int32_t position) const {
     const JetColumn& column = table_.columns[static_cast<std::size_t>(position)];
-    if (column.type == MDB_BOOL) return !isNull(column);
+    if (column.type == JetType::Boolean) return !isNull(column);
     if (isNull(column)) return Null();
     return decoded(column, fieldBytes(column));
 }
 
-Variant JetRows::decoded(const JetColumn& column, Bytes bytes) const {
-    if (bytes.size() < fixedSizeOf(column.type)) raiseDamagedFile(file_->fileName());
+Variant JetRows::decoded(const JetColumn& column, JetBytes bytes) const {
+    if (bytes.size() < fixedSizeOf(column.type)) file_->raiseDamaged();
     const unsigned char* const data = bytes.data();
     switch (column.type) {
-        case MDB_BYTE:
+        case JetType::Byte:
             return data[0];
-        case MDB_INT:
+        case JetType::Integer:
             return static_cast<std::int16_t>(littleEndian16(data));
-        case MDB_LONGINT:
+        case JetType::LongInteger:
             return static_cast<std::int32_t>(littleEndian32(data));
-        case MDB_MONEY:
+        case JetType::Currency:
             return Currency{static_cast<std::int64_t>(littleEndian64(data))};
-        case MDB_FLOAT:
+        case JetType::Single:
             return std::bit_cast<float>(littleEndian32(data));
-        case MDB_DOUBLE:
+        case JetType::Double:
             return std::bit_cast<double>(littleEndian64(data));
-        case MDB_DATETIME:
+        case JetType::DateTime:
             return Date{std::bit_cast<double>(littleEndian64(data))};
-        case MDB_NUMERIC:
-            if (littleEndian32(data + 1) != 0 || column.scale > largestScale)
-                raiseDamagedFile(file_->fileName());
+        case JetType::Decimal:
+            if (littleEndian32(data + 1) != 0 || column.scale > largestScale) file_->raiseDamaged();
             return Decimal{.low = littleEndian32(data + 13) | std::uint64_t{littleEndian32(data + 9)} << 32,
                            .high = littleEndian32(data + 5),
                            .scale = column.scale,
                            .negative = data[0] != 0};
-        case MDB_TEXT:
+        case JetType::Text:
             return text(bytes);
-        case MDB_MEMO:
+        case JetType::Memo:
             return text(longValue(bytes));
         default:
             throw RuntimeError(ErrorNumber::ProviderFailure,
@@ -214,69 +194,40 @@ Variant JetRows::decoded(const JetColumn& column, Bytes bytes) const {
 }
 
 /// The bytes of a long value, put together from where its pieces are.
-JetRows::Bytes JetRows::longValue(Bytes header) const {
+JetBytes JetRows::longValue(JetBytes header) const {
     if (header.empty()) return header;
-    if (header.size() < longValueHeaderBytes) raiseDamagedFile(file_->fileName());
+    if (header.size() < longValueHeaderBytes) file_->raiseDamaged();
     const std::uint32_t lengthAndFlags = littleEndian32(header.data());
     const std::size_t length = lengthAndFlags & longValueLengthMask;
     if ((lengthAndFlags & longValueInline) != 0) {
-        const Bytes inlineBytes = header.subspan(longValueHeaderBytes);
-        if (inlineBytes.size() < length) raiseDamagedFile(file_->fileName());
+        const JetBytes inlineBytes = header.subspan(longValueHeaderBytes);
+        if (inlineBytes.size() < length) file_->raiseDamaged();
         return inlineBytes.first(length);
     }
 
     const bool onePiece = (lengthAndFlags & longValueOnePiece) != 0;
     const std::size_t linkBytes =
-        onePiece ? 0 : rowAddressBytes;  // each of several pieces names the next one
+        onePiece ? 0 : JetRowAddress::size;  // each of several pieces names the next one
     longValueBytes_.clear();
-    RowAddress address = rowAddress(header.data() + 4);
+    JetRowAddress address(header.data() + 4);
     while (longValueBytes_.size() < length) {
-        if (address.page == 0 || (onePiece && !longValueBytes_.empty())) raiseDamagedFile(file_->fileName());
+        if (address.page == 0 || (onePiece && !longValueBytes_.empty())) file_->raiseDamaged();
         file_->readPage(address.page, longValuePage_);
         const auto piece = longValuePage_.row(address.row);
-        if (!piece || piece->bytes.size() <= linkBytes) raiseDamagedFile(file_->fileName());
-        if (!onePiece) address = rowAddress(piece->bytes.data());
-        const Bytes content = piece->bytes.subspan(linkBytes);
+        if (!piece || piece->bytes.size() <= linkBytes) file_->raiseDamaged();
+        if (!onePiece) address = JetRowAddress(piece->bytes.data());
+        const JetBytes content = piece->bytes.subspan(linkBytes);
         const std::size_t wanted = std::min(content.size(), length - longValueBytes_.size());
         longValueBytes_.insert(longValueBytes_.end(), content.begin(), content.begin() + wanted);
     }
     return longValueBytes_;
 }
 
-/// UTF-16, or the compressed form: one byte a character, a zero byte switching to two bytes a character and
-/// back.
-std::string JetRows::text(Bytes bytes) const {
-    characters_.clear();
-    bool compressed = bytes.size() >= 2 && std::equal(bytes.begin(), bytes.begin() + 2, compressedTextMark);
-    if (!compressed) {
-        for (std::size_t i = 0; i + 2 <= bytes.size(); i += 2) {
-            characters_.push_back(static_cast<char16_t>(littleEndian16(&bytes[i])));
-        }
-        return toUtf8(characters_);
-    }
-    bytes = bytes.subspan(2);
-    if (std::all_of(bytes.begin(), bytes.end(), [](unsigned char c) { return c != 0 && c < 0x80; })) {
-        return {bytes.begin(), bytes.end()};
-    }
-    while (!bytes.empty()) {
-        if (bytes[0] == 0) {
-            compressed = !compressed;
-            bytes = bytes.subspan(1);
-        } else if (compressed) {
-            characters_.push_back(bytes[0]);
-            bytes = bytes.subspan(1);
-        } else if (bytes.size() >= 2) {
-            characters_.push_back(static_cast<char16_t>(littleEndian16(bytes.data())));
-            bytes = bytes.subspan(2);
-        } else {
-            raiseDamagedFile(file_->fileName());
-        }
-    }
-    return toUtf8(characters_);
+std::string JetRows::text(JetBytes bytes) const {
+    auto result = jetText(bytes);
+    if (!result) file_->raiseDamaged();
+    return *std::move(result);
 }
-
-JetRowCount::JetRowCount(const JetFile& file, std::string_view tableName)
-    : count_(static_cast<std::int32_t>(file.table(tableName).rowCount)) {}
 
 const std::string& JetRowCount::columnName(std::int32_t) const {
     static const std::string name = "Expr1000";  // what the engine calls the first unnamed column

@@ -5,20 +5,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "platform/portable/access/jet_file.h"
+#include "platform/portable/access/jet_table.h"
 #include "platform/portable/access/row_source.h"
 
 namespace pxtarvo::portable {
 
 class JetRows : public RowStream {
   public:
-    /// Raises -2147217865 when the file has no such table.
-    JetRows(std::shared_ptr<const JetFile> file, std::string_view tableName);
+    JetRows(std::shared_ptr<const JetFile> file, JetTable table);
 
     std::int32_t columnCount() const override;
     const std::string& columnName(std::int32_t position) const override;
@@ -30,44 +27,41 @@ class JetRows : public RowStream {
     void rewind() override;
 
   private:
-    using Bytes = std::span<const unsigned char>;
-
     bool nextDataPage();
     void followPointer();
     void readRowFrame();
     bool isNull(const JetColumn& column) const;
-    Bytes fieldBytes(const JetColumn& column) const;
-    Variant decoded(const JetColumn& column, Bytes bytes) const;
-    Bytes longValue(Bytes header) const;
-    std::string text(Bytes bytes) const;
+    JetBytes fieldBytes(const JetColumn& column) const;
+    Variant decoded(const JetColumn& column, JetBytes bytes) const;
+    JetBytes longValue(JetBytes header) const;
+    std::string text(JetBytes bytes) const;
 
     std::shared_ptr<const JetFile> file_;
     JetTable table_;
 
     JetPage page_;
-    std::uint32_t pageNumber_ = 0;
+    std::uint64_t pageNumber_ = 0;
     std::size_t rowOnPage_ = 0;
     std::size_t rowsOnPage_ = 0;
     std::uint64_t rowsPassed_ = 0;
     JetPage movedRowPage_;
 
     // The current row, within one of the two pages.
-    Bytes row_;
+    JetBytes row_;
     std::size_t columnsInRow_ = 0;
-    Bytes notNull_;
+    JetBytes notNull_;
     std::size_t variableColumnsInRow_ = 0;
     const unsigned char* variableOffsets_ = nullptr;  ///< the first one; they go downwards
 
     // Kept for their memory.
     mutable JetPage longValuePage_;
     mutable std::vector<unsigned char> longValueBytes_;
-    mutable std::u16string characters_;
 };
 
 /// The number of rows that a table says it has, in one row of one column.
 class JetRowCount : public RowStream {
   public:
-    JetRowCount(const JetFile& file, std::string_view tableName);
+    explicit JetRowCount(std::uint32_t count) : count_(static_cast<std::int32_t>(count)) {}
 
     std::int32_t columnCount() const override { return 1; }
     const std::string& columnName(std::int32_t position) const override;
