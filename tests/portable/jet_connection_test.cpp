@@ -273,6 +273,8 @@ TEST(JetConnection, PutsMemosTogetherWhereverTheyLie) {
     std::string link(4, '\0');
     put(link, 0, (firstPage + 1) << 8, 4);
     const std::string pages = page(link + repeated("\xF1\xF1", 2000)) + page(std::string(4, '\0') + "a");
+    put(link, 0, firstPage << 8, 4);
+    const std::string circle = page(link + "a");
     const std::string onePiece = page(repeated(std::string_view("z\0", 2), 1500));
     const std::string switched(
         "\xFF\xFE"
@@ -294,6 +296,7 @@ TEST(JetConnection, PutsMemosTogetherWhereverTheyLie) {
         {0x40000000 | 3002, "", onePiece, Empty()},
         {0x40000000 | 3000, "", onePiece.substr(0, 4095), Empty()},
         {4002, "", pages, Empty()},
+        {1000, "", circle, Empty()},
         {4000, "", "", Empty()},
     };
     const tests::TemporaryFolder folder;

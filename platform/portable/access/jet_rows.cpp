@@ -210,8 +210,10 @@ JetBytes JetRows::longValue(JetBytes header) const {
         onePiece ? 0 : JetRowAddress::size;  // each of several pieces names the next one
     longValueBytes_.clear();
     JetRowAddress address(header.data() + 4);
+    // No two pieces of a value share a page.
+    std::uint64_t piecesLeft = onePiece ? 1 : file_->pageCount();
     while (longValueBytes_.size() < length) {
-        if (address.page == 0 || (onePiece && !longValueBytes_.empty())) file_->raiseDamaged();
+        if (address.page == 0 || piecesLeft-- == 0) file_->raiseDamaged();
         file_->readPage(address.page, longValuePage_);
         const auto piece = longValuePage_.row(address.row);
         if (!piece || piece->bytes.size() <= linkBytes) file_->raiseDamaged();
