@@ -5,7 +5,7 @@
 
 #include "benchmarks/measure/statement.h"
 #include "platform/portable/files/sequential_files.h"
-#include "platform/portable/workbook/freexl_spreadsheet.h"
+#include "platform/portable/workbook/workbook_reader.h"
 #include "platform/values/conversion.h"
 #include "platform/values/text.h"
 
@@ -43,7 +43,7 @@ std::int64_t barcodesOnFloor(portable::SqliteConnection& connection, const std::
                           "VALUES (?1,0,0,?2,?3,?4)");
 
     retire.bind(1, std::string_view(now)).run();
-    const auto sheet = portable::FreexlApplication(portable::DrivePaths()).OpenWorkbook(workbook)->Sheet(1);
+    const auto sheet = portable::WorkbookReader(portable::DrivePaths()).OpenWorkbook(workbook)->Sheet(1);
     std::int64_t article = 0;
     std::int32_t row = 1;
     for (;; ++row) {

@@ -2,7 +2,7 @@
 
 #include "platform/portable/access/jet_connection.h"
 #include "platform/portable/access/stream_recordset.h"
-#include "platform/portable/workbook/freexl_spreadsheet.h"
+#include "platform/portable/workbook/workbook_reader.h"
 
 namespace pxtarvo::portable {
 
@@ -18,7 +18,7 @@ PortablePlatform::PortablePlatform(PortableOptions options, SimulatedUser& user)
     if (!options_.makeConnection) options_.makeConnection = accessFileReader;
     if (!options_.makeSpreadsheet) {
         options_.makeSpreadsheet = [](const DrivePaths& paths) -> ObjectRef<SpreadsheetApplication> {
-            return makeObject<FreexlApplication>(paths);
+            return makeObject<WorkbookReader>(paths);
         };
     }
 }

@@ -1,8 +1,11 @@
 #include "platform/portable/workbook/compound_file.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
+
+#include "platform/portable/workbook/refusals.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::portable {
 
@@ -12,7 +15,8 @@ constexpr std::string_view signature = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
 constexpr std::size_t headerBytes = 512;
 constexpr std::size_t directoryEntryBytes = 128;
 constexpr std::uint32_t lastSectorNumber = 0xFFFFFFFA;  // above it: markers
-constexpr unsigned char rootEntry = 5;
+constexpr std::size_t miniSectorBytes = 64;
+constexpr unsigned char streamEntry = 2;
 
 // Offsets in the header.
 constexpr std::size_t sectorShiftAt = 30;
@@ -26,6 +30,9 @@ constexpr std::size_t tableListAt = 76;
 // Offsets in a directory entry.
 constexpr std::size_t entryNameBytesAt = 64;
 constexpr std::size_t entryKindAt = 66;
+constexpr std::size_t entryLeftAt = 68;
+constexpr std::size_t entryRightAt = 72;
+constexpr std::size_t entryChildAt = 76;
 constexpr std::size_t entryStartAt = 116;
 constexpr std::size_t entrySizeAt = 120;
 
@@ -42,39 +49,56 @@ class CompoundFile {
   public:
     explicit CompoundFile(std::string_view file) : file_(file) {
         const std::uint32_t shift = number(file, sectorShiftAt, 2);
-        const std::uint32_t miniShift = number(file, miniSectorShiftAt, 2);
-        if (!file.starts_with(signature) || (shift != 9 && shift != 12) || miniShift != 6) return;
+        if (!isCompoundFile(file) || (shift != 9 && shift != 12) || number(file, miniSectorShiftAt, 2) != 6) {
+            return;
+        }
         sectorBytes_ = std::size_t{1} << shift;
-        miniSectorBytes_ = std::size_t{1} << miniShift;
         readTable();
         directory_ = chain(number(file, directoryStartAt, 4));
     }
 
-    std::string stream(std::string_view name) const {
-        std::string miniStream;
-        for (std::size_t at = 0; at + directoryEntryBytes <= directory_.size(); at += directoryEntryBytes) {
-            const std::string_view entry = std::string_view(directory_).substr(at, directoryEntryBytes);
-            const std::uint32_t start = number(entry, entryStartAt, 4);
-            const std::size_t size = number(entry, entrySizeAt, 4);
-            if (static_cast<unsigned char>(entry[entryKindAt]) == rootEntry) miniStream = chain(start);
-            if (!isNamed(entry, name)) continue;
-            std::string bytes = size < number(file_, smallestRegularStreamAt, 4)
-                                    ? miniChain(miniStream, start)
-                                    : chain(start);
-            bytes.resize(std::min(bytes.size(), size));
-            return bytes;
+    std::optional<std::string> stream(std::string_view name) const {
+        // The entries of the root make up a tree of siblings.
+        std::vector<bool> seen(directory_.size() / directoryEntryBytes);
+        std::vector<std::uint32_t> ahead;
+        if (!seen.empty()) ahead.push_back(number(entry(0), entryChildAt, 4));
+        while (!ahead.empty()) {
+            const std::uint32_t index = ahead.back();
+            ahead.pop_back();
+            if (index >= seen.size() || seen[index]) continue;
+            seen[index] = true;
+            if (isStreamNamed(entry(index), name)) return content(entry(index));
+            ahead.push_back(number(entry(index), entryLeftAt, 4));
+            ahead.push_back(number(entry(index), entryRightAt, 4));
         }
-        return {};
+        return std::nullopt;
     }
 
   private:
+    std::string_view entry(std::size_t index) const {
+        return std::string_view(directory_).substr(index * directoryEntryBytes, directoryEntryBytes);
+    }
+
     /// Names are UTF-16, a closing zero counted.
-    static bool isNamed(std::string_view entry, std::string_view name) {
+    static bool isStreamNamed(std::string_view entry, std::string_view name) {
+        if (static_cast<unsigned char>(entry[entryKindAt]) != streamEntry) return false;
         if (number(entry, entryNameBytesAt, 2) != 2 * (name.size() + 1)) return false;
+        std::string ascii;
         for (std::size_t i = 0; i < name.size(); ++i) {
-            if (number(entry, 2 * i, 2) != static_cast<unsigned char>(name[i])) return false;
+            const std::uint32_t unit = number(entry, 2 * i, 2);
+            ascii.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
         }
-        return true;
+        return equalIgnoringAsciiCase(ascii, name);
+    }
+
+    std::string content(std::string_view entry) const {
+        const std::uint32_t start = number(entry, entryStartAt, 4);
+        const std::size_t size = number(entry, entrySizeAt, 4);
+        std::string bytes =
+            size < number(file_, smallestRegularStreamAt, 4) ? miniChain(start) : chain(start);
+        if (bytes.size() < size) raiseDamaged();
+        bytes.resize(size);
+        return bytes;
     }
 
     std::string_view sector(std::uint32_t index) const {
@@ -112,14 +136,15 @@ class CompoundFile {
         return bytes;
     }
 
-    /// Small streams lie in small sectors of a stream of their own.
-    std::string miniChain(std::string_view miniStream, std::uint32_t start) const {
+    /// Small streams lie in small sectors of a stream of their own, which is the root's.
+    std::string miniChain(std::uint32_t start) const {
+        const std::string miniStream = chain(number(entry(0), entryStartAt, 4));
         const std::string miniTable = chain(number(file_, miniTableStartAt, 4));
         std::string bytes;
         while (start < lastSectorNumber && bytes.size() <= miniStream.size()) {
-            const std::size_t offset = std::size_t{start} * miniSectorBytes_;
+            const std::size_t offset = std::size_t{start} * miniSectorBytes;
             if (offset >= miniStream.size() || std::size_t{start} * 4 >= miniTable.size()) break;
-            bytes.append(miniStream.substr(offset, miniSectorBytes_));
+            bytes.append(miniStream, offset, miniSectorBytes);
             start = number(miniTable, std::size_t{start} * 4, 4);
         }
         return bytes;
@@ -127,14 +152,17 @@ class CompoundFile {
 
     std::string_view file_;
     std::size_t sectorBytes_ = headerBytes;
-    std::size_t miniSectorBytes_ = 0;
     std::string table_;
     std::string directory_;
 };
 
 }  // namespace
 
-std::string compoundStream(std::string_view file, std::string_view name) {
+bool isCompoundFile(std::string_view file) {
+    return file.starts_with(signature);
+}
+
+std::optional<std::string> compoundStream(std::string_view file, std::string_view name) {
     return CompoundFile(file).stream(name);
 }
 
