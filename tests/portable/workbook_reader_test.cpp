@@ -221,6 +221,7 @@ TEST(WorkbookReader, RefusesWhatIsNoWorkbook) {
          {std::string("C:\\no está.xls"), std::string("D:\\CÓDIGO DE BARRAS2008.xls"), std::string(),
           folder.file(""), tests::sample("TARIFA2012.MDB"), folder.write("empty.xls", ""),
           folder.write("header.xls", workbook.substr(0, 512)),
+          folder.write("begin.xls", workbook.substr(0, 60)),
           folder.write("cut.xls", workbook.substr(0, 5000))}) {
         EXPECT_EQ(tests::errorOf([&] { opened(path); }), spreadsheetRefused) << path;
     }

@@ -49,7 +49,8 @@ class CompoundFile {
   public:
     explicit CompoundFile(std::string_view file) : file_(file) {
         const std::uint32_t shift = number(file, sectorShiftAt, 2);
-        if (!isCompoundFile(file) || (shift != 9 && shift != 12) || number(file, miniSectorShiftAt, 2) != 6) {
+        if (file.size() < headerBytes || !isCompoundFile(file) || (shift != 9 && shift != 12) ||
+            number(file, miniSectorShiftAt, 2) != 6) {
             return;
         }
         sectorBytes_ = std::size_t{1} << shift;
