@@ -10,9 +10,9 @@ endif()
 if(PXTARVO_WINE)
     include(cmake/WineCompiler.cmake)
 endif()
-if(NOT PXTARVO_TESTS)
+if(NOT PXTARVO_TESTS AND NOT PXTARVO_FUZZ)
     find_package(benchmark REQUIRED)
-elseif(NOT PXTARVO_WINE)
+elseif(PXTARVO_TESTS AND NOT PXTARVO_WINE)
     find_package(GTest REQUIRED)
 endif()
 
@@ -29,9 +29,12 @@ add_room(dealer devhost/dealer PUBLIC sqlite platform values PRIVATE library dia
 target_compile_definitions(dealer PRIVATE PXTARVO_SAMPLE_LIST="${PROJECT_SOURCE_DIR}/samples/TARIFA2012.MDB")
 add_room(devhost devhost PUBLIC record library plugin portable platform PRIVATE dealer import
          nlohmann_json::nlohmann_json)
+add_room(tests_common tests/common PUBLIC values)
 
 if(PXTARVO_WINE)
     include(cmake/Wine.cmake)
+elseif(PXTARVO_FUZZ)
+    add_subdirectory(tests/fuzz)
 else()
     add_room_program(pxtarvo-host devhost/main
                      LINKS devhost dealer import stock deletion fields portable files platform values CLI11::CLI11)
