@@ -1,6 +1,7 @@
 #include "devhost/user_script.h"
 
 #include <algorithm>
+#include <cmath>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
@@ -36,19 +37,28 @@ Value named(const Names<Value> (&names)[count], const std::string& name) {
     return found->second;
 }
 
+int whole(const nlohmann::json& json, const char* name, int otherwise) {
+    constexpr double limit = 1e9;
+    const double number = json.value(name, static_cast<double>(otherwise));
+    if (!(std::abs(number) <= limit) || number != std::trunc(number)) {
+        throw std::runtime_error(std::string(name) + " is no whole number");
+    }
+    return static_cast<int>(number);
+}
+
 Action readAction(const std::string& line) {
     const auto json = nlohmann::json::parse(line);
     Action action;
     action.deed = named(deeds, json.at("do"));
     action.control = json.value("control", "");
-    action.index = json.value("index", notIndexed);
+    action.index = whole(json, "index", notIndexed);
     action.text = json.value("text", "");
     action.key = named(keys, json.value("key", "Return"));
     action.held = named(heldKeys, json.value("with", ""));
     action.answer = named(answers, json.value("answer", "ok"));
-    action.row = json.value("row", -1);
+    action.row = whole(json, "row", -1);
     action.after = json.value("after", "");
-    action.count = json.value("count", 1);
+    action.count = whole(json, "count", 1);
     return action;
 }
 
