@@ -158,16 +158,6 @@ void StoredRows::append(sqlite3_stmt* statement) {
     }
 }
 
-bool StoredRows::forget(const std::shared_ptr<const ResultColumns>& columns) noexcept {
-    if (!blocks_.empty() || !hasColumns(columns)) return false;
-    free_ = inner_;
-    freeWords_ = innerWords;
-    firstRow_ = nullptr;
-    laterRows_.clear();
-    rowCount_ = 0;
-    return true;
-}
-
 Variant StoredRows::value(std::size_t row, std::size_t column) const {
     const Word* const words = row == 0 ? firstRow_ : laterRows_[row - 1];
     StoredValue stored;

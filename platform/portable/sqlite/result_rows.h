@@ -29,9 +29,6 @@ class ResultRows {
     virtual ~ResultRows() = default;
 
     const ResultColumns& columns() const noexcept { return *columns_; }
-    bool hasColumns(const std::shared_ptr<const ResultColumns>& columns) const noexcept {
-        return columns_ == columns;
-    }
     virtual std::size_t rowCount() const noexcept = 0;
     /// `row` and `column` must be in range. Raises ConversionFailed for a stored value that the column's
     /// declared type cannot hold.
@@ -49,8 +46,6 @@ class StoredRows final : public ResultRows {
 
     /// Copies the current row of a statement with as many columns.
     void append(sqlite3_stmt* statement);
-    /// Empties a small result of these very columns, for another use; false, and nothing done, for any other.
-    bool forget(const std::shared_ptr<const ResultColumns>& columns) noexcept;
 
     std::size_t rowCount() const noexcept override { return rowCount_; }
     Variant value(std::size_t row, std::size_t column) const override;

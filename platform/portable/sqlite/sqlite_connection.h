@@ -85,7 +85,6 @@ class SqliteConnection final : public Connection {
     /// `bind` is called with each bound literal's index and use.
     template <class Bind>
     ObjectRef<Recordset> run(PreparedStatement& statement, bool wantsRecords, const Bind& bind);
-    ObjectRef<Recordset> runAsWritten(PreparedStatement& statement, bool wantsRecords);
     /// To be called where an error of a statement was caught: raises it, or the one that a function of ours
     /// had.
     [[noreturn]] void raiseFailure(const RuntimeError& error);

@@ -4,21 +4,8 @@
 
 namespace pxtarvo::portable {
 
-std::shared_ptr<StoredRows> PreparedStatement::emptyRows() {
-    if (lastRows_.use_count() != 1 || !lastRows_->forget(columns))
-        lastRows_ = std::make_shared<StoredRows>(columns);
-    return lastRows_;
-}
-
-void StatementCache::running(PreparedStatement& statement) noexcept {
-    if (last_) last_->successor = &statement;
-    last_ = &statement;
-    statement.lastUse = ++uses_;
-}
-
 void StatementCache::clear() {
     ++generation_;
-    last_ = nullptr;
     statements_.clear();
 }
 
@@ -29,10 +16,7 @@ PreparedStatement* StatementCache::find(std::string_view shape) {
 
 PreparedStatement& StatementCache::insert(std::string shape, std::unique_ptr<PreparedStatement> statement) {
     if (statements_.size() >= capacity) {
-        // What leaves must be nobody's successor.
-        last_ = nullptr;
         ++generation_;
-        for (const auto& [key, kept] : statements_) kept->successor = nullptr;
         statements_.erase(std::min_element(
             statements_.begin(), statements_.end(),
             [](const auto& a, const auto& b) { return a.second->lastUse < b.second->lastUse; }));
