@@ -22,7 +22,7 @@ std::string_view trimBlanks(std::string_view text) {
     return trimTrailingBlanks(text.substr(first));
 }
 
-std::string_view trimTrailingBlanks(std::string_view text) {
+std::string_view trimTrailingBlanks(std::string_view text) noexcept {
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 

@@ -17,7 +17,7 @@ constexpr bool isDigit(char c) noexcept {
 }
 
 std::string_view trimBlanks(std::string_view text);
-std::string_view trimTrailingBlanks(std::string_view text);
+std::string_view trimTrailingBlanks(std::string_view text) noexcept;
 
 std::size_t characterCount(std::string_view text);
 /// The first `count` characters, or the whole text when it is shorter.
@@ -35,6 +35,12 @@ std::vector<std::string_view> split(std::string_view text, char separator);
 
 /// Equal without regard to the case of ASCII letters: names of tables, columns and files' extensions.
 bool equalIgnoringAsciiCase(std::string_view a, std::string_view b);
+
+/// Stands for what is malformed.
+inline constexpr char32_t replacementCharacter = 0xFFFD;
+/// Takes the next code point off `text`, which is not empty. A malformed sequence costs its longest
+/// well-formed beginning, at least one byte, and gives the replacement character.
+char32_t takeCodePoint(std::string_view& text) noexcept;
 
 std::u16string toUtf16(std::string_view text);  ///< malformed UTF-8 becomes U+FFFD
 std::string toUtf8(std::u16string_view text);   ///< lone surrogates become U+FFFD

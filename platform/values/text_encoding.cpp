@@ -7,41 +7,12 @@ namespace pxtarvo {
 
 namespace {
 
-constexpr char32_t replacement = 0xFFFD;
-
 /// The code points of Windows-1252's bytes 0x80 to 0x9F; every other byte is its own code point. The five
 /// bytes that the code page leaves undefined stand for the control character of the same code.
 constexpr std::array<char16_t, 32> windows1252Specials = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
-/// Takes the next code point off `text`, which is not empty. A malformed sequence costs its longest
-/// well-formed beginning, at least one byte, and gives U+FFFD.
-char32_t takeCodePoint(std::string_view& text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    text.remove_prefix(1);
-    if (lead < 0x80) return lead;
-    const int following = lead >= 0xC2 && lead <= 0xDF   ? 1
-                          : (lead & 0xF0) == 0xE0        ? 2
-                          : lead >= 0xF0 && lead <= 0xF4 ? 3
-                                                         : 0;
-    if (following == 0) return replacement;
-    // The second byte's range excludes overlong forms, surrogates and what lies beyond U+10FFFF.
-    unsigned char lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
-    unsigned char highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
-    char32_t point = lead & (0x3Fu >> following);
-    for (int taken = 0; taken < following; ++taken) {
-        if (text.empty()) return replacement;
-        const auto byte = static_cast<unsigned char>(text.front());
-        if (byte < lowest || byte > highest) return replacement;
-        text.remove_prefix(1);
-        point = point << 6 | (byte & 0x3Fu);
-        lowest = 0x80;
-        highest = 0xBF;
-    }
-    return point;
-}
 
 void appendUtf8(std::string& text, char32_t point) {
     const auto tail = [&](int shift) { text += static_cast<char>(0x80 | (point >> shift & 0x3F)); };
@@ -78,6 +49,31 @@ char windows1252Byte(char32_t point) {
 
 }  // namespace
 
+char32_t takeCodePoint(std::string_view& text) noexcept {
+    const auto lead = static_cast<unsigned char>(text.front());
+    text.remove_prefix(1);
+    if (lead < 0x80) return lead;
+    const int following = lead >= 0xC2 && lead <= 0xDF   ? 1
+                          : (lead & 0xF0) == 0xE0        ? 2
+                          : lead >= 0xF0 && lead <= 0xF4 ? 3
+                                                         : 0;
+    if (following == 0) return replacementCharacter;
+    // The second byte's range excludes overlong forms, surrogates and what lies beyond U+10FFFF.
+    unsigned char lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    unsigned char highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    char32_t point = lead & (0x3Fu >> following);
+    for (int taken = 0; taken < following; ++taken) {
+        if (text.empty()) return replacementCharacter;
+        const auto byte = static_cast<unsigned char>(text.front());
+        if (byte < lowest || byte > highest) return replacementCharacter;
+        text.remove_prefix(1);
+        point = point << 6 | (byte & 0x3Fu);
+        lowest = 0x80;
+        highest = 0xBF;
+    }
+    return point;
+}
+
 std::u16string toUtf16(std::string_view text) {
     std::u16string units;
     units.reserve(text.size());
@@ -101,7 +97,7 @@ std::string toUtf8(std::u16string_view units) {
         if (isHighSurrogate(units[i]) && i + 1 < units.size() && isLowSurrogate(units[i + 1])) {
             point = 0x10000 + ((point & 0x3FF) << 10 | (units[++i] & 0x3FF));
         } else if (isHighSurrogate(units[i]) || isLowSurrogate(units[i])) {
-            point = replacement;
+            point = replacementCharacter;
         }
         appendUtf8(text, point);
     }

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/values/runtime_error.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 
@@ -71,15 +72,6 @@ class AdoFieldObject : public CountedObject {
     std::int32_t position_;
 };
 
-bool sameAscii(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    if (a.size() != b.size()) return false;
-    for (std::size_t at = 0; at < a.size(); ++at) {
-        if (lower(a[at]) != lower(b[at])) return false;
-    }
-    return true;
-}
-
 }  // namespace
 
 class FieldsObject : public CountedObject {
@@ -99,7 +91,7 @@ class FieldsObject : public CountedObject {
         const std::int32_t count = recordset_->FieldCount();
         if (const auto* name = asked.get<std::string>()) {
             for (std::int32_t at = 0; at < count; ++at) {
-                if (sameAscii(recordset_->FieldName(at), *name)) return at;
+                if (equalIgnoringAsciiCase(recordset_->FieldName(at), *name)) return at;
             }
             recordset_->Fields(*name);  // raises
         }

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "platform/values/text.h"
+
 namespace pxtarvo::portable {
 
 namespace {
@@ -60,31 +62,19 @@ constexpr std::uint32_t smallLetter(std::uint32_t c) {
 
 /// Decodes the character at `at` and moves past it; a malformed byte counts as a character of its own.
 std::uint32_t decode(std::string_view text, std::size_t& at) noexcept {
-    const auto byte = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
-    const std::uint32_t first = byte(at++);
-    if (first < 0x80) return first;
-    const std::size_t more = first >= 0xC2 && first < 0xE0   ? 1
-                             : first >= 0xE0 && first < 0xF0 ? 2
-                             : first >= 0xF0 && first < 0xF5 ? 3
-                                                             : 0;
-    if (more == 0 || at + more > text.size()) return malformed + first;
-    std::uint32_t code = first & (0x3Fu >> more);
-    for (std::size_t index = 0; index < more; ++index) {
-        if ((byte(at + index) & 0xC0) != 0x80) return malformed + first;
-        code = (code << 6) | (byte(at + index) & 0x3F);
+    constexpr std::string_view written = "\uFFFD";
+    std::string_view rest = text.substr(at);
+    const char32_t point = takeCodePoint(rest);
+    if (point == replacementCharacter && !text.substr(at).starts_with(written)) {
+        return malformed + static_cast<unsigned char>(text[at++]);
     }
-    at += more;
-    return code;
+    at = text.size() - rest.size();
+    return point;
 }
 
 Weight weightOf(std::uint32_t code) noexcept {
     code = smallLetter(code);
     return code < weights.size() ? weights[code] : Weight{beyond + code, 0};
-}
-
-std::string_view withoutTrailingBlanks(std::string_view text) noexcept {
-    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-    return text;
 }
 
 int compareFrom(std::string_view a, std::string_view b, std::size_t position) noexcept {
@@ -105,8 +95,8 @@ int compareFrom(std::string_view a, std::string_view b, std::size_t position) no
 }  // namespace
 
 int compareDealerTexts(std::string_view a, std::string_view b) noexcept {
-    a = withoutTrailingBlanks(a);
-    b = withoutTrailingBlanks(b);
+    a = trimTrailingBlanks(a);
+    b = trimTrailingBlanks(b);
     const std::size_t common = a.size() < b.size() ? a.size() : b.size();
     for (std::size_t at = 0; at < common; ++at) {
         const auto left = static_cast<unsigned char>(a[at]);

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "platform/portable/dialect/sql_collation.h"
+#include "platform/portable/dialect/sql_errors.h"
 #include "platform/values/runtime_error.h"
 #include "platform/values/text.h"
 
@@ -104,7 +105,7 @@ std::string SqlGrammar::expectName() {
 
 void SqlGrammar::refuseToken() const {
     const SqlToken& token = peek().kind == SqlTokenKind::End && at_ > 0 ? tokens_[at_ - 1] : peek();
-    refuse("Sintaxis incorrecta cerca de '" + std::string(token.text) + "'.");
+    throw wrongSyntaxNear(token.text);
 }
 
 int SqlGrammar::literalOf(std::size_t token) const {
@@ -169,14 +170,13 @@ bool SqlGrammar::comparesTexts(const Operand& left, const Operand& right) {
 const SqlTable& SqlGrammar::expectTable() {
     const std::string name = expectName();
     const SqlTable* table = schema_.table(name);
-    if (!table)
-        throw RuntimeError(ErrorNumber::NoSuchTable, "El nombre de objeto '" + name + "' no es válido.");
+    if (!table) throw noSuchTable(name);
     return *table;
 }
 
 const SqlColumn& SqlGrammar::columnOf(const SqlTable& table, const std::string& name) {
     const SqlColumn* column = table.column(name);
-    if (!column) refuse("El nombre de columna '" + name + "' no es válido.");
+    if (!column) throw noSuchColumn(name);
     return *column;
 }
 
@@ -208,7 +208,7 @@ Operand SqlGrammar::columnReference() {
         put(quotedName(found->name));
         return finished({.declaration = found->declaration, .start = start});
     }
-    refuse("El nombre de columna '" + name + "' no es válido.");
+    throw noSuchColumn(name);
 }
 
 Operand SqlGrammar::finished(Operand operand) const {

@@ -134,6 +134,7 @@ class SqlGrammar {
     Operand primary();
     Operand caseValue();
     Operand functionCall();
+    static bool isAggregate(const SqlToken& name);
 
     // --- SELECT (sql_select.cpp)
 

@@ -11,12 +11,10 @@ namespace pxtarvo::portable {
 
 namespace {
 
-/// What a scalar sub-select gives for its rows' `value`: the one row's, Null for none. SQLite takes a plain
-/// column beside an aggregate from one of the rows.
-std::string onlyValue(std::string_view value) {
-    return joined(
-        {"CASE count(*) WHEN 1 THEN ", value, " WHEN 0 THEN NULL ELSE ", secondValueFunction, "() END"});
-}
+/// What stands around a value of a scalar sub-select's rows: it gives the one row's, Null for none. SQLite
+/// takes a plain column beside an aggregate from one of the rows.
+constexpr std::string_view beforeOnlyValue = "CASE count(*) WHEN 1 THEN ";
+const std::string afterOnlyValue = joined({" WHEN 0 THEN NULL ELSE ", secondValueFunction, "() END"});
 
 }  // namespace
 
@@ -47,9 +45,15 @@ SqlGrammar::Outline SqlGrammar::readAhead() {
     const std::size_t first = at_;
     bool inFrom = false;
     int depth = 0;
+    int subSelect = 0;  // the depth at which one was opened
     for (; peek().kind != SqlTokenKind::End; ++at_) {
-        if (isSymbol(peek(), "(")) ++depth;
-        if (isSymbol(peek(), ")") && --depth < 0) break;
+        if (isSymbol(peek(), "(") && ++depth > 0 && subSelect == 0 && isWord(peek(1), "SELECT"))
+            subSelect = depth;
+        if (isSymbol(peek(), ")")) {
+            if (subSelect == depth) subSelect = 0;
+            if (--depth < 0) break;
+        }
+        if (subSelect == 0 && isAggregate(peek()) && isSymbol(peek(1), "(")) outline.scope.aggregated = true;
         if (depth > 0) continue;
         if (isWord(peek(), "WHERE") || isWord(peek(), "GROUP") || isWord(peek(), "ORDER")) inFrom = false;
         if (isWord(peek(), "GROUP")) outline.grouped = true;
@@ -76,7 +80,7 @@ Operand SqlGrammar::select(SelectRole role) {
     const bool distinct = acceptWord("DISTINCT");
     if (!distinct) acceptWord("ALL");
     const bool nested = role == SelectRole::Scalar && (distinct || outline.grouped || isWord(peek(), "TOP"));
-    if (nested) put("SELECT " + onlyValue("v") + " FROM (");
+    if (nested) put(joined({"SELECT ", beforeOnlyValue, "v", afterOnlyValue, " FROM ("}));
     put(distinct ? "SELECT DISTINCT " : "SELECT ");
     int limit = noLiteral;
     if (acceptWord("TOP")) {
@@ -135,19 +139,16 @@ bool SqlGrammar::valueList(SelectRole role, bool distinct, bool nested,
 std::pair<std::string, Operand> SqlGrammar::oneValue(SelectRole role, bool distinct, bool nested) {
     const SqlToken first = peek();
     const std::size_t begin = at_;
-    scopes_.back().aggregated = false;
+    const Scope& scope = scopes_.back();
+    const bool counted = role == SelectRole::Scalar && !nested && !scope.aggregated && !scope.oneRow;
+    if (counted) put(beforeOnlyValue);
     Operand operand = plainValue();
     if (operand.condition) refuseToken();
+    if (counted) put(afterOnlyValue);
     const bool bareColumn =
         isName(first) && (at_ == begin + 1 || (at_ == begin + 3 && isSymbol(tokens_[begin + 1], ".")));
     std::string alias = bareColumn ? plainText(tokens_[at_ - 1]) : std::string();
-    const bool counted = !scopes_.back().aggregated && !scopes_.back().oneRow;
-    if (role == SelectRole::Scalar && !nested && counted) {
-        const std::string value = result_.sql.substr(operand.start);
-        result_.sql.replace(operand.start, std::string::npos, onlyValue(value));
-    } else if (distinct && operand.isText()) {
-        collate(operand);
-    }
+    if (distinct && operand.isText()) collate(operand);
     const bool named = acceptWord("AS") || isName(peek());
     if (named) alias = expectName();
     if (nested) {

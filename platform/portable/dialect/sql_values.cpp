@@ -35,7 +35,20 @@ constexpr FunctionRule functionRules[] = {
     {"ABS", "abs", 1, 1, FunctionResult::Number, false},
 };
 
+/// nullptr for a name that is no function's.
+const FunctionRule* ruleOf(const SqlToken& name) {
+    const auto found = std::ranges::find_if(functionRules, [&](const FunctionRule& known) {
+        return equalIgnoringAsciiCase(known.name, name.text);
+    });
+    return found == std::end(functionRules) ? nullptr : found;
+}
+
 }  // namespace
+
+bool SqlGrammar::isAggregate(const SqlToken& name) {
+    const FunctionRule* const rule = name.kind == SqlTokenKind::Name ? ruleOf(name) : nullptr;
+    return rule && rule->aggregate;
+}
 
 Operand SqlGrammar::plainValue() {
     const bool outer = std::exchange(conditionsAllowed_, false);
@@ -159,13 +172,10 @@ Operand SqlGrammar::caseValue() {
 Operand SqlGrammar::functionCall() {
     const std::size_t start = length();
     const SqlToken name = tokens_[at_++];
-    const auto* rule = std::find_if(
-        std::begin(functionRules), std::end(functionRules),
-        [&](const FunctionRule& known) { return equalIgnoringAsciiCase(known.name, name.text); });
-    if (rule == std::end(functionRules)) {
+    const FunctionRule* const rule = ruleOf(name);
+    if (!rule) {
         refuse("'" + std::string(name.text) + "' no es un nombre de función integrada reconocido.");
     }
-    if (rule->aggregate && !scopes_.empty()) scopes_.back().aggregated = true;
     put(rule->translated);
     expectSymbol("(");
     put("(");

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "platform/portable/dialect/sql_errors.h"
+
 namespace pxtarvo::portable {
 
 namespace {
@@ -37,19 +39,17 @@ constexpr CodeText codeTexts[] = {
     {SQLITE_NOMEM, ErrorNumber::ProviderFailure, "No hay memoria suficiente para la base de datos.", false},
 };
 
-/// A compiler message of SQLite: what stands around the offending word, and the server's text around it.
+/// A compiler message of SQLite: what stands around the offending word, and what the server says of it.
 struct MessageText {
     std::string_view before;
     std::string_view after;
-    ErrorNumber number;
-    std::string_view textBefore;
-    std::string_view textAfter;
+    RuntimeError (*error)(std::string_view word);
 };
 
 constexpr MessageText messageTexts[] = {
-    {"no such table: ", "", ErrorNumber::NoSuchTable, "El nombre de objeto '", "' no es válido."},
-    {"no such column: ", "", ErrorNumber::SqlSyntax, "El nombre de columna '", "' no es válido."},
-    {"near \"", "\": syntax error", ErrorNumber::SqlSyntax, "Sintaxis incorrecta cerca de '", "'."},
+    {"no such table: ", "", &noSuchTable},
+    {"no such column: ", "", &noSuchColumn},
+    {"near \"", "\": syntax error", &wrongSyntaxNear},
 };
 
 }  // namespace
@@ -69,11 +69,8 @@ RuntimeError providerError(sqlite3* database) {
     if ((code & 0xFF) == SQLITE_CONSTRAINT) return {ErrorNumber::IntegrityViolation, std::string(message)};
     for (const MessageText& known : messageTexts) {
         if (!message.starts_with(known.before) || !message.ends_with(known.after)) continue;
-        std::string text(known.textBefore);
-        text +=
-            message.substr(known.before.size(), message.size() - known.before.size() - known.after.size());
-        text += known.textAfter;
-        return {known.number, text};
+        return known.error(
+            message.substr(known.before.size(), message.size() - known.before.size() - known.after.size()));
     }
     const bool refused = (code & 0xFF) == SQLITE_ERROR;
     return {refused ? ErrorNumber::SqlSyntax : ErrorNumber::ProviderFailure, std::string(message)};
