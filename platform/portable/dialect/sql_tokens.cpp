@@ -182,24 +182,64 @@ SqlToken SqlTokenizer::nextLiteral() {
     }
 }
 
-void takeShape(std::string_view statement, StatementShape& shape) {
-    shape.key.resize(statement.size());  // no literal is shorter than its mark
+bool SqlTokenizer::takeLiteral(SqlTokenKind kind, SqlToken& literal) {
+    if (atEnd()) return false;
+    const char c = statement_[position_];
+    if (kind == SqlTokenKind::Text) {
+        if (c != '\'') return false;
+        literal = marked(SqlTokenKind::Text, c);
+        return true;
+    }
+    if (!isDigit(c)) return false;
+    literal = number();
+    return true;
+}
+
+bool SqlTokenizer::takeExactly(std::string_view text) {
+    if (statement_.compare(position_, text.size(), text) != 0) return false;
+    position_ += text.size();
+    return true;
+}
+
+ShapePieces shapePieces(std::string_view statement) {
+    ShapePieces pieces;
+    SqlTokenizer tokenizer(statement);
+    std::size_t from = 0;
+    for (;;) {
+        const SqlToken token = tokenizer.nextLiteral();
+        const std::size_t to = token.kind == SqlTokenKind::End ? statement.size() : token.start;
+        pieces.push_back({std::string(statement.substr(from, to - from)), token.kind});
+        if (token.kind == SqlTokenKind::End) return pieces;
+        from = token.finish;
+    }
+}
+
+bool followShape(std::string_view statement, const ShapePieces& pieces, StatementShape& shape) {
     shape.literals.clear();
     SqlTokenizer tokenizer(statement);
-    auto to = shape.key.begin();
+    for (const ShapePiece& piece : pieces) {
+        if (!tokenizer.takeExactly(piece.text)) return false;
+        if (piece.literal == SqlTokenKind::End) break;
+        SqlToken literal;
+        if (!tokenizer.takeLiteral(piece.literal, literal)) return false;
+        shape.literals.push_back(literal);
+    }
+    return tokenizer.atEnd();
+}
+
+void takeShape(std::string_view statement, StatementShape& shape) {
+    shape.key.clear();
+    shape.literals.clear();
+    SqlTokenizer tokenizer(statement);
     std::size_t copied = 0;
-    const auto copyUpTo = [&](std::size_t end) {
-        to = std::copy(statement.begin() + copied, statement.begin() + end, to);
-    };
     for (SqlToken token = tokenizer.nextLiteral(); token.kind != SqlTokenKind::End;
          token = tokenizer.nextLiteral()) {
-        copyUpTo(token.start);
-        *to++ = token.kind == SqlTokenKind::Number ? numberMark : textMark;
+        shape.key.append(statement.data() + copied, token.start - copied);
+        shape.key.push_back(token.kind == SqlTokenKind::Number ? numberMark : textMark);
         copied = token.finish;
         shape.literals.push_back(token);
     }
-    copyUpTo(statement.size());
-    shape.key.erase(to, shape.key.end());
+    shape.key.append(statement.data() + copied, statement.size() - copied);
 }
 
 }  // namespace pxtarvo::portable

@@ -40,6 +40,11 @@ class SqlTokenizer {
     /// The next number or text, whatever stands before it; End when there is none. Much faster than asking
     /// for every token, and finds the same literals.
     SqlToken nextLiteral();
+    /// Takes the literal of this kind that begins right here; false, and nothing taken, where none does.
+    bool takeLiteral(SqlTokenKind kind, SqlToken& literal);
+    /// Takes `text` when it stands right here.
+    bool takeExactly(std::string_view text);
+    bool atEnd() const noexcept { return position_ == statement_.size(); }
 
   private:
     SqlToken marked(SqlTokenKind kind, char closing);
@@ -58,6 +63,20 @@ struct StatementShape {
     std::string key;                 ///< every literal replaced by a control character that tells its kind
     std::vector<SqlToken> literals;  ///< the numbers and texts in their order
 };
+
+/// A shape in pieces: a stretch of text and the kind of the literal behind it, End behind the last one.
+struct ShapePiece {
+    std::string text;
+    SqlTokenKind literal = SqlTokenKind::End;
+};
+using ShapePieces = std::vector<ShapePiece>;
+
+/// The pieces of the shape that takeShape() gives `statement`.
+ShapePieces shapePieces(std::string_view statement);
+
+/// Whether `statement` has the shape of these pieces; its literals are then in `shape`, whose key is left as
+/// it was. Much faster than taking the shape. Raises as SqlTokenizer::next does.
+bool followShape(std::string_view statement, const ShapePieces& pieces, StatementShape& shape);
 
 /// Fills `shape`, whose memory is used again. Raises as SqlTokenizer::next does.
 void takeShape(std::string_view statement, StatementShape& shape);

@@ -101,6 +101,7 @@ PreparedStatement& SqliteConnection::lookUp(std::string_view commandText,
     if (schema_.refresh(database_.get())) cache_.clear();
     own = prepareTranslated(commandText);
     if (!own->servesShape) return *own;
+    own->pieces = shapePieces(commandText);
     return cache_.insert(shape_.key, std::move(own));
 }
 
@@ -129,17 +130,24 @@ ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement, bool wa
     return makeObject<ClientRecordset>(std::move(rows), hold_);
 }
 
+ObjectRef<Recordset> SqliteConnection::runAsWritten(PreparedStatement& statement, bool wantsRecords) {
+    auto result = run(statement, wantsRecords, [&](std::size_t index, const LiteralUse& use) {
+        bindLiteral(statement.handle.get(), static_cast<int>(index) + 1, shape_.literals[index], use);
+    });
+    failure_.reset();
+    return result;
+}
+
 ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std::int32_t options) {
     refuseLostTransaction();
     const bool wantsRecords = options == adOptionUnspecified || (options & adExecuteNoRecords) == 0;
     try {
+        if (PreparedStatement* expected = cache_.expected();
+            expected && followShape(commandText, expected->pieces, shape_)) {
+            return runAsWritten(*expected, wantsRecords);
+        }
         std::unique_ptr<PreparedStatement> own;
-        PreparedStatement& statement = lookUp(commandText, own);
-        auto result = run(statement, wantsRecords, [&](std::size_t index, const LiteralUse& use) {
-            bindLiteral(statement.handle.get(), static_cast<int>(index) + 1, shape_.literals[index], use);
-        });
-        failure_.reset();
-        return result;
+        return runAsWritten(lookUp(commandText, own), wantsRecords);
     } catch (const RuntimeError& error) {
         raiseFailure(error);
     }

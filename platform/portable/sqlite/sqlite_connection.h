@@ -59,8 +59,9 @@ class SqliteConnection final : public Connection {
     bool runBound(BoundStatement& statement, std::span<const LiteralValue> literals);
 
     /// The file is locked for other writers at once. A failure of the file may undo the transaction; from
-    /// then on everything but RollbackTrans raises ProviderFailure with its description, so that no later write stands alone.
-    /// Where none is open because of a failure of the file, an end of one is refused with that failure.
+    /// then on everything but RollbackTrans raises ProviderFailure with its description, so that no later
+    /// write stands alone. Where none is open because of a failure of the file, an end of one is refused with
+    /// that failure.
     void BeginTrans() override;
     void CommitTrans() override;
     void RollbackTrans() override;
@@ -85,6 +86,7 @@ class SqliteConnection final : public Connection {
     /// `bind` is called with each bound literal's index and use.
     template <class Bind>
     ObjectRef<Recordset> run(PreparedStatement& statement, bool wantsRecords, const Bind& bind);
+    ObjectRef<Recordset> runAsWritten(PreparedStatement& statement, bool wantsRecords);
     /// To be called where an error of a statement was caught: raises it, or the one that a function of ours
     /// had.
     [[noreturn]] void raiseFailure(const RuntimeError& error);

@@ -10,6 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/portable/dialect/sql_tokens.h"
 #include "platform/portable/dialect/sql_translator.h"
 #include "platform/portable/sqlite/result_rows.h"
 #include "platform/portable/sqlite/sqlite_handles.h"
@@ -24,13 +25,18 @@ struct PreparedStatement {
     std::shared_ptr<const ResultColumns> columns;  ///< empty for a statement without rows
     bool servesShape = true;  ///< serves every statement of its shape, so that it may be cached
     int preparations = 0;     ///< how often SQLite has prepared it anew, for a changed schema
-    std::uint64_t lastUse = 0;  ///< the number of its last run
+    std::uint64_t lastUse = 0;
+    ShapePieces pieces;                      ///< of its shape
+    PreparedStatement* successor = nullptr;  ///< the statement that ran after it the last time
 };
 
 class StatementCache {
   public:
+    /// The statement that is likely to come next, as programs repeat themselves; nullptr when nothing is
+    /// known.
+    PreparedStatement* expected() const noexcept { return last_ ? last_->successor : nullptr; }
     /// Must be told of every statement of this cache that runs.
-    void running(PreparedStatement& statement) noexcept { statement.lastUse = ++uses_; }
+    void running(PreparedStatement& statement) noexcept;
     /// nullptr when the shape is not there.
     PreparedStatement* find(std::string_view shape);
     /// The least recently used statement leaves when the cache is full.
@@ -45,11 +51,12 @@ class StatementCache {
   private:
     struct Hash {
         using is_transparent = void;
-        std::size_t operator()(std::string_view text) const {
+        std::size_t operator()(std::string_view text) const noexcept {
             return std::hash<std::string_view>()(text);
         }
     };
     std::unordered_map<std::string, std::unique_ptr<PreparedStatement>, Hash, std::equal_to<>> statements_;
+    PreparedStatement* last_ = nullptr;
     std::uint64_t uses_ = 0;
     std::uint64_t generation_ = 1;
 };
