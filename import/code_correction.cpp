@@ -1,11 +1,11 @@
-// The code correction: the stock of articles coded without a leading zero moves to the same codes with it.
+#include "import/code_correction.h"
 
 #include <cmath>
 
-#include "import/run_state.h"
+#include "host/row_write.h"
 #include "import/run_texts.h"
+#include "module/mdo_pxtarvo.h"
 #include "platform/error_trap.h"
-#include "platform/platform.h"
 #include "platform/values/conversion.h"
 #include "platform/values/sum.h"
 #include "platform/values/text.h"
@@ -30,10 +30,13 @@ constexpr std::string_view sComVaciada = "Actualizacion de existencias a cero de
 constexpr std::string_view sEntrada = "E";
 constexpr std::string_view sSalida = "S";
 
+constexpr std::int16_t nCero = 0;
+constexpr std::int16_t nFactor = 1;
+
 }  // namespace
 
 /// One row of the stock history, but for what all of them have.
-struct frmImpTarifas::FilaHistoria {
+struct CorreccionCodigos::FilaHistoria {
     std::string_view sTipo;
     Variant vArticulo;
     double nCantidad = 0;
@@ -41,12 +44,14 @@ struct frmImpTarifas::FilaHistoria {
     Variant vExistencia;  ///< the stock row moved
 };
 
-void frmImpTarifas::XPButton3_Click() {
+CorreccionCodigos::CorreccionCodigos(Platform& platform) : platform_(platform) {}
+
+void CorreccionCodigos::ejecutar() {
     Message pregunta;
     pregunta.text = "Confirma que desea comenzar el proceso";
     pregunta.buttons = MessageButtons::YesNo;
     pregunta.defaultsToNo = true;
-    if (platform().desktop().messageBox(pregunta) != MessageAnswer::Yes) return;
+    if (platform_.desktop().messageBox(pregunta) != MessageAnswer::Yes) return;
 
     const ObjectRef<Recordset> rsOrigen = consultar(sOrigen);
     MyBd()->Conexion()->BeginTrans();
@@ -61,15 +66,15 @@ void frmImpTarifas::XPButton3_Click() {
     avisar(error ? error->description() : std::string(sCorreccionConcluida));
 }
 
-void frmImpTarifas::pasarExistencias(const Recordset& rsOrigen) {
-    const Locale& locale = platform().locale();
-    const ObjectRef<Recordset> rsCero =
-        consultar(joined({"SELECT * FROM Art WHERE Art_Cod= '0", texto(rsOrigen.Fields("Art_Cod")), "'"}));
+void CorreccionCodigos::pasarExistencias(const Recordset& rsOrigen) {
+    const Locale& locale = platform_.locale();
+    const ObjectRef<Recordset> rsCero = consultar(
+        joined({"SELECT * FROM Art WHERE Art_Cod= '0", joinedText(rsOrigen.Fields("Art_Cod"), locale), "'"}));
     if (rsCero->RecordCount() < 1) return;
     const Variant vCantidad = rsOrigen.Fields("Exis_Cantidad");
     const Variant vArticuloCero = rsCero->Fields("Art_Id");
     const ObjectRef<Recordset> rsDestino =
-        consultar("SELECT * FROM Exis WHERE Exis_IdArt = " + texto(vArticuloCero));
+        consultar("SELECT * FROM Exis WHERE Exis_IdArt = " + joinedText(vArticuloCero, locale));
 
     FilaHistoria entrada;
     entrada.vArticulo = vArticuloCero;
@@ -128,7 +133,7 @@ void frmImpTarifas::pasarExistencias(const Recordset& rsOrigen) {
                                 .vExistencia = rsOrigen.Fields("Exis_Id")});
 }
 
-void frmImpTarifas::escribirHistoria(const Recordset& rsOrigen, const FilaHistoria& historia) {
+void CorreccionCodigos::escribirHistoria(const Recordset& rsOrigen, const FilaHistoria& historia) {
     const std::int32_t nUsuario = MyBd()->Usuario();
     EscrituraFila escritura(MyBd(), Hexis::tabla, AbrirCon::Limpiar);
     std::string sMensaje;
@@ -143,7 +148,7 @@ void frmImpTarifas::escribirHistoria(const Recordset& rsOrigen, const FilaHistor
         .agregar(Hexis::Lav, nCero)
         .agregar(Hexis::Com, historia.sCom)
         .agregar(Hexis::For, nCero)
-        .agregar(Hexis::Fac, nUno)
+        .agregar(Hexis::Fac, nFactor)
         .agregar(Hexis::Largo, nCero)
         .agregar(Hexis::Ancho, nCero)
         .agregar(Hexis::Espesor, nCero)

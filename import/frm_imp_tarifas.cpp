@@ -1,10 +1,16 @@
 #include "import/frm_imp_tarifas.h"
 
+#include <algorithm>
+
 #include "deletion/frm_borrado_articulos.h"
 #include "fields/window_texts.h"
+#include "import/barcode_list.h"
+#include "import/code_correction.h"
+#include "import/list_2006.h"
+#include "import/location_update.h"
+#include "import/row_import.h"
 #include "platform/values/conversion.h"
 #include "platform/values/number_text.h"
-#include "platform/values/text.h"
 #include "stock/frm_existencias.h"
 
 namespace pxtarvo {
@@ -14,8 +20,6 @@ namespace {
 constexpr WindowPlan planVentana{
     .name = "frmImpTarifas", .caption = " Importación de Tarifa de recambios ", .width = 676, .height = 424};
 
-constexpr std::string_view aniosTarifa[] = {sAnio2006, "2007", "2008", "2009", "2010", "2011", "2012"};
-constexpr int posicionAnioInicial = 6;
 constexpr int nProveedorInicial = 24;
 constexpr std::string_view sMarcaInicial = "SAME";
 
@@ -102,8 +106,8 @@ frmImpTarifas::frmImpTarifas(Platform& platform)
 
 void frmImpTarifas::Form_Load() {
     campos_.crearAyuda();
-    for (const std::string_view anio : aniosTarifa) Combo1.addItem(anio);
-    Combo1.setListIndex(posicionAnioInicial);
+    for (const AnioTarifa& anio : aniosTarifa()) Combo1.addItem(anio.sAnio);
+    Combo1.setListIndex(static_cast<int>(aniosTarifa().size()) - 1);
     Option1[opcionTarifa].setValue(true);
     Option1_Click(opcionTarifa);
     Text1[campoProveedor].setText(plainNumber(nProveedorInicial));
@@ -137,19 +141,9 @@ void frmImpTarifas::XPButton1_Click() {
     campos_.avisarSinMarca();
 
     if (Option1[opcionTarifa].value()) {
-        const std::string sAnio = Combo1.text();
-        if (sAnio == sAnio2006) {
-            msImportarTarifaMdb();
-        } else if (sAnio == "2007") {
-            msImportarTarifa2007();
-        } else if (sAnio == "2008") {
-            msImportarTarifa2008();
-        } else if (sAnio == "2009") {
-            msImportarTarifa2009();
-        } else {
-            std::string sTabla(sTablaTarifa);
-            msImportarTarifa2010(sTabla);
-        }
+        const auto anios = aniosTarifa();
+        const auto anio = std::ranges::find(anios, Combo1.text(), &AnioTarifa::sAnio);
+        (anio == anios.end() ? anios.back() : *anio).importar(*this);
     }
     if (Option1[opcionCodigosBarras].value() && Combo1.text() == "2008") msImportarCodigoBarras();
 }
@@ -164,8 +158,44 @@ void frmImpTarifas::cmdBorrado_Click() {
     platform().desktop().showModal(ventana);
 }
 
-std::string frmImpTarifas::texto(const Variant& valor) const {
-    return joinedText(valor, platform().locale());
+void frmImpTarifas::XPButton3_Click() {
+    CorreccionCodigos(platform()).ejecutar();
+}
+
+void frmImpTarifas::XPButton4_Click() {
+    ActualizacionUbicaciones(platform(), Label2).ejecutar();
+}
+
+bool frmImpTarifas::msConectarOrigen() {
+    cnOrigen = platform().createConnection();
+    cnOrigen->ConnectionString("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + Text1[campoFichero].text() +
+                               ";Persist Security Info=False");
+    cnOrigen->Open("", "", adOptionUnspecified);
+    return cnOrigen->State() != adStateClosed;
+}
+
+void frmImpTarifas::msImportarTarifaMdb() {
+    Importacion2006(vista()).ejecutar();
+}
+
+void frmImpTarifas::msImportarTarifa(const FormatoTarifa& formato) {
+    ImportacionTarifa(vista(), formato).ejecutar();
+}
+
+void frmImpTarifas::msImportarCodigoBarras() {
+    ImportacionCodigosBarras(vista()).ejecutar();
+}
+
+VistaImportacion frmImpTarifas::vista() {
+    return {.platform = platform(),
+            .campos = campos_,
+            .Combo1 = Combo1,
+            .Fichero = Text1[campoFichero],
+            .Label2 = Label2,
+            .ProgressBar1 = ProgressBar1,
+            .cnOrigen = cnOrigen,
+            .msConectarOrigen = [this] { return msConectarOrigen(); },
+            .Unload = [this] { Unload(); }};
 }
 
 }  // namespace pxtarvo

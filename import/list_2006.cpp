@@ -1,9 +1,8 @@
-// The list of 2006: a table of its own, discount percentages and a net cost price.
+#include "import/list_2006.h"
 
 #include "import/discount_codes.h"
-#include "import/run_state.h"
-#include "platform/platform.h"
 #include "platform/values/conversion.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 
@@ -12,68 +11,62 @@ namespace {
 constexpr std::string_view sTabla2006 = "31EUR000";
 constexpr std::int16_t nDecimales = 2;
 
-/// Columns of the list, by position.
-enum Posicion { posCodigo = 1, posDescripcion = 3, posPrecio = 4, posGrupo = 5 };
-
 }  // namespace
 
-void frmImpTarifas::msImportarTarifaMdb() {
+void Importacion2006::ejecutar() {
     if (!abrirOrigen()) return;
-    const ObjectRef<Recordset> rsOrigen = platform().createRecordset();
-    rsOrigen->Open("SELECT * FROM " + std::string(sTabla2006), cnOrigen, adOpenDynamic, adLockOptimistic,
-                   adCmdText);
+    const ObjectRef<Recordset> rsOrigen = ventana_.platform.createRecordset();
+    consultarOrigen(*rsOrigen, joined({"SELECT * FROM ", sTabla2006}));
     rsOrigen->MoveFirst();
 
-    Corrida corrida;
-    correr(corrida, [&] {
+    correr([&] {
         while (!rsOrigen->Eof()) {
-            importarFila2006(*rsOrigen, corrida);
+            importarFila(*rsOrigen);
             rsOrigen->MoveNext();
         }
     });
 }
 
-void frmImpTarifas::importarFila2006(const Recordset& rsOrigen, Corrida& corrida) {
-    const Locale& locale = platform().locale();
-    platform().desktop().doEvents();
-    corrida.nFila += 1;
+void Importacion2006::importarFila(const Recordset& rsOrigen) {
+    ventana_.platform.desktop().doEvents();
+    nFila_ += 1;
     const Variant vCodigoLista = rsOrigen.Fields(posCodigo);
-    mostrarProgreso(corrida, texto(vCodigoLista));
+    mostrarProgreso(texto(vCodigoLista));
 
-    const Variant vCodigo = trimmed(vCodigoLista, locale);
+    const Variant vCodigo = trimmed(vCodigoLista, locale());
     const ObjectRef<Recordset> rsArticulo = buscarArticulo(sCodigoArticulo, texto(vCodigo));
-    corrida.IdArt = 0;
+    IdArt_ = 0;
     if (rsArticulo->RecordCount() > 0) {
-        corrida.IdArt = toLong(rsArticulo->Fields(0), locale);
-        toDouble(rsArticulo->Fields("art_Pve"), locale);  // only so that an empty current price stops the run
+        IdArt_ = toLong(rsArticulo->Fields(0), locale());
+        // Only so that an empty current price stops the run.
+        toDouble(rsArticulo->Fields("art_Pve"), locale());
     }
-    if (Combo1.text() == sAnio2006) {  // the user may choose another year during the run
-        corrida.nDescuento = porcentajeDescuento(texto(trimmed(rsOrigen.Fields(posGrupo), locale)));
+    if (ventana_.Combo1.text() == sAnio2006) {  // the user may choose another year during the run
+        nDescuento_ = porcentajeDescuento(texto(trimmed(rsOrigen.Fields(posGrupo), locale())));
     }
-    const double nPrecio = toDouble(rsOrigen.Fields(posPrecio), locale);
-    const double nImporte = campos_.oAyuda->Redondear(nPrecio / 100 * corrida.nDescuento, nDecimales);
-    const double nCoste = campos_.oAyuda->Redondear(nPrecio - nImporte, nDecimales);
+    const double nPrecio = toDouble(rsOrigen.Fields(posPrecio), locale());
+    const double nImporte = ventana_.campos.oAyuda->Redondear(nPrecio / 100 * nDescuento_, nDecimales);
+    const double nCoste = ventana_.campos.oAyuda->Redondear(nPrecio - nImporte, nDecimales);
 
     const ObjectRef<HostDatabase> bd = MyBd();  // one reference for the row's two writes
     EscrituraFila escritura(bd, Art::tabla);
     escritura.agregar(Art::PVE, nPrecio).agregar(Art::PCO, nCoste);
-    if (corrida.IdArt != 0) {
-        escritura.actualizar(condicion(Art::Id, corrida.IdArt));
+    if (IdArt_ != 0) {
+        escritura.actualizar(condicion(Art::Id, IdArt_));
     } else {
         escritura.agregar(Art::Cod, vCodigo)
-            .agregar(Art::Des, trimmed(rsOrigen.Fields(posDescripcion), locale));
+            .agregar(Art::Des, trimmed(rsOrigen.Fields(posDescripcion), locale()));
         agregarConstantes(escritura);
         std::string sMensaje;
         escritura.agregar(Art::Mar, nUno).insertar(sMensaje);  // brand 1, whatever brand the window shows
-        corrida.IdArt = ultimoArticulo();                      // after a refusal the newest one there is
+        IdArt_ = ultimoArticulo();                             // after a refusal the newest one there is
     }
-    const std::int32_t IdArtPro = buscarArtPro(corrida.IdArt);
+    const std::int32_t IdArtPro = buscarArtPro();
     escribirProveedor(bd,  // a refusal goes unnoticed
-                      {.IdArt = corrida.IdArt,
-                       .vCodigo = vCodigo,
-                       .vDescripcion = trimmed(rsOrigen.Fields(posDescripcion), locale),
+                      {.vCodigo = vCodigo,
+                       .vDescripcion = trimmed(rsOrigen.Fields(posDescripcion), locale()),
                        .vPrecio = nPrecio,
-                       .vDescuento = static_cast<double>(corrida.nDescuento)},
+                       .vDescuento = static_cast<double>(nDescuento_)},
                       IdArtPro);
 }
 

@@ -1,9 +1,8 @@
-// The location update from the article file: lines in the ANSI code page, ended by CR or CR LF, of fields
-// separated by the character of code 1.
+#include "import/location_update.h"
 
+#include "host/row_write.h"
 #include "import/article_file.h"
-#include "import/run_state.h"
-#include "platform/platform.h"
+#include "module/mdo_pxtarvo.h"
 #include "platform/values/conversion.h"
 #include "platform/values/number_text.h"
 #include "platform/values/text.h"
@@ -14,69 +13,72 @@ namespace {
 
 constexpr char separadorCampos = '\x01';
 constexpr std::size_t nMaximoPasillo = 20;
-
-/// Fields of a line, by position.
-enum Posicion { posCodigo = 17, posPasillo = 18, posExMin = 20 };
-
-/// 9 where the line has no such field.
-std::string_view campo(const std::vector<std::string_view>& campos, Posicion posicion) {
-    const auto nPosicion = static_cast<std::size_t>(posicion);
-    if (nPosicion >= campos.size()) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
-    return campos[nPosicion];
-}
-
-std::string_view pasillo(const std::vector<std::string_view>& campos) {
-    return trimTrailingBlanks(campo(campos, posPasillo));
-}
-
-void agregarUbicacion(EscrituraFila& escritura, const std::vector<std::string_view>& campos) {
-    escritura.agregar(Ubi::Pasillo, firstCharacters(pasillo(campos), nMaximoPasillo))
-        .agregar(Ubi::ExMin, replaced(campo(campos, posExMin), ".", ","));
-}
+constexpr std::int16_t nAlmacen = 1;
 
 }  // namespace
 
-void frmImpTarifas::XPButton4_Click() {
+/// Fields of a line, by position.
+struct ActualizacionUbicaciones::Linea {
+    enum Posicion { posCodigo = 17, posPasillo = 18, posExMin = 20 };
+
+    std::vector<std::string_view> campos;
+
+    /// 9 where the line has no such field.
+    std::string_view campo(std::size_t posicion) const {
+        if (posicion >= campos.size()) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+        return campos[posicion];
+    }
+    std::string_view pasillo() const { return trimTrailingBlanks(campo(posPasillo)); }
+    void agregarUbicacion(EscrituraFila& escritura) const {
+        escritura.agregar(Ubi::Pasillo, firstCharacters(pasillo(), nMaximoPasillo))
+            .agregar(Ubi::ExMin, replaced(campo(posExMin), ".", ","));
+    }
+};
+
+ActualizacionUbicaciones::ActualizacionUbicaciones(Platform& platform, Label& Label2)
+    : platform_(platform), Label2_(Label2) {}
+
+void ActualizacionUbicaciones::ejecutar() {
     const std::string sFichero(sFicheroArticulos);
     if (sFichero.empty()) {
         Message aviso;
         aviso.icon = MessageIcon::Critical;
-        platform().desktop().messageBox(aviso);
+        platform_.desktop().messageBox(aviso);
         return;
     }
-    Label2.setCaption("FICHERO EN PROCESO " + sFichero);
-    Label2.setVisible(true);
-    platform().desktop().doEvents();
+    Label2_.setCaption("FICHERO EN PROCESO " + sFichero);
+    Label2_.setVisible(true);
+    platform_.desktop().doEvents();
 
-    TextFiles& ficheros = platform().textFiles();
+    TextFiles& ficheros = platform_.textFiles();
     ficheros.openForInput(nFicheroArticulos, sFichero);
     while (!ficheros.atEnd(nFicheroArticulos)) {
         const std::string sLinea = ficheros.lineInput(nFicheroArticulos);
-        ubicarArticulo(split(sLinea, separadorCampos));
+        ubicarArticulo({split(sLinea, separadorCampos)});
     }
     ficheros.close(nFicheroArticulos);
     avisar(textoUbicacionesLeidas());
 }
 
-void frmImpTarifas::ubicarArticulo(const std::vector<std::string_view>& campos) {
-    if (pasillo(campos).empty()) return;
+void ActualizacionUbicaciones::ubicarArticulo(const Linea& linea) {
+    if (linea.pasillo().empty()) return;
     const ObjectRef<Recordset> rsArticulo =
-        consultar(joined({"SELECT Art_Id FROM Art WHERE Art_Cod = '", campo(campos, posCodigo), "'"}));
+        consultar(joined({"SELECT Art_Id FROM Art WHERE Art_Cod = '", linea.campo(Linea::posCodigo), "'"}));
     if (rsArticulo->RecordCount() < 1) return;
-    const Locale& locale = platform().locale();
+    const Locale& locale = platform_.locale();
     const std::int32_t IdArt = toLong(rsArticulo->Fields(0), locale);
 
     const ObjectRef<Recordset> rsUbicacion =
         consultar(joined({"SELECT * FROM Ubi WHERE Ubi_IdArt = ", plainNumber(IdArt)}));
     if (rsUbicacion->RecordCount() != 1) {
         EscrituraFila escritura(MyBd(), Ubi::tabla);
-        escritura.agregar(Ubi::IdArt, IdArt).agregar(Ubi::IdAlm, nUno);
-        agregarUbicacion(escritura, campos);
+        escritura.agregar(Ubi::IdArt, IdArt).agregar(Ubi::IdAlm, nAlmacen);
+        linea.agregarUbicacion(escritura);
         std::string sMensaje;
         escritura.insertar(sMensaje);
-    } else if (trimBlanks(texto(rsUbicacion->Fields("Ubi_pasillo"))).empty()) {
+    } else if (trimBlanks(joinedText(rsUbicacion->Fields("Ubi_pasillo"), locale)).empty()) {
         EscrituraFila escritura(MyBd(), Ubi::tabla);
-        agregarUbicacion(escritura, campos);
+        linea.agregarUbicacion(escritura);
         escritura.actualizar(condicion(Ubi::Id, toLong(rsUbicacion->Fields("Ubi_Id"), locale)));
     }
 }

@@ -1,6 +1,58 @@
+// The years of the lists: their layouts, and which import takes which. A new year is a layout and a line of
+// the table.
+
 #include "import/frm_imp_tarifas.h"
+#include "import/list_2006.h"
 
 namespace pxtarvo {
+
+namespace {
+
+constexpr std::string_view sTablaTarifa = "List";
+
+constexpr FormatoTarifa formato2007{
+    .sTabla = sTablaTarifa,
+    .marca = Art::Mar,
+    .bFechaDeLista = true,
+};
+
+constexpr FormatoTarifa formato2008{
+    .sTabla = sTablaTarifa,
+    .bContarFilas = true,
+    .marca = Art::Mar,
+    .bConservarPrecioMayor = true,
+    .bReactivar = true,
+    .bFechaDeLista = true,
+};
+
+constexpr FormatoTarifa formato2009{
+    .sTabla = sTablaTarifa,
+    .bContarFilas = true,
+    .marca = Art::Marca,
+    .bMarcaSeleccionada = true,
+    .bConservarPrecioMayor = true,
+    .bReactivar = true,
+    .bEscribirCal = true,
+};
+
+}  // namespace
+
+std::span<const frmImpTarifas::AnioTarifa> frmImpTarifas::aniosTarifa() {
+    constexpr auto importar2010 = [](frmImpTarifas& ventana) {
+        std::string sTabla(sTablaTarifa);
+        ventana.msImportarTarifa2010(sTabla);
+    };
+    static constexpr AnioTarifa anios[] = {
+        {sAnio2006, [](frmImpTarifas& ventana) { ventana.msImportarTarifaMdb(); }},
+        {"2007", [](frmImpTarifas& ventana) { ventana.msImportarTarifa2007(); }},
+        {"2008", [](frmImpTarifas& ventana) { ventana.msImportarTarifa2008(); }},
+        {"2009", [](frmImpTarifas& ventana) { ventana.msImportarTarifa2009(); }},
+        {"2010", importar2010},
+        {"2011", importar2010},
+        {"2012", importar2010},
+    };
+    return anios;
+}
 
 void frmImpTarifas::msImportarTarifa2007() {
     msImportarTarifa(formato2007);
@@ -15,7 +67,10 @@ void frmImpTarifas::msImportarTarifa2009() {
 }
 
 void frmImpTarifas::msImportarTarifa2010(std::string& sTabla) {
-    msImportarTarifa(formato2010(sTabla));
+    FormatoTarifa formato = formato2009;
+    formato.sTabla = sTabla;
+    formato.bAvisoTabla = true;
+    msImportarTarifa(formato);
 }
 
 }  // namespace pxtarvo
