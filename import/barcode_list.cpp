@@ -65,8 +65,7 @@ void ImportacionCodigosBarras::importarFila(const Worksheet& hoja) {
             .agregarFechaServidor(Art::FechaEstado)
             .agregar(Art::PCO, nCero);
         agregarConstantes(escritura);
-        std::string sMensaje;
-        if (!escritura.insertar(sMensaje)) throw RuntimeError(ErrorNumber::HostRefused);
+        if (!escritura.insertar(sMensaje_)) throw RuntimeError(ErrorNumber::HostRefused);
         IdArt_ = ultimoArticulo();
     }
     if (buscarArtPro() != 0) return;

@@ -79,11 +79,10 @@ bool Corrida::escribirProveedor(const ObjectRef<HostDatabase>& bd, const FilaPro
         escritura.actualizar(condicion(ArtPro::Id, IdArtPro));
         return true;
     }
-    std::string sMensaje;
     return escritura.agregar(ArtPro::Cop, fila.vCodigo)
         .agregar(ArtPro::Idp, ventana_.campos.IdProveedor)
         .agregar(ArtPro::Ida, IdArt_)
-        .insertar(sMensaje);
+        .insertar(sMensaje_);
 }
 
 std::string Corrida::texto(const Variant& valor) const {

@@ -62,6 +62,7 @@ class Corrida {
     VistaImportacion ventana_;
     double nFila_ = 0;        ///< 1-based; 0 before the first row
     std::int32_t IdArt_ = 0;  ///< the row's article, 0 while it is not known to exist
+    std::string sMensaje_;    ///< what the host left at the last insertion; the next one hands it over
 };
 
 }  // namespace pxtarvo

@@ -57,9 +57,8 @@ void Importacion2006::importarFila(const Recordset& rsOrigen) {
         escritura.agregar(Art::Cod, vCodigo)
             .agregar(Art::Des, trimmed(rsOrigen.Fields(posDescripcion), locale()));
         agregarConstantes(escritura);
-        std::string sMensaje;
-        escritura.agregar(Art::Mar, nUno).insertar(sMensaje);  // brand 1, whatever brand the window shows
-        IdArt_ = ultimoArticulo();                             // after a refusal the newest one there is
+        escritura.agregar(Art::Mar, nUno).insertar(sMensaje_);  // brand 1, whatever brand the window shows
+        IdArt_ = ultimoArticulo();                              // after a refusal the newest one there is
     }
     const std::int32_t IdArtPro = buscarArtPro();
     escribirProveedor(bd,  // a refusal goes unnoticed

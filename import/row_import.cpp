@@ -118,8 +118,7 @@ void ImportacionTarifa::escribirArticulo(const Fila& fila, const ObjectRef<HostD
         .agregar(Art::PCO, nPrecioCosteNuevo);
     agregarConstantes(escritura);
     if (!formato_.bMarcaSeleccionada) escritura.agregar(formato_.marca, nUno);
-    std::string sMensaje;
-    if (!escritura.insertar(sMensaje)) throw RuntimeError(ErrorNumber::HostRefused, sMensaje);
+    if (!escritura.insertar(sMensaje_)) throw RuntimeError(ErrorNumber::HostRefused, sMensaje_);
     IdArt_ = ultimoArticulo();
 }
 
@@ -130,8 +129,7 @@ void ImportacionTarifa::escribirDescuento(const ObjectRef<HostDatabase>& bd) {
     if (rsDatos->RecordCount() > 0) {
         escritura.agregar(Aat::C01, sDescuento_).actualizar(condicion(Aat::Id, IdArt_));
     } else {
-        std::string sMensaje;
-        escritura.agregar(Aat::Id, IdArt_).agregar(Aat::C01, sDescuento_).insertar(sMensaje);
+        escritura.agregar(Aat::Id, IdArt_).agregar(Aat::C01, sDescuento_).insertar(sMensaje_);
     }
 }
 

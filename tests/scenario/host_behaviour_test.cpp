@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/scenario/memory_workbook.h"
 #include "tests/scenario/scene.h"
 
 namespace pxtarvo::test {
@@ -85,6 +86,37 @@ TEST_F(HostBehaviour, FailingCallRollsBack) {
     import({});
     EXPECT_EQ(messageTexts().back(), "Registro 1. Se ha perdido la conexión");
     EXPECT_TRUE(before == databaseBytes());
+}
+
+/// A run hands over one text for all its insertions, empty at first: a host finds in it what it left there.
+TEST_F(HostBehaviour, MessageTextIsKeptFromOneInsertionToTheNext) {
+    static std::vector<std::string> found;
+    struct Host : devhost::DevHostDatabase {
+        using DevHostDatabase::DevHostDatabase;
+        bool Insertar(std::string& sMensaje) override {
+            found.push_back(sMensaje);
+            DevHostDatabase::Insertar(sMensaje);
+            sMensaje = std::to_string(found.size());
+            return true;
+        }
+    };
+    const auto list = memorySource({{Null{}, "A", Null{}, 1.0, 1.0, "C", Null{}, Null{}, Null{}, "D"},
+                                    {Null{}, "B", Null{}, 2.0, 2.0, "M", Null{}, Null{}, Null{}, "D"}});
+    const auto sheet = memoryWorkbook({{"A", "D", "1"}, {"B", "D", "2"}});
+    for (const auto& [year, option, inserted] :
+         {std::tuple{"2012", 0, 6}, std::tuple{"2006", 0, 4}, std::tuple{"2008", 1, 4}}) {
+        SCOPED_TRACE(year);
+        createEmptyDealer();
+        options.makeSource = list;
+        options.makeSpreadsheet = sheet;
+        options.rotateContexts = false;
+        found.clear();
+        host().handOver(makeObject<Host>(std::make_shared<devhost::HostState>(host().state())));
+        run(&frmImpTarifas::XPButton1, {.year = year}, option);
+        std::vector<std::string> left{""};
+        for (int at = 1; at < inserted; ++at) left.push_back(std::to_string(at));
+        EXPECT_EQ(found, left);
+    }
 }
 
 /// From the second row on the plug-in works through the context that the host handed over during the first
