@@ -239,9 +239,9 @@ void frmBorradoArticulos::borrarArticulo() {
             throw RuntimeError(ErrorNumber::HostRefused, "");
         }
     };
-    const std::int32_t IdArt = toLong(rsBusqueda->Fields("Art_Id"), locale);
-    borrar(Art::tabla, condicion(Art::Id, IdArt));
-    borrar(Exis::tabla, joined({condicion(Exis::IdArt, IdArt), " OR Exis_Codart = '",
+    const Variant vIdArt = rsBusqueda->Fields("Art_Id");
+    borrar(Art::tabla, condicion(Art::Id, vIdArt, locale));
+    borrar(Exis::tabla, joined({condicion(Exis::IdArt, vIdArt, locale), " OR Exis_Codart = '",
                                 joinedText(rsBusqueda->Fields("Art_Cod"), locale), "'"}));
 }
 

@@ -1,5 +1,6 @@
 #include "host/row_write.h"
 
+#include "platform/values/conversion.h"
 #include "platform/values/number_text.h"
 #include "platform/values/text.h"
 
@@ -44,6 +45,10 @@ bool EscrituraFila::borrar(std::string_view sCondicion, std::string& sMensaje) {
 
 std::string condicion(const Columna& clave, std::int32_t nValor) {
     return joined({" WHERE ", clave.sNombre, " = ", plainNumber(nValor)});
+}
+
+std::string condicion(const Columna& clave, const Variant& vValor, const Locale& locale) {
+    return joined({" WHERE ", clave.sNombre, " = ", joinedText(vValor, locale)});
 }
 
 }  // namespace pxtarvo

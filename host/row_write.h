@@ -8,6 +8,7 @@
 
 #include "host/host_database.h"
 #include "host/tables.h"
+#include "platform/values/locale.h"
 
 namespace pxtarvo {
 
@@ -36,5 +37,7 @@ class EscrituraFila {
 
 /// " WHERE " column " = " number, as the table writer wants it.
 std::string condicion(const Columna& clave, std::int32_t nValor);
+/// The same with an identifier as the database gave it, which may be wider than 32 bits.
+std::string condicion(const Columna& clave, const Variant& vValor, const Locale& locale);
 
 }  // namespace pxtarvo

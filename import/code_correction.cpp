@@ -106,13 +106,13 @@ void CorreccionCodigos::pasarExistencias(const Recordset& rsOrigen) {
         entrada.sCom = sComNueva;
     } else {
         const Variant vTotal = sum(rsDestino->Fields("Exis_Cantidad"), vCantidad, locale);
-        const std::int32_t IdExis = toLong(rsDestino->Fields("Exis_Id"), locale);
+        const Variant vExistencia = rsDestino->Fields("Exis_Id");
         EscrituraFila(MyBd(), Exis::tabla, AbrirCon::Limpiar)
             .agregarFechaServidor(Exis::Fentrada)
             .agregar(Exis::Cantidad, vTotal)
             .agregar(Exis::Kg, vTotal)
-            .actualizar(condicion(Exis::Id, IdExis));
-        entrada.vExistencia = IdExis;
+            .actualizar(condicion(Exis::Id, vExistencia, locale));
+        entrada.vExistencia = toLong(vExistencia, locale);
         entrada.nCantidad = toDouble(vTotal, locale);  // the new total, not the quantity moved
         entrada.sCom = sComAumentada;
     }
@@ -123,7 +123,7 @@ void CorreccionCodigos::pasarExistencias(const Recordset& rsOrigen) {
         .agregarFechaServidor(Exis::Fentrada)
         .agregar(Exis::Cantidad, nCero)
         .agregar(Exis::Kg, nCero)
-        .actualizar(condicion(Exis::Id, toLong(rsOrigen.Fields("Exis_Id"), locale)));
+        .actualizar(condicion(Exis::Id, rsOrigen.Fields("Exis_Id"), locale));
 
     const double nCantidad = toDouble(vCantidad, locale);
     escribirHistoria(rsOrigen, {.sTipo = nCantidad > 0 ? sSalida : sEntrada,

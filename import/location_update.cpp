@@ -79,7 +79,7 @@ void ActualizacionUbicaciones::ubicarArticulo(const Linea& linea) {
     } else if (trimBlanks(joinedText(rsUbicacion->Fields("Ubi_pasillo"), locale)).empty()) {
         EscrituraFila escritura(MyBd(), Ubi::tabla);
         linea.agregarUbicacion(escritura);
-        escritura.actualizar(condicion(Ubi::Id, toLong(rsUbicacion->Fields("Ubi_Id"), locale)));
+        escritura.actualizar(condicion(Ubi::Id, rsUbicacion->Fields("Ubi_Id"), locale));
     }
 }
 

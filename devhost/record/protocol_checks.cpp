@@ -22,7 +22,9 @@ constexpr Types one(Variant::Type type) {
 
 constexpr Types constant = one(Variant::Type::Integer);  ///< a constant of the code
 constexpr Types identifier = one(Variant::Type::Long);   ///< an identifier that the code keeps
-constexpr Types number = one(Variant::Type::Double);     ///< a price or quantity that the code computed
+/// An identifier passed on as the database gave it.
+constexpr Types foreign = identifier | one(Variant::Type::Decimal);
+constexpr Types number = one(Variant::Type::Double);  ///< a price or quantity that the code computed
 constexpr Types text = one(Variant::Type::Text);
 constexpr Types null = one(Variant::Type::Null);  ///< of a column or list cell passed on
 constexpr Types never = 0;
@@ -85,7 +87,7 @@ constexpr ColumnRule exisRules[] = {
     {Exis::Lac.sNombre, constant, never},
     {Exis::Kg.sNombre, number | null, number | null | constant},
     {Exis::Kill.sNombre, constant, never},
-    {Exis::IdArt.sNombre, identifier, never},
+    {Exis::IdArt.sNombre, foreign, never},
     {Exis::Lote.sNombre, text, never},
     {Exis::KgReal.sNombre, constant, never},
 };
@@ -93,7 +95,7 @@ constexpr ColumnRule exisRules[] = {
 constexpr ColumnRule hexisRules[] = {
     {Hexis::Tipo.sNombre, text, never},
     {Hexis::alma.sNombre, identifier | null, never},
-    {Hexis::idArt.sNombre, identifier, never},
+    {Hexis::idArt.sNombre, foreign, never},
     {Hexis::Fecha.sNombre, text, never},
     {Hexis::Cantidad.sNombre, number | null, never},
     {Hexis::Unidades.sNombre, number | null, never},
@@ -110,7 +112,7 @@ constexpr ColumnRule hexisRules[] = {
     {Hexis::DMint.sNombre, constant, never},
     {Hexis::Precio.sNombre, constant, never},
     {Hexis::Usu.sNombre, identifier, never},
-    {Hexis::Exis.sNombre, identifier, never},
+    {Hexis::Exis.sNombre, foreign, never},
     {Hexis::Lma.sNombre, constant, never},
 };
 

@@ -67,6 +67,25 @@ TEST_F(CodeCorrection, RecordOfTwoRuns) {
     expectKeptRecord("fix-codes");
 }
 
+/// But for the identifier of the stock row that receives, which the history holds in 32 bits.
+TEST_F(CodeCorrection, IdentifiersMayBeWide) {
+    article("1");
+    article("01");
+    stockOf("1", 1, "5");
+    widenIdentifier("Art");
+    widenIdentifier("Exis");
+    native("UPDATE ArtPro SET ARP_Ida = ARP_Ida + 5000000000; UPDATE Exis SET Exis_IdArt = 5000000001");
+    native("INSERT INTO Exis (Exis_Id,Exis_IdArt,Exis_Cantidad) VALUES (3,5000000002,3)");
+    user().yesNo = MessageAnswer::Yes;
+    EXPECT_TRUE(press());
+    EXPECT_EQ(messageTexts().back(), "proceso concluido");
+    EXPECT_THAT(column("SELECT Exis_Cantidad FROM Exis ORDER BY Exis_Id"), ElementsAre("8", "0"));
+
+    native("UPDATE Exis SET Exis_Id = 6000000000 WHERE Exis_Id = 3");
+    EXPECT_TRUE(press());
+    EXPECT_EQ(messageTexts().back(), "Desbordamiento");
+}
+
 TEST_F(CodeCorrection, AnswerNoTouchesNothing) {
     createSampleDealer();
     user().yesNo = std::nullopt;  // Enter on the default

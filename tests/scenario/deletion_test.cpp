@@ -77,6 +77,16 @@ TEST_F(Deletion, DeletesArticlesAndTheirStockInOneTransaction) {
     EXPECT_THAT(column("SELECT Aat_C01 FROM Aat"), ElementsAre("queda"));
 }
 
+TEST_F(Deletion, IdentifiersMayBeWide) {
+    widenIdentifier("Art");
+    native("UPDATE Exis SET Exis_IdArt = 5000000001 WHERE Exis_IdArt = 1");
+    desktop = &host().desktop();
+    user().yesNo = MessageAnswer::Yes;
+    deleteAll();
+    EXPECT_THAT(articles(), IsEmpty());
+    EXPECT_THAT(column("SELECT Exis_Codart FROM Exis"), ElementsAre("AJENO"));
+}
+
 /// Enter presses No, and moves the focus on from the button.
 TEST_F(Deletion, AnswerNoChangesNothing) {
     user().yesNo = std::nullopt;

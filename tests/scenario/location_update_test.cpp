@@ -87,6 +87,17 @@ TEST_F(LocationUpdate, OnlyArticlesWithoutAnAisleGetOne) {
     EXPECT_EQ(rows(places), twice) << "more places only for the article that had two";
 }
 
+/// An article's identifier has 32 bits here.
+TEST_F(LocationUpdate, IdentifiersOfPlacesMayBeWide) {
+    widenIdentifier("Ubi");
+    articleFile(line("D", "P-06", "3,5"));
+    EXPECT_EQ(press(), finished);
+    EXPECT_EQ(value("SELECT Ubi_Pasillo FROM Ubi WHERE Ubi_Id = 5000000002"), "P-06");
+
+    widenIdentifier("Art");
+    EXPECT_EQ(press(), "Error '6' en tiempo de ejecución:\r\n\r\nDesbordamiento");
+}
+
 TEST_F(LocationUpdate, LinesEndInCarriageReturn) {
     articleFile("");
     EXPECT_EQ(press(), finished);

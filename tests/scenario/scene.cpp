@@ -78,6 +78,18 @@ void Scene::native(const std::string& script) {
     dynamic_cast<portable::SqliteConnection&>(*host().connection()).runNative(script);
 }
 
+void Scene::widenIdentifier(const std::string& table) {
+    native("CREATE TABLE made AS SELECT sql FROM sqlite_master WHERE name = '" + table + "'");
+    dropHost();
+    std::string made = value("SELECT sql FROM made");
+    const std::string_view key = "INTEGER PRIMARY KEY AUTOINCREMENT";
+    made.replace(made.find(key), key.size(), "DECIMAL(19,0) PRIMARY KEY");
+    native("DROP TABLE made; ALTER TABLE " + table + " RENAME TO narrow; " + made + "; INSERT INTO " + table +
+           " SELECT * FROM narrow; DROP TABLE narrow; UPDATE " + table + " SET " + table + "_Id = " + table +
+           "_Id + 5000000000");
+    dropHost();
+}
+
 std::vector<std::string> Scene::column(std::string_view query) {
     std::vector<std::string> values;
     const ObjectRef<Recordset> rows = host().connection()->Execute(query, adOptionUnspecified);

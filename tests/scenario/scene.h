@@ -43,6 +43,8 @@ class Scene : public ::testing::Test {
     void sql(std::string_view statement);
     /// Runs a script in the database's own dialect.
     void native(const std::string& script);
+    /// Makes the table's first column, its identifier, wider than 32 bits: 5,000,000,000 higher.
+    void widenIdentifier(const std::string& table);
     /// The values of the first column of a query's rows, as texts; Null as "NULL".
     std::vector<std::string> column(std::string_view query);
     /// All values of a query's rows, a row a text with "|" between them.
