@@ -1,5 +1,6 @@
 #include "module/mdo_pxtarvo.h"
 
+#include "host/counted_rows.h"
 #include "platform/thread_slots.h"
 #include "platform/values/text.h"
 
@@ -38,7 +39,7 @@ ObjectRef<HostDatabase> MyBd() {
 }
 
 ObjectRef<Recordset> consultar(std::string_view sSQL) {
-    return MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified);
+    return contado(MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified));
 }
 
 std::string SeleccionarFichero(std::string_view sDirectorio, std::string_view sFiltro,

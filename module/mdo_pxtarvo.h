@@ -34,7 +34,8 @@ const Instancia& goInstancia();
 /// empty one.
 ObjectRef<HostDatabase> MyBd();
 
-/// Runs `sSQL` on the host's connection, both read afresh.
+/// Runs `sSQL` on the host's connection, both read afresh. Whatever cursors the host works with, a result with
+/// rows knows its count and can be walked again and cloned.
 ObjectRef<Recordset> consultar(std::string_view sSQL);
 
 /// Shows the open-file dialog in `sDirectorio`. `sFiltro` goes to the dialog unchanged; empty stands for

@@ -1,5 +1,7 @@
 #include "platform/windows/data/ado_connection.h"
 
+#include <utility>
+
 #include "platform/windows/data/ado_recordset.h"
 
 namespace pxtarvo::windows {
@@ -30,8 +32,9 @@ std::int32_t AdoConnection::State() const {
 }
 
 ObjectRef<Recordset> AdoConnection::Execute(std::string_view commandText, std::int32_t options) {
-    return makeObject<AdoRecordset>(connection_.object(u"Execute", OwnedVariant(commandText),
-                                                       OwnedVariant::missing(), OwnedVariant(options)));
+    Dispatch result = connection_.object(u"Execute", OwnedVariant(commandText), OwnedVariant::missing(),
+                                         OwnedVariant(options));
+    return result ? makeObject<AdoRecordset>(std::move(result)) : ObjectRef<AdoRecordset>();
 }
 
 void AdoConnection::BeginTrans() {
