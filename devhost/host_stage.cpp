@@ -41,7 +41,9 @@ std::unique_ptr<DevFieldHelper> HostStage::makeFieldHelper() const {
 
 HostParts::HostParts(DevHostOptions options, std::function<void()> handOverNewContext) {
     if (!options.clock) options.clock = std::make_shared<portable::SystemClock>();
-    state->connection = openHostFile(options.database, options.clock);
+    const auto database = openHostFile(options.database, options.clock);
+    state->connection = database;
+    if (options.cursor == CursorLocation::Server) state->serverCursors = makeObject<ServerCursors>(database);
     state->recorder = options.recorder;
     state->checks = std::make_shared<ProtocolChecks>();
     if (options.rotateContexts) state->rotate = std::move(handOverNewContext);

@@ -9,6 +9,7 @@
 #include "devhost/library/dev_user.h"
 #include "devhost/library/field_helper.h"
 #include "devhost/library/host_state.h"
+#include "devhost/library/server_cursors.h"
 #include "devhost/record/protocol_checks.h"
 #include "devhost/record/recorder.h"
 #include "platform/portable/portable_platform.h"
@@ -16,8 +17,9 @@
 namespace pxtarvo::devhost {
 
 struct DevHostOptions {
-    std::string database;     ///< an existing file, UTF-8
-    std::string driveC;       ///< folder that stands for drive C:, empty for none
+    std::string database;                            ///< an existing file, UTF-8
+    CursorLocation cursor = CursorLocation::Client;  ///< of the results that the plug-in gets
+    std::string driveC;                              ///< folder that stands for drive C:, empty for none
     std::string articleFile;  ///< stands for the article file of the location update, empty for none
     std::shared_ptr<const Clock> clock;  ///< the machine's own when empty
     std::shared_ptr<Recorder> recorder;  ///< none when empty

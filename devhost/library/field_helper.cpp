@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "devhost/record/recording_connection.h"
+#include "host/counted_rows.h"
 #include "platform/values/conversion.h"
 #include "platform/values/number_text.h"
 #include "platform/values/rounding.h"
@@ -102,7 +103,7 @@ void DevFieldHelper::FiltrarTecla(TextBox&, std::int16_t& KeyAscii, bool bFecha)
 }
 
 std::string DevFieldHelper::chosenRow(const Busqueda& busqueda) {
-    const ObjectRef<Recordset> rows = connection_->Execute(busqueda.sSQL, adOptionUnspecified);
+    const ObjectRef<Recordset> rows = contado(connection_->Execute(busqueda.sSQL, adOptionUnspecified));
     const auto chosen = user_->choose(busqueda, *rows);
     if (!chosen || *chosen < 0 || *chosen >= rows->RecordCount()) return {};
     rows->AbsolutePosition(*chosen + 1);

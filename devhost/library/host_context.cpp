@@ -65,8 +65,7 @@ DevHostDatabase::DevHostDatabase(std::shared_ptr<HostState> state)
     : state_(std::move(state)), fields_(std::make_shared<FieldList>(state_)), use_(state_) {
     if (!state_->writer) state_->writer = std::make_shared<HostWriter>(state_->connection, *state_->locale);
     if (!state_->rotate) {
-        shared_ =
-            makeObject<RecordingConnection>(state_->connection, state_->recorder, state_->checks, false);
+        shared_ = makeObject<RecordingConnection>(state_->offered(), state_->recorder, state_->checks, false);
     }
 }
 
@@ -105,7 +104,7 @@ ObjectRef<pxtarvo::Connection> DevHostDatabase::Conexion() {
     use_.asked("Conexion");
     if (!state_->rotate) return shared_;
     use_.giveUp();
-    return makeObject<RecordingConnection>(state_->connection, state_->recorder, state_->checks, true);
+    return makeObject<RecordingConnection>(state_->offered(), state_->recorder, state_->checks, true);
 }
 
 bool DevHostDatabase::Borrar(std::string& sMensaje) {
@@ -150,6 +149,7 @@ std::optional<std::string> DevHostDatabase::run(const HostWrite& write) {
     }
     if (write.kind != WriteKind::Insert && write.condition.empty()) return "Falta la condición.";
     try {
+        if (state_->serverCursors) state_->serverCursors->admitStatement();
         state_->writer->run(write);
         return std::nullopt;
     } catch (const RuntimeError& error) {

@@ -10,6 +10,7 @@
 
 #include "devhost/library/host_writer.h"
 #include "devhost/library/refused_writes.h"
+#include "devhost/library/server_cursors.h"
 #include "devhost/record/host_write.h"
 #include "devhost/record/protocol_checks.h"
 #include "devhost/record/recorder.h"
@@ -21,6 +22,7 @@ namespace pxtarvo::devhost {
 struct HostState {
     /// The host's database.
     ObjectRef<Connection> connection;
+    ObjectRef<ServerCursors> serverCursors;  ///< over `connection`; empty where results are the client's
     const Locale* locale = &spanishLocale();
     std::shared_ptr<Recorder> recorder;      ///< may be empty
     std::shared_ptr<ProtocolChecks> checks;  ///< may be empty
@@ -32,6 +34,11 @@ struct HostState {
     ContextNumber contexts = 0;          ///< made so far
     std::shared_ptr<HostWriter> writer;  ///< on `connection`; made by the first context
     RefusedWrites refused;
+
+    /// What the contexts give out.
+    ObjectRef<Connection> offered() const {
+        return serverCursors ? ObjectRef<Connection>(serverCursors) : connection;
+    }
 };
 
 }  // namespace pxtarvo::devhost

@@ -49,6 +49,14 @@ void addCommonOptions(CLI::App& command, CommonOptions& options) {
             },
             "the answer to every question (default: yes)")
         ->check(CLI::IsMember({"yes", "no"}));
+    command
+        .add_option_function<std::string>(
+            "--cursor",
+            [&options](const std::string& where) {
+                options.cursor = where == "server" ? CursorLocation::Server : CursorLocation::Client;
+            },
+            "where the host keeps the results of queries (default: client)")
+        ->check(CLI::IsMember({"client", "server"}));
     command.add_flag(
         "--in-transaction", options.inTransaction,
         "open a transaction first, as some hosts do; at the end it is committed where the run ended as its success message says, else rolled back");

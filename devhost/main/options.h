@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "devhost/host_stage.h"
 #include "devhost/main/commands.h"
 #include "platform/desktop.h"
 #include "platform/values/clock.h"
@@ -20,6 +21,7 @@ struct CommonOptions {
     std::string trace;  ///< empty for none
     std::optional<CalendarTime> now;
     MessageAnswer answer = MessageAnswer::Yes;  ///< to every question
+    CursorLocation cursor = CursorLocation::Client;
     bool inTransaction = false;
     std::string driveC;  ///< empty for none
     bool quiet = false;

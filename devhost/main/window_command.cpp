@@ -153,6 +153,7 @@ int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     if (const auto clash = traceClash(options, command.file)) return leave(exitWrongCommand, *clash);
     DevHostOptions hostOptions;
     hostOptions.database = options.database;
+    hostOptions.cursor = options.cursor;
     hostOptions.driveC = options.driveC;
     hostOptions.articleFile = command.articleFile;
     hostOptions.clock = clockFor(options);

@@ -69,6 +69,7 @@ TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
         {"import dealer.db --now '2012-02-30 00:00:00'", 2, "2012-02-30 00:00:00"},
         {"import dealer.db --now 2012-02-28", 2, "2012-02-28"},
         {"import dealer.db --answer perhaps", 2, ""},
+        {"import dealer.db --cursor both", 2, ""},
         {"import dealer.db --drive-c no/such/folder", 2, ""},
         {"import dealer.db --supplier 24x", 2, "--supplier: the field does not take '24x'"},
         {"import dealer.db --year 2006", 1, "No se pudo encontrar el archivo 'C:\\TARVO\\TARIFA2006.MDB'."},

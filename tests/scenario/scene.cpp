@@ -32,6 +32,7 @@ Scene::Scene() : folder(temporaryFolder()) {
     options.recorder =
         std::make_shared<devhost::Recorder>([this](std::string_view line) { record.emplace_back(line); });
     options.rotateContexts = true;
+    if (std::getenv("PXTARVO_SERVER_CURSORS")) options.cursor = devhost::CursorLocation::Server;
     std::filesystem::create_directory(options.driveC);
 }
 

@@ -2,7 +2,7 @@
 
 // A dealer's database in a folder of its own, the development host over it, and a user who works in the
 // import window. The host hands over a new context after every use and notes what breaks its rules; a scene
-// ends with the check that nothing did.
+// ends with the check that nothing did. With PXTARVO_SERVER_CURSORS set the host's results are on the server.
 
 #include <gtest/gtest.h>
 

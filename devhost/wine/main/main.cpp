@@ -13,7 +13,7 @@ using namespace pxtarvo::devhost;
 
 constexpr const char* usage =
     "pxtarvo-winehost DB --dll FILE --drive-c DIR [--script FILE] [--hands posted|keyboard] [--trace FILE]\n"
-    "                 [--pictures DIR]\n"
+    "                 [--pictures DIR] [--cursor client|server]\n"
     "Opens the import window of the plug-in over a database file. Without a script a person works in it.\n";
 
 std::string option(const std::map<std::string, std::string>& options, const std::string& name) {
@@ -25,6 +25,7 @@ int run(const std::map<std::string, std::string>& given) {
     DevHostOptions options;
     options.database = option(given, "DB");
     options.driveC = option(given, "--drive-c");
+    if (option(given, "--cursor") == "server") options.cursor = CursorLocation::Server;
     ScreenSession screen;
     screen.pictures = option(given, "--pictures");
     if (const std::string name = option(given, "--script"); !name.empty()) {
@@ -63,7 +64,9 @@ int main(int argc, char** argv) {
             given[name] = argv[++at];
         }
     }
-    if (option(given, "DB").empty() || option(given, "--dll").empty()) {
+    const std::string cursor = option(given, "--cursor");
+    const bool knownCursor = cursor.empty() || cursor == "client" || cursor == "server";
+    if (option(given, "DB").empty() || option(given, "--dll").empty() || !knownCursor) {
         std::cerr << usage;
         return 2;
     }

@@ -65,6 +65,7 @@ class SqliteConnection final : public Connection {
     void BeginTrans() override;
     void CommitTrans() override;
     void RollbackTrans() override;
+    bool inTransaction() const noexcept { return transaction_ == Transaction::Open; }
 
     /// Runs statements of SQLite's own dialect that give no rows: what creates and fills the tables. The
     /// columns of the tables name no collation, indexes of text columns name dealerCollation. Raises the
