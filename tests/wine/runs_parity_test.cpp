@@ -55,7 +55,7 @@ const std::string started = "INSERT INTO Art (ART_Cod) VALUES ('01000041')";  //
 const devhost::UserScript correct{click("XPButton3"), answer(MessageAnswer::Yes)};
 
 std::vector<Scenario> runScenarios() {
-    return {
+    std::vector<Scenario> all = {
         list2006("list2006", {}, "{\"call\":\"rollback\",\"error\""),
         list2006("list2006InTransaction", {"BEGIN"}, "{\"call\":\"commit\"}"),
         list2006("list2006NoPrice", {started, "BEGIN"}, "Registro 2. Uso no válido de Null"),
@@ -93,6 +93,8 @@ std::vector<Scenario> runScenarios() {
             return open;
         }(),
     };
+    return alsoOverServerCursors(all, {"list2006InTransaction", "list2006NoPrice", "barcodes",
+                                       "barcodesApostrophe", "fixCodes", "fixCodesHostFails"});
 }
 
 class RunsParity : public TwoWorlds, public ::testing::WithParamInterface<Scenario> {};
@@ -120,6 +122,13 @@ class Locations : public TwoWorlds {
                                    std::filesystem::copy_options::overwrite_existing);
     }
 
+    /// Over either kind of cursor.
+    void expectTheSameInThreads(Scenario scenario) {
+        for (const auto cursor : {devhost::CursorLocation::Client, devhost::CursorLocation::Server}) {
+            scenario.cursor = cursor;
+            expectTheSameInAThread(scenario);
+        }
+    }
     void expectTheSameInAThread(const Scenario& scenario) {
         plugIn();
         std::pair<Locations*, const Scenario*> task{this, &scenario};
@@ -142,7 +151,7 @@ class Locations : public TwoWorlds {
 };
 
 TEST_F(Locations, SameRecordOfTheSampleFile) {
-    expectTheSameInAThread(maintenance("locations", {click("XPButton4")}, "ESTANTERÍA NORTE PAS"));
+    expectTheSameInThreads(maintenance("locations", {click("XPButton4")}, "ESTANTERÍA NORTE PAS"));
 }
 
 TEST_F(Locations, SameRecordOfALineAtFaultAndAnotherPress) {
@@ -152,7 +161,7 @@ TEST_F(Locations, SameRecordOfALineAtFaultAndAnotherPress) {
                                              "2.5\r"
                                           << before << "01000041\x01 \r\n\r\n"
                                           << before << "X\x01Y";
-    expectTheSameInAThread(maintenance("lineAtFault", {click("XPButton4"), click("XPButton4")},
+    expectTheSameInThreads(maintenance("lineAtFault", {click("XPButton4"), click("XPButton4")},
                                        "Error '55' en tiempo de ejecución"));
 }
 

@@ -2,6 +2,7 @@
 
 #include <stdlib.h>
 
+#include <algorithm>
 #include <chrono>
 #include <nlohmann/json.hpp>
 
@@ -59,6 +60,17 @@ void run(Host& host, Outcome& outcome) {
 
 }  // namespace
 
+std::vector<Scenario> alsoOverServerCursors(std::vector<Scenario> scenarios,
+                                            const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        Scenario again = *std::ranges::find(scenarios, name, &Scenario::name);
+        again.name += "OverServerCursors";
+        again.cursor = devhost::CursorLocation::Server;
+        scenarios.push_back(std::move(again));
+    }
+    return scenarios;
+}
+
 TwoWorlds::TwoWorlds() {
     std::string name = (fs::temp_directory_path() / "pxtarvo-XXXXXX").string();
     if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
@@ -112,7 +124,9 @@ Outcome TwoWorlds::inTheDll(const Scenario& scenario, devhost::Hands hands) {
     Outcome outcome;
     devhost::objectBook().violations.clear();
     {
-        devhost::WineHost host(plugIn(), optionsFor(scenario), Keeper(outcome),
+        devhost::DevHostOptions options = optionsFor(scenario);
+        options.cursor = scenario.cursor;
+        devhost::WineHost host(plugIn(), options, Keeper(outcome),
                                {.script = scenario.script, .hands = hands});
         prepare(host, scenario);
         run(host, outcome);

@@ -22,10 +22,16 @@ struct Scenario {
     std::vector<std::string> sql{};
     devhost::WriteHook beforeWrite{};
     bool rotateContexts = true;
+    /// Of the results that the DLL gets; the twin's are always the client's, as it must make no difference.
+    devhost::CursorLocation cursor = devhost::CursorLocation::Client;
     bool hasSpreadsheet = true;  ///< without, the application cannot be created
     /// Must stand in the record, so that a scenario that did not take place is noticed.
     std::string expected{};
 };
+
+/// The scenarios, those of these names once more over cursors on the server.
+std::vector<Scenario> alsoOverServerCursors(std::vector<Scenario> scenarios,
+                                            const std::vector<std::string>& names);
 
 inline void PrintTo(const Scenario& scenario, std::ostream* out) {
     *out << scenario.name;
