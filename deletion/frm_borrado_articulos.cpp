@@ -223,7 +223,7 @@ void frmBorradoArticulos::cmdBorrar_Click() {
     if (!error) {
         mensaje(sBorradoFinalizado, MessageIcon::Information);
     } else {
-        MyBd()->Conexion()->RollbackTrans();
+        deshacer();
         if (!error->is(ErrorNumber::HostRefused)) mensaje(error->description(), MessageIcon::Critical);
     }
     Unload();
@@ -247,13 +247,15 @@ void frmBorradoArticulos::borrarArticulo() {
 
 MessageAnswer frmBorradoArticulos::mensaje(std::string_view sTexto, MessageIcon icono,
                                            MessageButtons botones) {
-    Message mensaje;
-    mensaje.text = sTexto;
-    mensaje.title = sTitulo;
-    mensaje.icon = icono;
-    mensaje.buttons = botones;
-    mensaje.defaultsToNo = botones == MessageButtons::YesNo;
-    return platform().desktop().messageBox(mensaje);
+    return platform().desktop().messageBox(insisted([&] {
+        Message mensaje;
+        mensaje.text = sTexto;
+        mensaje.title = sTitulo;
+        mensaje.icon = icono;
+        mensaje.buttons = botones;
+        mensaje.defaultsToNo = botones == MessageButtons::YesNo;
+        return mensaje;
+    }));
 }
 
 }  // namespace pxtarvo

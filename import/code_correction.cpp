@@ -62,8 +62,8 @@ void CorreccionCodigos::ejecutar() {
         }
         MyBd()->Conexion()->CommitTrans();
     });
-    if (error) MyBd()->Conexion()->RollbackTrans();
-    avisar(error ? error->description() : std::string(sCorreccionConcluida));
+    if (error) deshacer();
+    avisar(error ? error->description() : sCorreccionConcluida);
 }
 
 void CorreccionCodigos::pasarExistencias(const Recordset& rsOrigen) {

@@ -27,13 +27,17 @@ void Corrida::correr(const std::function<void()>& filas) {
         filas();
         MyBd()->Conexion()->CommitTrans();
     });
-    if (error) MyBd()->Conexion()->RollbackTrans();
-    avisar(error ? textoError(*error) : std::string(sExito));
+    if (error) {
+        deshacer();
+        avisar(textoError(*error));
+    } else {
+        avisar(sExito);
+    }
     ventana_.Unload();
 }
 
 std::string Corrida::textoError(const RuntimeError& error) const {
-    return joined({sRegistro, plainNumber(nFila_), ". ", error.description()});
+    return insisted([&] { return joined({sRegistro, plainNumber(nFila_), ". ", error.description()}); });
 }
 
 void Corrida::retirarArticulos(std::string_view sCampoMarca, std::int32_t IdMarca) {

@@ -1,6 +1,7 @@
 #include "module/mdo_pxtarvo.h"
 
 #include "host/counted_rows.h"
+#include "platform/error_trap.h"
 #include "platform/thread_slots.h"
 #include "platform/values/text.h"
 
@@ -42,6 +43,10 @@ ObjectRef<Recordset> consultar(std::string_view sSQL) {
     return contado(MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified));
 }
 
+void deshacer() {
+    insisted([] { MyBd()->Conexion()->RollbackTrans(); });
+}
+
 std::string SeleccionarFichero(std::string_view sDirectorio, std::string_view sFiltro,
                                std::string_view sTitulo) {
     OpenFileName registro;
@@ -63,8 +68,11 @@ std::string ExaminarFichero() {
 }
 
 void avisar(std::string_view sTexto) {
-    Message mensaje;
-    mensaje.text = sTexto;
+    const Message mensaje = insisted([&] {
+        Message hecho;
+        hecho.text = sTexto;
+        return hecho;
+    });
     goInstancia().platform().desktop().messageBox(mensaje);
 }
 

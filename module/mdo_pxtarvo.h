@@ -38,6 +38,9 @@ ObjectRef<HostDatabase> MyBd();
 /// rows knows its count and can be walked again and cloned.
 ObjectRef<Recordset> consultar(std::string_view sSQL);
 
+/// Rolls back the transaction on the host's connection, both read afresh, also when memory runs out meanwhile.
+void deshacer();
+
 /// Shows the open-file dialog in `sDirectorio`. `sFiltro` goes to the dialog unchanged; empty stands for
 /// spreadsheet workbooks. The chosen path without blanks at both ends, or empty when cancelled; raises
 /// nothing.

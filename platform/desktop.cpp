@@ -1,20 +1,36 @@
 #include "platform/desktop.h"
 
+#include "platform/error_trap.h"
 #include "platform/values/number_text.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo {
 
+namespace {
+
+Message reportOf(const RuntimeError& error) {
+    Message report;
+    report.text = joined({"Error '", plainNumber(error.number()), "' en tiempo de ejecución:\r\n\r\n",
+                          error.description()});
+    report.icon = MessageIcon::Critical;
+    return report;
+}
+
+}  // namespace
+
+Desktop::Desktop() : outOfMemory_(reportOf(RuntimeError(ErrorNumber::OutOfMemory))) {}
+
 MessageAnswer Desktop::messageBox(const Message& message) {
     ++messagesShown_;
-    return showMessage(message);
+    return insisted([&] { return showMessage(message); });
 }
 
 void Desktop::reportError(const RuntimeError& error) {
-    Message report;
-    report.text =
-        "Error '" + plainNumber(error.number()) + "' en tiempo de ejecución:\r\n\r\n" + error.description();
-    report.icon = MessageIcon::Critical;
-    messageBox(report);
+    if (error.is(ErrorNumber::OutOfMemory)) {
+        messageBox(outOfMemory_);
+    } else {
+        messageBox(insisted([&] { return reportOf(error); }));
+    }
 }
 
 }  // namespace pxtarvo

@@ -47,6 +47,7 @@ enum class PointerShape { Default = 0, ArrowHourglass = 13 };
 
 class Desktop {
   public:
+    Desktop();
     virtual ~Desktop() = default;
 
     /// Loads `window`, shows it with no owner and returns when it has been unloaded and its last handler has
@@ -75,9 +76,11 @@ class Desktop {
     virtual void unloaded(Window& window) = 0;
 
   protected:
+    /// Called again where memory ran out in it.
     virtual MessageAnswer showMessage(const Message& message) = 0;
 
   private:
+    const Message outOfMemory_;  ///< the report, made while there was memory
     unsigned messagesShown_ = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "platform/window.h"
 
 #include <algorithm>
+#include <new>
 
 #include "platform/platform.h"
 
@@ -57,11 +58,14 @@ void Window::handle(const std::function<void()>& handler) {
         handler();
     } catch (const RuntimeError& error) {
         platform_.desktop().reportError(error);
+    } catch (const std::bad_alloc&) {
+        platform_.desktop().reportError(RuntimeError(ErrorNumber::OutOfMemory));
     }
 }
 
 void Window::keyUp(std::int16_t KeyCode, std::int16_t Shift) {
-    handle([&] { Form_KeyUp(KeyCode, Shift); });
+    const auto handler = [&] { Form_KeyUp(KeyCode, Shift); };
+    handle(std::cref(handler));  // a copy would need memory before handle() can report that there is none
 }
 
 void Window::Form_KeyUp(std::int16_t, std::int16_t) {}

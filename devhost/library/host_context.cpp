@@ -154,7 +154,7 @@ std::optional<std::string> DevHostDatabase::run(const HostWrite& write) {
         return std::nullopt;
     } catch (const RuntimeError& error) {
         if (error.is(ErrorNumber::ProviderFailure)) throw;
-        return error.description();
+        return std::string(error.description());
     }
 }
 

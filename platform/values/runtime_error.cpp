@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 #include <utility>
 
 namespace pxtarvo {
@@ -16,6 +17,7 @@ struct Description {
 /// Ascending by number. The texts are those of the platform in Spanish.
 constexpr auto descriptions = std::to_array<Description>({
     {-2147467259, "Error no especificado"},
+    {-2147418113, "Error catastrófico"},
     {-2147217913,
      "Un valor literal del comando no se pudo convertir al tipo correcto por una causa distinta del "
      "desbordamiento de datos."},
@@ -61,7 +63,7 @@ static_assert(std::ranges::is_sorted(descriptions, {}, &Description::number));
 
 }  // namespace
 
-std::string_view errorDescription(std::int32_t number) {
+std::string_view errorDescription(std::int32_t number) noexcept {
     const auto found = std::ranges::lower_bound(descriptions, number, {}, &Description::number);
     if (found == descriptions.end() || found->number != number) {
         return "Error definido por la aplicación o el objeto";
@@ -69,13 +71,31 @@ std::string_view errorDescription(std::int32_t number) {
     return found->text;
 }
 
-RuntimeError::RuntimeError(ErrorNumber number)
-    : RuntimeError(number, std::string(errorDescription(static_cast<std::int32_t>(number)))) {}
+RuntimeError::RuntimeError(ErrorNumber number) noexcept
+    : number_(static_cast<std::int32_t>(number)), common_(errorDescription(number_)) {}
 
 RuntimeError::RuntimeError(std::int32_t number, std::string description)
-    : number_(number), description_(std::move(description)) {}
+    : number_(number), own_(std::make_shared<const std::string>(std::move(description))) {}
 
 RuntimeError::RuntimeError(ErrorNumber number, std::string description)
     : RuntimeError(static_cast<std::int32_t>(number), std::move(description)) {}
+
+RuntimeError caughtError() noexcept {
+    try {
+        throw;
+    } catch (const RuntimeError& error) {
+        return error;
+    } catch (const std::bad_alloc&) {
+        return RuntimeError(ErrorNumber::OutOfMemory);
+    } catch (const std::exception& error) {
+        try {
+            return {ErrorNumber::Unexpected, error.what()};
+        } catch (const std::bad_alloc&) {
+            return RuntimeError(ErrorNumber::Unexpected);
+        }
+    } catch (...) {
+        return RuntimeError(ErrorNumber::Unexpected);
+    }
+}
 
 }  // namespace pxtarvo

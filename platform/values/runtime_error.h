@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -47,28 +48,37 @@ enum class ErrorNumber : std::int32_t {
     NoSuchTable = -2147217865,             ///< DB_E_NOTABLE
     IntegrityViolation = -2147217873,      ///< DB_E_INTEGRITYVIOLATION
     ConversionFailed = -2147217913,        ///< DB_E_CANTCONVERTVALUE
+    // what no code of ours raises as a RuntimeError
+    Unexpected = -2147418113,  ///< E_UNEXPECTED
 };
 
+/// Copying one takes no memory, and neither does one with the platform's own description.
 class RuntimeError : public std::exception {
   public:
     /// An error with the platform's own Spanish description of `number`; a number that the platform does not
     /// know is described as "Error definido por la aplicación o el objeto".
-    explicit RuntimeError(ErrorNumber number);
+    explicit RuntimeError(ErrorNumber number) noexcept;
     /// An error described by whoever raised it; the description may be empty.
     RuntimeError(std::int32_t number, std::string description);
     RuntimeError(ErrorNumber number, std::string description);
 
     std::int32_t number() const noexcept { return number_; }
-    const std::string& description() const noexcept { return description_; }
+    /// Valid as long as this error or a copy of it.
+    std::string_view description() const noexcept { return own_ ? *own_ : common_; }
     bool is(ErrorNumber number) const noexcept { return number_ == static_cast<std::int32_t>(number); }
-    const char* what() const noexcept override { return description_.c_str(); }
+    const char* what() const noexcept override { return own_ ? own_->c_str() : common_.data(); }
 
   private:
     std::int32_t number_;
-    std::string description_;
+    std::string_view common_;  ///< a text of the program's own, ended by a zero
+    std::shared_ptr<const std::string> own_;
 };
 
-/// The platform's Spanish description of an error number.
-std::string_view errorDescription(std::int32_t number);
+/// The platform's Spanish description of an error number, ended by a zero.
+std::string_view errorDescription(std::int32_t number) noexcept;
+
+/// To be called in a handler: the exception being handled as an error of this system. Memory that ran out is
+/// 7, any other foreign exception Unexpected, described by itself where there is memory for that.
+RuntimeError caughtError() noexcept;
 
 }  // namespace pxtarvo

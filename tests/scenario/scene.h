@@ -16,7 +16,7 @@
 
 #include "devhost/dev_host.h"
 #include "import/frm_imp_tarifas.h"
-#include "tests/scenario/memory_list.h"
+#include "tests/common/memory_list.h"
 
 namespace pxtarvo::test {
 

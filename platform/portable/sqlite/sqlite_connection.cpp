@@ -187,7 +187,7 @@ void SqliteConnection::failed(const RuntimeError& error) {
     const bool ended = transaction_ == Transaction::Open && sqlite3_get_autocommit(database_.get()) != 0;
     if (ended) transaction_ = Transaction::Lost;
     if (ended || error.is(ErrorNumber::ProviderFailure)) {
-        failure_.emplace(ErrorNumber::ProviderFailure, error.description());
+        failure_.emplace(ErrorNumber::ProviderFailure, std::string(error.description()));
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
 #include <string>
 
 #include "platform/windows/automation/automation_values.h"
@@ -46,21 +45,6 @@ RuntimeError described(std::int32_t number, std::string description) {
     return {number, std::move(description)};
 }
 
-/// The exception being handled, as the system's own.
-RuntimeError current() {
-    try {
-        throw;
-    } catch (const RuntimeError& error) {
-        return error;
-    } catch (const std::bad_alloc&) {
-        return described(numberOf(E_OUTOFMEMORY), {});
-    } catch (const std::exception& error) {
-        return {static_cast<std::int32_t>(E_UNEXPECTED), error.what()};
-    } catch (...) {
-        return described(static_cast<std::int32_t>(E_UNEXPECTED), {});
-    }
-}
-
 }  // namespace
 
 std::int32_t numberOf(HRESULT result) noexcept {
@@ -96,7 +80,7 @@ RuntimeError errorOf(HRESULT result) {
 
 HRESULT raisedResult(REFIID raisedBy) noexcept {
     try {
-        const RuntimeError error = current();
+        const RuntimeError error = caughtError();
         Reference<ICreateErrorInfo> created;
         if (SUCCEEDED(CreateErrorInfo(created.put()))) {
             Bstr description(error.description());
@@ -116,7 +100,7 @@ HRESULT raisedResult(REFIID raisedBy) noexcept {
 
 HRESULT raisedRecord(EXCEPINFO* record) noexcept {
     try {
-        const RuntimeError error = current();
+        const RuntimeError error = caughtError();
         if (record) {
             Bstr description(error.description());
             Bstr source(errorSource);

@@ -1,4 +1,4 @@
-#include "tests/scenario/memory_list.h"
+#include "tests/common/memory_list.h"
 
 namespace pxtarvo::test {
 

@@ -1,0 +1,165 @@
+// Memory that runs out in the middle of a run, at every place where the run asks for it.
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <stdexcept>
+
+#include "devhost/dealer/host_file.h"
+#include "devhost/dev_host.h"
+#include "import/frm_imp_tarifas.h"
+#include "platform/portable/clocks.h"
+#include "platform/values/conversion.h"
+#include "platform/values/locale.h"
+#include "tests/common/memory_list.h"
+#include "tests/common/temporary_folder.h"
+#include "tests/faults/failing_memory.h"
+
+namespace pxtarvo::tests {
+
+namespace {
+
+constexpr const char* report = "Error '7' en tiempo de ejecución:\r\n\r\nMemoria insuficiente";
+constexpr const char* noTransaction =
+    "Error '-2147168242' en tiempo de ejecución:\r\n\r\nNo hay ninguna transacción activa.";
+constexpr long never = 1'000'000'000;
+
+struct Case {
+    PushButton frmImpTarifas::*button;
+    const char* success;
+    const char* stopped;  ///< begins the message of a run that its trap ended
+    bool closes;
+};
+
+class MemoryRunsOut : public ::testing::TestWithParam<Case> {
+  protected:
+    /// A dealer with one known article for the list of two, and one whose stock moves to another.
+    void newDealer() {
+        host.reset();
+        folder.emplace();
+        devhost::DevHostOptions options;
+        options.database = folder->file("dealer.db");
+        options.rotateContexts = true;
+        options.makeSource = test::memorySource(
+            {test::listRow("KNOWN", 2.0, "C"), test::listRow("NEW", 3.0, "X", std::string(60, 'D'))});
+        devhost::createHostFile(options.database, std::make_shared<portable::SystemClock>(), false);
+        host.emplace(options);
+        for (const char* row :
+             {"INSERT INTO Pro (Pro_ID,Pro_COD,Pro_NOM,Pro_TIPDOC) VALUES (4,24,'RECAMBIOS',0)",
+              "INSERT INTO Marcas (Marca_ID,Marca_Des,Marca_CodAbrev) VALUES (1,'Same','SAME')",
+              "INSERT INTO Art (ART_Cod,ART_PVE,Art_Mar) VALUES ('KNOWN',1,1)",
+              "INSERT INTO Art (ART_Cod,ART_PVE,Art_Mar) VALUES ('77',1,1)",
+              "INSERT INTO Art (ART_Cod,ART_PVE,Art_Mar) VALUES ('077',1,1)",
+              "INSERT INTO ArtPro (ARP_Ida,ARP_Idp) VALUES (2,4)",
+              "INSERT INTO Exis (Exis_IdArt,Exis_Cantidad) VALUES (2,5)"}) {
+            host->connection()->Execute(row, adExecuteNoRecords);
+        }
+        before = tables();
+    }
+
+    std::string tables() {
+        std::string all;
+        for (const char* query :
+             {"SELECT Art_Id,ART_Cod,ART_PVE,Art_Estado FROM Art", "SELECT Aat_id,Aat_C01 FROM Aat",
+              "SELECT ARP_Id,ARP_Ida,Arp_Precio FROM ArtPro", "SELECT Exis_IdArt,Exis_Cantidad FROM Exis",
+              "SELECT Hexis_idArt,Hexis_Cantidad FROM Hexis"}) {
+            const ObjectRef<Recordset> rows = host->connection()->Execute(query, adOptionUnspecified);
+            for (; !rows->Eof(); rows->MoveNext()) {
+                for (int at = 0; at < rows->FieldCount(); ++at) {
+                    all += joinedText(rows->Fields(at), spanishLocale()) + '|';
+                }
+            }
+            all += '\n';
+        }
+        return all;
+    }
+
+    /// Opens the window and presses the button, the memory failing as told; gives back the last message.
+    std::string run(long first, long count) {
+        closed = false;
+        host->user().yesNo = MessageAnswer::Yes;
+        host->user().onWindowShown = [&](Window& shown) {
+            auto& window = dynamic_cast<frmImpTarifas&>(shown);
+            host->desktop().choose(window.Combo1, "2008");
+            {
+                const FailingMemory failing(first, count);
+                host->desktop().click(window.*GetParam().button);
+            }
+            closed = window.unloaded();
+        };
+        const std::size_t shown = host->user().messages().size();
+        host->run();
+        const auto& messages = host->user().messages();
+        return messages.size() > shown ? messages.back().message.text : "";
+    }
+
+    bool transactionOpen() {
+        try {
+            host->connection()->BeginTrans();
+        } catch (const RuntimeError&) {
+            return true;
+        }
+        host->connection()->RollbackTrans();
+        return false;
+    }
+
+    std::optional<TemporaryFolder> folder;
+    std::optional<devhost::DevHost> host;
+    std::string before;
+    bool closed = false;
+};
+
+TEST_P(MemoryRunsOut, EndsTheTransactionAndSaysSo) {
+    newDealer();
+    ASSERT_EQ(run(never, 0), GetParam().success);
+    const long allocations = allocationsSeen();
+    const std::string after = tables();
+    ASSERT_NE(before, after);
+    newDealer();
+    const std::pair<long, long> series[] = {{2, 3}, {40, 7}};  // failures in a row, step
+    for (const auto& [count, step] : series) {
+        for (long first = 1; first <= allocations; first += step) {
+            SCOPED_TRACE(testing::Message() << count << " from " << first << " of " << allocations);
+            std::string said;
+            ASSERT_NO_THROW(said = run(first, count));
+            ASSERT_FALSE(transactionOpen()) << said;
+            if (tables() == after) {
+                ASSERT_EQ(said, GetParam().success);
+                newDealer();
+                continue;
+            }
+            ASSERT_EQ(tables(), before);
+            // A refused roll back is reported too: the first failure was that of beginning the transaction.
+            if (said == report || said == noTransaction) {
+                ASSERT_FALSE(closed);
+            } else {
+                ASSERT_TRUE(said.starts_with(GetParam().stopped) && said.ends_with("Memoria insuficiente"))
+                    << said;
+                ASSERT_EQ(closed, GetParam().closes);
+            }
+        }
+    }
+    EXPECT_EQ(run(never, 0), GetParam().success);
+    EXPECT_EQ(tables(), after);
+}
+
+TEST_P(MemoryRunsOut, AnyOtherExceptionIsAnErrorToo) {
+    newDealer();
+    host->state().beforeWrite = [](const devhost::HostWrite&) -> std::optional<std::string> {
+        throw std::length_error("too long");
+    };
+    const std::string said = run(never, 0);
+    EXPECT_TRUE(said.starts_with(GetParam().stopped) && said.ends_with("too long")) << said;
+    EXPECT_FALSE(transactionOpen());
+    EXPECT_EQ(tables(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Runs, MemoryRunsOut,
+                         ::testing::Values(Case{&frmImpTarifas::XPButton1, "Proceso finalizado con exito",
+                                                "Registro ", true},
+                                           Case{&frmImpTarifas::XPButton3, "proceso concluido", "", false}),
+                         [](const auto& one) { return one.param.closes ? "YearlyList" : "CodeCorrection"; });
+
+}  // namespace
+
+}  // namespace pxtarvo::tests
