@@ -10,8 +10,8 @@ namespace {
 
 Message reportOf(const RuntimeError& error) {
     Message report;
-    report.text = joined({"Error '", plainNumber(error.number()), "' en tiempo de ejecución:\r\n\r\n",
-                          error.description()});
+    report.text = joined(
+        {"Error '", plainNumber(error.number()), "' en tiempo de ejecución:\r\n\r\n", error.description()});
     report.icon = MessageIcon::Critical;
     return report;
 }

@@ -40,8 +40,8 @@ class MemoryRunsOut : public ::testing::TestWithParam<Case> {
         devhost::DevHostOptions options;
         options.database = folder->file("dealer.db");
         options.rotateContexts = true;
-        options.makeSource = test::memorySource(
-            {test::listRow("KNOWN", 2.0, "C"), test::listRow("NEW", 3.0, "X", std::string(60, 'D'))});
+        options.makeSource =
+            test::memorySource({test::listRow("KNOWN", 2.0, "C"), test::listRow("NEW", 3.0, "X", "D")});
         devhost::createHostFile(options.database, std::make_shared<portable::SystemClock>(), false);
         host.emplace(options);
         for (const char* row :
@@ -83,7 +83,11 @@ class MemoryRunsOut : public ::testing::TestWithParam<Case> {
             host->desktop().choose(window.Combo1, "2008");
             {
                 const FailingMemory failing(first, count);
-                host->desktop().click(window.*GetParam().button);
+                try {
+                    host->desktop().click(window.*GetParam().button);
+                } catch (const std::bad_alloc&) {
+                    // Of the keys that the user typed ahead, behind the handler.
+                }
             }
             closed = window.unloaded();
         };

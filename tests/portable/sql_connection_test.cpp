@@ -22,7 +22,7 @@ std::string errorTextOf(const Action& action) {
     try {
         action();
     } catch (const RuntimeError& error) {
-        return std::to_string(error.number()) + ": " + error.description();
+        return std::to_string(error.number()) + ": " + error.what();
     }
     return "none";
 }
@@ -132,7 +132,7 @@ TEST(SqlConnection, TellsTheFilesTroubles) {
         try {
             SqliteConnection::open(file, clock);
         } catch (const RuntimeError& error) {
-            return std::to_string(error.number()) + ": " + error.description();
+            return std::to_string(error.number()) + ": " + error.what();
         }
         return std::string();
     };

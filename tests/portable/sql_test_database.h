@@ -81,7 +81,7 @@ inline std::string outcome(SqliteConnection& connection, std::string_view sql) {
         }
         return text;
     } catch (const RuntimeError& error) {
-        return std::to_string(error.number()) + ": " + error.description();
+        return std::to_string(error.number()) + ": " + error.what();
     }
 }
 

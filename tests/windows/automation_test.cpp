@@ -129,7 +129,7 @@ TEST(Dispatch, RaisesWhatTheCalledObjectReports) {
         try {
             object.run(member);
         } catch (const RuntimeError& error) {
-            return std::pair(error.number(), error.description());
+            return std::pair(error.number(), std::string(error.description()));
         }
         return std::pair(0, std::string());
     };
@@ -146,7 +146,7 @@ TEST(Dispatch, RaisesWhatTheCalledObjectReports) {
             calls, names,
             std::map<std::u16string_view, tests::Answer>{
                 {u"Abrir", [error](const CallArguments&) -> OwnedVariant { throw error; }}});
-        const std::string text = error.number() == 7 ? "Memoria insuficiente" : error.description();
+        const std::string text = error.number() == 7 ? "Memoria insuficiente" : error.what();
         EXPECT_EQ(raised(tests::late(own), u"Abrir"), std::pair(error.number(), text));
     }
     EXPECT_EQ(tests::errorOf([] { Dispatch::create("PXTarvo.NadieLoTiene"); }), 429);

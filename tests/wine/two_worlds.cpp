@@ -53,7 +53,7 @@ void run(Host& host, Outcome& outcome) {
     try {
         host.run();
     } catch (const RuntimeError& error) {
-        outcome.error = std::to_string(error.number()) + " " + error.description();
+        outcome.error = std::to_string(error.number()) + " " + error.what();
     }
     outcome.violations = host.violations();
 }
