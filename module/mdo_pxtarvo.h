@@ -34,11 +34,12 @@ const Instancia& goInstancia();
 /// empty one.
 ObjectRef<HostDatabase> MyBd();
 
-/// Runs `sSQL` on the host's connection, both read afresh. Whatever cursors the host works with, a result with
-/// rows knows its count and can be walked again and cloned.
+/// Runs `sSQL` on the host's connection, both read afresh. Whatever cursors the host works with, a result
+/// with rows knows its count and can be walked again and cloned.
 ObjectRef<Recordset> consultar(std::string_view sSQL);
 
-/// Rolls back the transaction on the host's connection, both read afresh, also when memory runs out meanwhile.
+/// Rolls back the transaction on the host's connection, both read afresh, also when memory runs out
+/// meanwhile.
 void deshacer();
 
 /// Shows the open-file dialog in `sDirectorio`. `sFiltro` goes to the dialog unchanged; empty stands for

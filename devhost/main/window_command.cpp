@@ -37,7 +37,8 @@ void print(const ShownMessage& shown) {
 }
 
 std::string described(const RuntimeError& error) {
-    return joined({"Error '", plainNumber(error.number()), "' en tiempo de ejecución: ", error.description()});
+    return joined(
+        {"Error '", plainNumber(error.number()), "' en tiempo de ejecución: ", error.description()});
 }
 
 /// Ends the host's own transaction, where the run has not ended it. The error of a commit.

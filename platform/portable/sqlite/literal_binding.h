@@ -20,8 +20,8 @@ namespace pxtarvo::portable {
 /// the token's text until it is bound anew.
 void bindLiteral(sqlite3_stmt* statement, int parameter, const SqlToken& token, const LiteralUse& use);
 
-/// A literal as a value: Null, a whole number, a finite number or a text without the marks around it; or as it
-/// stands in a statement.
+/// A literal as a value: Null, a whole number, a finite number or a text without the marks around it; or as
+/// it stands in a statement.
 using LiteralValue = std::variant<Null, std::int64_t, double, std::string_view, const SqlToken*>;
 
 /// Binds `value` as bindLiteral binds the literal that writes it in full.
