@@ -48,6 +48,7 @@ struct Procedure {
     std::string_view refusal = never;    ///< the refused writes that end the run begin like this
     bool refusalSaid = false;            ///< as any other trapped error
     std::string_view busyUntil = never;  ///< an error up to the last of these leaves the pointer busy
+    bool busyUntilFirst = false;         ///< only up to the first of them
     bool disabled = false;               ///< and the window disabled with it
 };
 
@@ -202,7 +203,8 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
             at > placeOf(names, procedure.trapAfter) && at <= placeOf(names, "host.CommitTrans");
         if (!trapped) {
             outcome.messages = {report(cutNumber, cutText)};
-            outcome.busy = procedure.busyUntil != never && at <= placeOf(names, procedure.busyUntil, true);
+            outcome.busy = procedure.busyUntil != never &&
+                           at <= placeOf(names, procedure.busyUntil, !procedure.busyUntilFirst);
             outcome.enabled = !(outcome.busy && procedure.disabled);
             outcome.transaction = procedure.inTransaction;
             return {outcome, false};
@@ -412,6 +414,7 @@ const Procedure procedures[] = {
      .closes = false,
      .trapAfter = never,
      .busyUntil = "rows.RecordCount",
+     .busyUntilFirst = true,
      .disabled = true},
     {.name = "deletion",
      .prepare = deletionWindow,
