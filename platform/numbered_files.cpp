@@ -118,6 +118,12 @@ Wanted& NumberedFiles::open(int number) const {
     return *file;
 }
 
+int NumberedFiles::freeFile(int lowest) const {
+    while (files_.contains(lowest)) ++lowest;
+    if (lowest > lastFileNumber) throw RuntimeError(ErrorNumber::TooManyFiles);
+    return lowest;
+}
+
 void NumberedFiles::openForInput(int number, std::string_view path) {
     files_.emplace(number, std::make_unique<InputFile>(openUnder(number, path, false)));
 }

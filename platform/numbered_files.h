@@ -40,6 +40,7 @@ class NumberedFiles : public TextFiles {
     // input. A write that fails is 61 (disk full) or 57, at the print or, as writing is buffered, at the
     // close; a read that fails is 57.
 
+    int freeFile(int lowest) const final;
     void openForInput(int number, std::string_view path) final;
     void openForOutput(int number, std::string_view path) final;
     bool atEnd(int number) final;

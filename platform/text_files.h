@@ -13,6 +13,8 @@ class TextFiles {
   public:
     virtual ~TextFiles() = default;
 
+    /// The lowest number that is not open, from `lowest` on; 67 where all are.
+    virtual int freeFile(int lowest) const = 0;
     /// Raises 53 (no such file), 76 (no such folder), 55 (number in use), 70 or 75 (no access, a folder).
     virtual void openForInput(int number, std::string_view path) = 0;
     /// Creates or truncates; the folder must exist. Raises as openForInput, 75 for an empty path.

@@ -20,7 +20,7 @@ constexpr std::string_view sDireccionInicial = "A24700500";
 constexpr std::string_view sRutaFichero = "C:\\TARVO\\STOCK\\StockTarvo";
 constexpr std::string_view sExtensionFichero = ".txt";
 
-constexpr int nFichero = 1;
+constexpr int nPrimerFichero = 2;  // 1 is the location update's, open after a failed one
 
 enum Campo {
     campoFichero = 0,
@@ -145,6 +145,7 @@ void frmExistencias::XPButton1_Click() {
     rsArticulos->MoveFirst();
 
     TextFiles& ficheros = platform().textFiles();
+    const int nFichero = ficheros.freeFile(nPrimerFichero);
     ficheros.openForOutput(nFichero, trimBlanks(Text1[campoFichero].text()));
     const LineasExistencias lineas(trimBlanks(Text1[campoCliente].text()), Text1[campoOrganizacion].text(),
                                    Text1[campoDireccion].text());
@@ -154,7 +155,7 @@ void frmExistencias::XPButton1_Click() {
         Label2.setCaption(joined({"Procesado registro ", plainNumber(nRegistro), " ",
                                   texto(rsArticulos->Fields(posDescripcion))}));
         ProgressBar1.setValue(nRegistro);
-        escribirArticulo(lineas, *rsArticulos);
+        escribirArticulo(nFichero, lineas, *rsArticulos);
         rsArticulos->MoveNext();
     }
     platform().desktop().pointer(PointerShape::Default);
@@ -167,7 +168,8 @@ void frmExistencias::XPButton1_Click() {
 }
 
 /// Only the first stock row counts; nothing is written where it holds none.
-void frmExistencias::escribirArticulo(const LineasExistencias& lineas, const Recordset& rsArticulos) {
+void frmExistencias::escribirArticulo(int nFichero, const LineasExistencias& lineas,
+                                      const Recordset& rsArticulos) {
     const Locale& locale = platform().locale();
     const ObjectRef<Recordset> rsExistencias = consultar(
         joined({"SELECT Exis_Cantidad FROM Exis WHERE Exis_IdArt = ", texto(rsArticulos.Fields(posId))}));

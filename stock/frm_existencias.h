@@ -36,7 +36,7 @@ class frmExistencias : public Window {
 
     /// Whether every field is filled in; the first that is not is said and gets the focus.
     bool camposCompletos();
-    void escribirArticulo(const LineasExistencias& lineas, const Recordset& rsArticulos);
+    void escribirArticulo(int nFichero, const LineasExistencias& lineas, const Recordset& rsArticulos);
     std::string texto(const Variant& valor) const;
 
     CamposCodigo campos_;

@@ -38,6 +38,7 @@ constexpr auto descriptions = std::to_array<Description>({
     {57, "Error de E/S de dispositivo"},
     {61, "Disco lleno"},
     {62, "Se ha sobrepasado el final del archivo"},
+    {67, "Demasiados archivos"},
     {70, "Permiso denegado"},
     {75, "Error de acceso a la ruta o al archivo"},
     {76, "No se encontró la ruta de acceso"},

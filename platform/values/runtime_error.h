@@ -26,6 +26,7 @@ enum class ErrorNumber : std::int32_t {
     DeviceInputOutput = 57,
     DiskFull = 61,
     InputPastEnd = 62,
+    TooManyFiles = 67,
     PermissionDenied = 70,
     PathFileAccess = 75,
     PathNotFound = 76,

@@ -31,6 +31,10 @@ struct Case {
     bool closes;
 };
 
+void PrintTo(const Case& one, std::ostream* out) {
+    *out << one.success;
+}
+
 class MemoryRunsOut : public ::testing::TestWithParam<Case> {
   protected:
     /// A dealer with one known article for the list of two, and one whose stock moves to another.

@@ -156,6 +156,7 @@ class CountedSpreadsheet : public Counted<SpreadsheetApplication> {
 class CountedFiles : public Counted<TextFiles> {
   public:
     using Counted::Counted;
+    int freeFile(int lowest) const override { return inner_->freeFile(lowest); }
     void openForInput(int number, std::string_view path) override { at("open").openForInput(number, path); }
     void openForOutput(int number, std::string_view path) override { at("open").openForOutput(number, path); }
     bool atEnd(int number) override { return at("atEnd").atEnd(number); }

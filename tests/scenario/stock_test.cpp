@@ -232,9 +232,40 @@ TEST_F(StockWindow, AnErrorLeavesPointerAndFileAsTheyAre) {
     inStock([&](frmExistencias& window) {
         EXPECT_EQ(desktop->pointer(), PointerShape::ArrowHourglass);
         choosePartners(window);
+        desktop->type(window.Text1[0], "C:\\TARVO\\STOCK\\a.txt");
         generate(window);
         EXPECT_THAT(messageTexts().back(), StartsWith("Error '55'"));
+        desktop->type(window.Text1[0], "C:\\TARVO\\STOCK\\b.txt");
+        generate(window);
+        EXPECT_EQ(messageTexts().back(), "Proceso finalizado con exito") << "another file";
     });
+}
+
+/// Neither run that leaves its file open keeps the other from its own.
+TEST_F(StockWindow, NeitherItsFileNorTheArticleFileBlocksTheOther) {
+    article("A", "A", {"1"});
+    const std::filesystem::path articles = folder / "c/TARVO/articulo.tdw";
+    const auto updateLocations = [&] {
+        inWindow([&](frmImpTarifas& window) { desktop->click(window.XPButton4); });
+        return messageTexts().back();
+    };
+    const auto generated = [&](const char* path) {
+        inStock([&](frmExistencias& window) {
+            choosePartners(window);
+            desktop->type(window.Text1[0], path);
+            generate(window);
+        });
+        return messageTexts().back();
+    };
+    native("ALTER TABLE Exis RENAME TO Otra");
+    EXPECT_THAT(generated("C:\\TARVO\\STOCK\\a.txt"), HasSubstr("'Exis' no es válido"));
+    native("ALTER TABLE Otra RENAME TO Exis");
+    std::ofstream(articles) << "";
+    EXPECT_THAT(updateLocations(), StartsWith("Proceso de importacion"));
+    std::ofstream(articles) << "corta\r\n";
+    EXPECT_THAT(updateLocations(), StartsWith("Error '9'"));
+    EXPECT_EQ(generated("C:\\TARVO\\STOCK\\b.txt"), "Proceso finalizado con exito");
+    EXPECT_THAT(updateLocations(), StartsWith("Error '55'"));
 }
 
 /// Cancelling empties the path; the release of the Esc that did it closes the window.
