@@ -21,8 +21,10 @@ class Worksheet {
 class Workbook {
   public:
     virtual ~Workbook() = default;
+    /// Charts included.
     virtual std::int32_t SheetCount() const = 0;
-    /// By 1-based position; 9 (SubscriptOutOfRange) for an unknown one.
+    /// By 1-based position; 9 (SubscriptOutOfRange) for an unknown one, 13 (TypeMismatch) for one that is no
+    /// worksheet, such as a chart.
     virtual ObjectRef<Worksheet> Sheet(std::int32_t position) const = 0;
 };
 

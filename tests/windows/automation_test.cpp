@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "platform/windows/automation/automation_errors.h"
+#include "platform/windows/data/spreadsheet_automation.h"
 #include "tests/windows/recording_object.h"
 
 namespace pxtarvo::windows {
@@ -150,6 +151,26 @@ TEST(Dispatch, RaisesWhatTheCalledObjectReports) {
         EXPECT_EQ(raised(tests::late(own), u"Abrir"), std::pair(error.number(), text));
     }
     EXPECT_EQ(tests::errorOf([] { Dispatch::create("PXTarvo.NadieLoTiene"); }), 429);
+}
+
+TEST(SpreadsheetAutomation, TakesNoChartForAWorksheet) {
+    static const Names names{u"Workbooks", u"Open", u"Sheets", u"Item", u"Cells", u"Value"};
+    static const Names chartNames{u"Name"};
+    Calls calls;
+    const auto object = [&](std::u16string_view member, tests::Answer answer) {
+        return makeCounted<RecordingObject>(
+            calls, names, std::map<std::u16string_view, tests::Answer>{{member, std::move(answer)}});
+    };
+    const auto sheet = object(u"Cells", tests::always(object(u"Value", tests::always(Variant(7.0)))));
+    const auto chart = makeCounted<RecordingObject>(calls, chartNames);
+    const auto sheets = object(u"Item", [&](const CallArguments& arguments) {
+        return tests::always(arguments.number(0) == 1 ? chart : sheet)(arguments);
+    });
+    const auto books = object(u"Open", tests::always(object(u"Sheets", tests::always(sheets))));
+    const auto application = object(u"Workbooks", tests::always(books));
+    const auto opened = SpreadsheetAutomation(tests::late(application)).OpenWorkbook("list.xls");
+    EXPECT_EQ(tests::errorOf([&] { opened->Sheet(1); }), 13);
+    EXPECT_EQ(opened->Sheet(2)->Cells(1, 3), Variant(7.0));
 }
 
 TEST(Dispatch, RemembersOnlyIdentifiersThatTheTypeDescribes) {

@@ -138,6 +138,16 @@ DISPID Dispatch::identifier(std::u16string_view member) const {
     return identifiers_->identifier(*object_, member, locale_);
 }
 
+bool Dispatch::has(std::u16string_view member) const {
+    try {
+        identifier(member);
+        return true;
+    } catch (const RuntimeError& error) {
+        if (!error.is(ErrorNumber::MemberNotSupported)) throw;
+        return false;
+    }
+}
+
 OwnedVariant Dispatch::invoke(std::u16string_view member, WORD kind,
                               std::span<const VARIANTARG> arguments) const {
     const DISPID id = identifier(member);

@@ -32,6 +32,9 @@ class Dispatch {
     explicit operator bool() const noexcept { return static_cast<bool>(object_); }
     const Reference<IDispatch>& object() const noexcept { return object_; }
 
+    /// Whether the object has a member of this name.
+    bool has(std::u16string_view member) const;
+
     /// A property's value, with arguments where it takes some.
     template <std::same_as<OwnedVariant>... Arguments>
     OwnedVariant get(std::u16string_view member, const Arguments&... arguments) const {

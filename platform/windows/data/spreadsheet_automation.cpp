@@ -22,8 +22,9 @@ class WorkbookAutomation : public Workbook {
     explicit WorkbookAutomation(Dispatch workbook) : workbook_(std::move(workbook)) {}
     std::int32_t SheetCount() const override { return workbook_.object(u"Sheets").number(u"Count"); }
     ObjectRef<Worksheet> Sheet(std::int32_t position) const override {
-        return makeObject<SheetAutomation>(
-            workbook_.object(u"Sheets").object(u"Item", OwnedVariant(position)));
+        Dispatch sheet = workbook_.object(u"Sheets").object(u"Item", OwnedVariant(position));
+        if (!sheet.has(u"Cells")) throw RuntimeError(ErrorNumber::TypeMismatch);
+        return makeObject<SheetAutomation>(std::move(sheet));
     }
 
   private:
