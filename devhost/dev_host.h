@@ -35,6 +35,8 @@ class DevHost {
 
     /// The host's own connection: what runs on it is neither recorded nor checked.
     const ObjectRef<Connection>& connection() const noexcept { return state().connection; }
+    /// The same, for what only a file of our own can do.
+    const ObjectRef<portable::SqliteConnection>& database() const noexcept { return parts_.database; }
     /// Parameters, the user's identifier and the hook before each write, shared by all contexts.
     HostState& state() const noexcept { return *parts_.state; }
 

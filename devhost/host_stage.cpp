@@ -28,6 +28,18 @@ portable::PortableOptions portableOptions(const DevHostOptions& options,
     return portable;
 }
 
+ObjectRef<portable::SqliteConnection> opened(const DevHostOptions& options) {
+    switch (options.data) {
+        case HostData::Copy:
+            return openHostCopy(options.database, options.clock);
+        case HostData::Empty:
+            return openEmptyHost(options.clock);
+        case HostData::File:
+            break;
+    }
+    return openHostFile(options.database, options.clock);
+}
+
 }  // namespace
 
 HostStage::HostStage(const DevHostOptions& options, const std::shared_ptr<ProtocolChecks>& checks)
@@ -41,7 +53,7 @@ std::unique_ptr<DevFieldHelper> HostStage::makeFieldHelper() const {
 
 HostParts::HostParts(DevHostOptions options, std::function<void()> handOverNewContext) {
     if (!options.clock) options.clock = std::make_shared<portable::SystemClock>();
-    const auto database = openHostFile(options.database, options.clock);
+    database = opened(options);
     state->connection = database;
     if (options.cursor == CursorLocation::Server) state->serverCursors = makeObject<ServerCursors>(database);
     state->recorder = options.recorder;

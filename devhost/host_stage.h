@@ -13,11 +13,20 @@
 #include "devhost/record/protocol_checks.h"
 #include "devhost/record/recorder.h"
 #include "platform/portable/portable_platform.h"
+#include "platform/portable/sqlite/sqlite_connection.h"
 
 namespace pxtarvo::devhost {
 
+/// What the host works on.
+enum class HostData {
+    File,   ///< the database file
+    Copy,   ///< a copy of it in memory: the file stays as it is
+    Empty,  ///< the host's tables in memory, without rows
+};
+
 struct DevHostOptions {
-    std::string database;                            ///< an existing file, UTF-8
+    std::string database;  ///< an existing file, UTF-8
+    HostData data = HostData::File;
     CursorLocation cursor = CursorLocation::Client;  ///< of the results that the plug-in gets
     std::string driveC;                              ///< folder that stands for drive C:, empty for none
     std::string articleFile;  ///< stands for the article file of the location update, empty for none
@@ -53,6 +62,7 @@ struct HostParts {
     HostParts(DevHostOptions options, std::function<void()> handOverNewContext);
 
     std::shared_ptr<HostState> state = std::make_shared<HostState>();
+    ObjectRef<portable::SqliteConnection> database;  ///< the state's connection
     std::shared_ptr<HostStage> stage;
 };
 

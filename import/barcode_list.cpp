@@ -1,6 +1,7 @@
 #include "import/barcode_list.h"
 
 #include "fields/window_texts.h"
+#include "import/list_columns.h"
 #include "platform/error_trap.h"
 #include "platform/values/text.h"
 
@@ -16,7 +17,7 @@ void ImportacionCodigosBarras::ejecutar() {
     ObjectRef<Workbook> libro;
     ObjectRef<Worksheet> hoja;
     const auto bHayFila = [&] {
-        const Variant vCodigo = hoja->Cells(static_cast<std::int32_t>(nFila_), colCodigo);
+        const Variant vCodigo = hoja->Cells(static_cast<std::int32_t>(nFila_), columnasCodigosBarras.nCodigo);
         return !trimBlanks(texto(vCodigo)).empty();
     };
     const auto error = trapped([&] {
@@ -38,12 +39,12 @@ void ImportacionCodigosBarras::ejecutar() {
 }
 
 void ImportacionCodigosBarras::importarFila(const Worksheet& hoja) {
-    const auto celda = [&](ColumnaHoja columna) {
+    const auto celda = [&](std::int32_t columna) {
         return texto(hoja.Cells(static_cast<std::int32_t>(nFila_), columna));
     };
-    std::string sCodigo = celda(colCodigo);
-    const std::string sDescripcion = replaced(trimBlanks(celda(colDescripcion)), "'", "");
-    const std::string sCodigoBarras(trimBlanks(celda(colCodigoBarras)));
+    std::string sCodigo = celda(columnasCodigosBarras.nCodigo);
+    const std::string sDescripcion = replaced(trimBlanks(celda(columnasCodigosBarras.nDescripcion)), "'", "");
+    const std::string sCodigoBarras(trimBlanks(celda(columnasCodigosBarras.nCodigoBarras)));
     ventana_.platform.desktop().doEvents();
     mostrarProgreso(sCodigo);
 

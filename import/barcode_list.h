@@ -6,6 +6,9 @@
 
 namespace pxtarvo {
 
+/// The only year of the list that the window imports.
+inline constexpr std::string_view sAnioCodigosBarras = "2008";
+
 class ImportacionCodigosBarras : private Corrida {
   public:
     using Corrida::Corrida;
@@ -15,9 +18,6 @@ class ImportacionCodigosBarras : private Corrida {
     void ejecutar();
 
   private:
-    /// Columns of the sheet.
-    enum ColumnaHoja { colCodigo = 1, colDescripcion = 2, colCodigoBarras = 3 };
-
     void importarFila(const Worksheet& hoja);
 };
 

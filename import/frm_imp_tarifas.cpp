@@ -145,7 +145,7 @@ void frmImpTarifas::XPButton1_Click() {
         const auto anio = std::ranges::find(anios, Combo1.text(), &AnioTarifa::sAnio);
         (anio == anios.end() ? anios.back() : *anio).importar(*this);
     }
-    if (Option1[opcionCodigosBarras].value() && Combo1.text() == "2008") msImportarCodigoBarras();
+    if (Option1[opcionCodigosBarras].value() && Combo1.text() == sAnioCodigosBarras) msImportarCodigoBarras();
 }
 
 void frmImpTarifas::cmdStock_Click() {

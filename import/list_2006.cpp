@@ -1,6 +1,7 @@
 #include "import/list_2006.h"
 
 #include "import/discount_codes.h"
+#include "import/list_columns.h"
 #include "platform/values/conversion.h"
 #include "platform/values/text.h"
 
@@ -8,7 +9,6 @@ namespace pxtarvo {
 
 namespace {
 
-constexpr std::string_view sTabla2006 = "31EUR000";
 constexpr std::int16_t nDecimales = 2;
 
 }  // namespace
@@ -30,7 +30,7 @@ void Importacion2006::ejecutar() {
 void Importacion2006::importarFila(const Recordset& rsOrigen) {
     ventana_.platform.desktop().doEvents();
     nFila_ += 1;
-    const Variant vCodigoLista = rsOrigen.Fields(posCodigo);
+    const Variant vCodigoLista = rsOrigen.Fields(columnas2006.nCodigo);
     mostrarProgreso(texto(vCodigoLista));
 
     const Variant vCodigo = trimmed(vCodigoLista, locale());
@@ -42,9 +42,9 @@ void Importacion2006::importarFila(const Recordset& rsOrigen) {
         toDouble(rsArticulo->Fields("art_Pve"), locale());
     }
     if (ventana_.Combo1.text() == sAnio2006) {  // the user may choose another year during the run
-        nDescuento_ = porcentajeDescuento(texto(trimmed(rsOrigen.Fields(posGrupo), locale())));
+        nDescuento_ = porcentajeDescuento(texto(trimmed(rsOrigen.Fields(columnas2006.nGrupo), locale())));
     }
-    const double nPrecio = toDouble(rsOrigen.Fields(posPrecio), locale());
+    const double nPrecio = toDouble(rsOrigen.Fields(columnas2006.nPrecio), locale());
     const double nImporte = ventana_.campos.oAyuda->Redondear(nPrecio / 100 * nDescuento_, nDecimales);
     const double nCoste = ventana_.campos.oAyuda->Redondear(nPrecio - nImporte, nDecimales);
 
@@ -55,7 +55,7 @@ void Importacion2006::importarFila(const Recordset& rsOrigen) {
         escritura.actualizar(condicion(Art::Id, IdArt_));
     } else {
         escritura.agregar(Art::Cod, vCodigo)
-            .agregar(Art::Des, trimmed(rsOrigen.Fields(posDescripcion), locale()));
+            .agregar(Art::Des, trimmed(rsOrigen.Fields(columnas2006.nDescripcion), locale()));
         agregarConstantes(escritura);
         escritura.agregar(Art::Mar, nUno).insertar(sMensaje_);  // brand 1, whatever brand the window shows
         IdArt_ = ultimoArticulo();                              // after a refusal the newest one there is
@@ -63,7 +63,7 @@ void Importacion2006::importarFila(const Recordset& rsOrigen) {
     const std::int32_t IdArtPro = buscarArtPro();
     escribirProveedor(bd,  // a refusal goes unnoticed
                       {.vCodigo = vCodigo,
-                       .vDescripcion = trimmed(rsOrigen.Fields(posDescripcion), locale()),
+                       .vDescripcion = trimmed(rsOrigen.Fields(columnas2006.nDescripcion), locale()),
                        .vPrecio = nPrecio,
                        .vDescuento = static_cast<double>(nDescuento_)},
                       IdArtPro);

@@ -7,6 +7,8 @@
 namespace pxtarvo {
 
 inline constexpr std::string_view sAnio2006 = "2006";
+/// Its source table.
+inline constexpr std::string_view sTabla2006 = "31EUR000";
 
 class Importacion2006 : private Corrida {
   public:
@@ -17,9 +19,6 @@ class Importacion2006 : private Corrida {
     void ejecutar();
 
   private:
-    /// Columns of the list, by position.
-    enum Posicion { posCodigo = 1, posDescripcion = 3, posPrecio = 4, posGrupo = 5 };
-
     void importarFila(const Recordset& rsOrigen);
 
     std::int16_t nDescuento_ = 0;  ///< percentage; kept while the window shows another year

@@ -1,6 +1,7 @@
 #include "import/row_import.h"
 
 #include "import/discount_codes.h"
+#include "import/list_columns.h"
 #include "platform/values/conversion.h"
 #include "platform/values/number_text.h"
 #include "platform/values/text.h"
@@ -63,7 +64,7 @@ void ImportacionTarifa::ejecutar() {
 void ImportacionTarifa::importarFila(const Recordset& rsOrigen) {
     ventana_.platform.desktop().doEvents();
     nFila_ += 1;
-    const Variant vCodigoLista = rsOrigen.Fields(posCodigo);
+    const Variant vCodigoLista = rsOrigen.Fields(columnasTarifa.nCodigo);
     mostrarProgreso(texto(vCodigoLista));
     if (formato_.bContarFilas) ventana_.ProgressBar1.setValue(nFila_);
 
@@ -75,7 +76,7 @@ void ImportacionTarifa::importarFila(const Recordset& rsOrigen) {
         // Only so that an empty current price stops the run.
         toDouble(rsArticulo->Fields("art_Pve"), locale());
     }
-    fila.nPVE = fila.nPrecio = toDouble(rsOrigen.Fields(posPrecio), locale());
+    fila.nPVE = fila.nPrecio = toDouble(rsOrigen.Fields(columnasTarifa.nPrecio), locale());
     if (bExiste && formato_.bConservarPrecioMayor) {
         const Variant vActual = rsArticulo->Fields("art_Pve");
         const auto orden = compare(fila.nPrecio, vActual, locale());
@@ -84,14 +85,15 @@ void ImportacionTarifa::importarFila(const Recordset& rsOrigen) {
 
     const ObjectRef<HostDatabase> bd = MyBd();  // one reference for the row's three writes
     escribirArticulo(fila, bd);
-    if (const auto sTexto = textoDescuento(texto(trimmed(rsOrigen.Fields(posGrupo), locale())))) {
+    if (const auto sTexto =
+            textoDescuento(texto(trimmed(rsOrigen.Fields(columnasTarifa.nGrupo), locale())))) {
         sDescuento_ = *sTexto;
     }
     escribirDescuento(bd);
     const std::int32_t IdArtPro = buscarArtPro();
     escribirProveedor(bd,  // a refusal goes unnoticed
                       {.vCodigo = fila.vCodigo,
-                       .vDescripcion = trimmed(rsOrigen.Fields(posDescripcion), locale()),
+                       .vDescripcion = trimmed(rsOrigen.Fields(columnasTarifa.nDescripcion), locale()),
                        .vPrecio = fila.nPrecio,
                        .vDescuento = nCero},
                       IdArtPro);
@@ -102,7 +104,8 @@ void ImportacionTarifa::escribirArticulo(const Fila& fila, const ObjectRef<HostD
     escritura.agregar(Art::PVE, fila.nPVE);
     if (formato_.bReactivar) escritura.agregar(Art::Estado, nCero);
     if (formato_.bFechaDeLista) {
-        escritura.agregar(Art::FechaEstadoDeLista, dayMonthYear(fila.rsOrigen.Fields(posFecha), locale()));
+        escritura.agregar(Art::FechaEstadoDeLista,
+                          dayMonthYear(fila.rsOrigen.Fields(columnasTarifa.nFecha), locale()));
     } else {
         escritura.agregarFechaServidor(Art::FechaEstado);
     }
@@ -114,7 +117,7 @@ void ImportacionTarifa::escribirArticulo(const Fila& fila, const ObjectRef<HostD
     }
 
     escritura.agregar(Art::Cod, fila.vCodigo)
-        .agregar(Art::Des, trimmed(fila.rsOrigen.Fields(posDescripcion), locale()))
+        .agregar(Art::Des, trimmed(fila.rsOrigen.Fields(columnasTarifa.nDescripcion), locale()))
         .agregar(Art::PCO, nPrecioCosteNuevo);
     agregarConstantes(escritura);
     if (!formato_.bMarcaSeleccionada) escritura.agregar(formato_.marca, nUno);

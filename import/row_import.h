@@ -18,8 +18,6 @@ class ImportacionTarifa : private Corrida {
     void ejecutar();
 
   private:
-    /// Columns of the list, by position.
-    enum Posicion { posCodigo = 1, posPrecio = 3, posFecha = 4, posGrupo = 5, posDescripcion = 9 };
     struct Fila;
 
     void avisarTabla();

@@ -1,14 +1,14 @@
 // The years of the lists: their layouts, and which import takes which. A new year is a layout and a line of
 // the table.
 
+#include "import/yearly_lists.h"
+
 #include "import/frm_imp_tarifas.h"
 #include "import/list_2006.h"
 
 namespace pxtarvo {
 
 namespace {
-
-constexpr std::string_view sTablaTarifa = "List";
 
 constexpr FormatoTarifa formato2007{
     .sTabla = sTablaTarifa,

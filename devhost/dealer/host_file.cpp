@@ -28,6 +28,12 @@ ObjectRef<portable::SqliteConnection> open(const std::string& path, std::shared_
     return std::shared_ptr<portable::SqliteConnection>(file, &file->connection);
 }
 
+ObjectRef<portable::SqliteConnection> inMemory(std::shared_ptr<const Clock> clock) {
+    auto memory =
+        std::make_shared<HostFile>(":memory:", std::move(clock), portable::DatabaseMode::CreateIfMissing);
+    return std::shared_ptr<portable::SqliteConnection>(memory, &memory->connection);
+}
+
 /// What an interrupted transaction leaves beside a database file; the next file of that name takes it for its
 /// own.
 std::filesystem::path journalOf(std::filesystem::path file) {
@@ -45,6 +51,20 @@ void discard(const std::filesystem::path& file) {
 ObjectRef<portable::SqliteConnection> openHostFile(const std::string& path,
                                                    std::shared_ptr<const Clock> clock) {
     return open(path, std::move(clock), portable::DatabaseMode::Existing);
+}
+
+ObjectRef<portable::SqliteConnection> openHostCopy(const std::string& path,
+                                                   std::shared_ptr<const Clock> clock) {
+    const auto file = openHostFile(path, clock);
+    auto memory = inMemory(std::move(clock));
+    portable::copyDatabase(file->handle(), memory->handle());
+    return memory;
+}
+
+ObjectRef<portable::SqliteConnection> openEmptyHost(std::shared_ptr<const Clock> clock) {
+    auto memory = inMemory(std::move(clock));
+    createSchema(*memory);
+    return memory;
 }
 
 void createHostFile(const std::string& path, std::shared_ptr<const Clock> clock, bool sample) {

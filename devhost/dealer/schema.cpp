@@ -5,7 +5,6 @@
 #include <string_view>
 #include <utility>
 
-#include "host/tables.h"
 #include "platform/portable/dialect/sql_collation.h"
 #include "platform/values/text.h"
 
@@ -65,10 +64,21 @@ std::string typeOf(const Columna& column) {
     return "DATETIME";
 }
 
+/// A table of which this system knows no key has one all the same: only of rows with a key can changes be
+/// kept.
+std::string ownKey(const Tabla& table) {
+    if (table.columnas.front().papel != Papel::Dato) return {};
+    return std::string(table.sNombre) + "_Id INTEGER PRIMARY KEY";
+}
+
 std::string createTable(const Tabla& table) {
     std::string sql("CREATE TABLE ");
-    sql.append(table.sNombre);
-    std::string_view separator = " (";
+    sql.append(table.sNombre).append(" (");
+    std::string_view separator;
+    if (const std::string key = ownKey(table); !key.empty()) {
+        sql.append(key);
+        separator = ", ";
+    }
     for (const Columna& column : table.columnas) {
         sql.append(std::exchange(separator, ", ")).append(column.sNombre).append(" ").append(typeOf(column));
     }
@@ -101,6 +111,12 @@ void createSchema(portable::SqliteConnection& connection) {
         connection.RollbackTrans();
         throw;
     }
+}
+
+std::size_t textSize(const Columna& column) {
+    constexpr std::string_view textType = "VARCHAR(";
+    const std::string type = typeOf(column);
+    return type.starts_with(textType) ? std::stoul(type.substr(textType.size())) : 0;
 }
 
 }  // namespace pxtarvo::devhost

@@ -17,5 +17,7 @@ void addStockCommand(CLI::App& program, Command& chosen);
 void addDeleteCommand(CLI::App& program, Command& chosen);
 void addLocationsCommand(CLI::App& program, Command& chosen);
 void addFixCodesCommand(CLI::App& program, Command& chosen);
+void addCheckCommand(CLI::App& program, Command& chosen);
+void addUndoCommand(CLI::App& program, Command& chosen);
 
 }  // namespace pxtarvo::devhost

@@ -83,6 +83,7 @@ int runDelete(const DeleteOptions& options) {
         return refused;
     };
     command.successMessage = sBorradoFinalizado;
+    command.words = deletionWords;
     command.endedWell = [&] { return listed; };
     command.reason = [](DevHost& host, std::string told) { return reasonOf(host.user(), std::move(told)); };
     return runInWindow(options.common, command);
@@ -101,6 +102,7 @@ void addDeleteCommand(CLI::App& program, Command& chosen) {
     command.add_option("--state", options->state, "only articles of this state")
         ->check(CLI::IsMember({"todos", "activo", "baja"}));
     command.add_flag("--list-only", options->listOnly, "list the articles and delete none");
+    addReportOptions(command, options->common);
 }
 
 }  // namespace pxtarvo::devhost

@@ -17,7 +17,7 @@ struct InitOptions {
 
 int runInit(const InitOptions& options) {
     const std::string& database = options.common.database;
-    if (const auto clash = traceClash(options.common, "")) return leave(exitWrongCommand, *clash);
+    if (const auto clash = outputClash(options.common, "")) return leave(exitWrongCommand, *clash);
     try {
         recorderFor(options.common);  // an empty record: nothing crosses the plug-in's boundary here
         createHostFile(database, clockFor(options.common), options.sample);

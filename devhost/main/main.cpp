@@ -37,6 +37,8 @@ int runCommandLine(int argc, char** argv) {
     addDeleteCommand(program, command);
     addLocationsCommand(program, command);
     addFixCodesCommand(program, command);
+    addCheckCommand(program, command);
+    addUndoCommand(program, command);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -40,6 +40,8 @@ int runLocations(const LocationsOptions& options) {
     command.successMessage = success;
     command.file = options.file.empty() ? std::string(sFicheroArticulos) : options.file;
     command.articleFile = options.file;
+    command.words = locationWords;
+    command.readsArticleFile = true;
     command.reason = [&](DevHost& host, std::string told) {
         // The run leaves the file open at the line that stopped it.
         const std::int32_t line = host.platform().textFiles().linesRead(nFicheroArticulos);
@@ -53,6 +55,7 @@ int runLocations(const LocationsOptions& options) {
 int runFixCodes(const FixCodesOptions& options) {
     WindowCommand command = pressing("XPButton3");
     command.successMessage = sCorreccionConcluida;
+    command.words = correctionWords;
     command.reason = [](DevHost& host, std::string told) -> std::string {
         const auto& messages = host.user().messages();
         const bool refused = !messages.empty() && messages.back().answer == MessageAnswer::No;
@@ -65,16 +68,21 @@ int runFixCodes(const FixCodesOptions& options) {
 
 void addLocationsCommand(CLI::App& program, Command& chosen) {
     const auto options = std::make_shared<LocationsOptions>();
-    addCommand(program, chosen, "locations", "Give articles without a place the one of the article file",
-               options, runLocations)
+    CLI::App& command =
+        addCommand(program, chosen, "locations", "Give articles without a place the one of the article file",
+                   options, runLocations);
+    command
         .add_option("--file", options->file, "stands for the article file, " + std::string(sFicheroArticulos))
         ->type_name("PATH");
+    addReportOptions(command, options->common);
 }
 
 void addFixCodesCommand(CLI::App& program, Command& chosen) {
-    addCommand(program, chosen, "fix-codes",
-               "Move the stock of codes without a leading zero to the same codes with it",
-               std::make_shared<FixCodesOptions>(), runFixCodes);
+    const auto options = std::make_shared<FixCodesOptions>();
+    CLI::App& command = addCommand(program, chosen, "fix-codes",
+                                   "Move the stock of codes without a leading zero to the same codes with it",
+                                   options, runFixCodes);
+    addReportOptions(command, options->common);
 }
 
 }  // namespace pxtarvo::devhost

@@ -66,4 +66,18 @@ void addCommonOptions(CLI::App& command, CommonOptions& options) {
     command.add_flag("--quiet", options.quiet, "show no progress");
 }
 
+void addDryRun(CLI::App& command, CommonOptions& options) {
+    command.add_flag("--dry-run", options.dryRun, "do everything, and keep nothing of it");
+}
+
+void addReportOptions(CLI::App& command, CommonOptions& options) {
+    addDryRun(command, options);
+    command.add_option("--changes", options.changes, "keep what the run changed in this file, for 'undo'")
+        ->type_name("FILE");
+    command.add_option("--report", options.report, "write what the run did, or would do, as a page")
+        ->type_name("FILE.html");
+    command.add_option("--csv", options.csvFolder, "write the report's tables into this folder")
+        ->type_name("FOLDER");
+}
+
 }  // namespace pxtarvo::devhost

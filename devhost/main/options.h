@@ -25,6 +25,10 @@ struct CommonOptions {
     bool inTransaction = false;
     std::string driveC;  ///< empty for none
     bool quiet = false;
+    bool dryRun = false;    ///< of commands that write
+    std::string changes;    ///< file in which they are kept, empty for none
+    std::string report;     ///< page to write, empty for none
+    std::string csvFolder;  ///< for the report's tables, empty for none
 };
 
 /// What is not given leaves its field as the window loads it.
@@ -59,6 +63,11 @@ struct DeleteOptions {
 
 /// Gives `command` the database's name and the common options.
 void addCommonOptions(CLI::App& command, CommonOptions& options);
+
+/// For a command that writes: --dry-run.
+void addDryRun(CLI::App& command, CommonOptions& options);
+/// For a run in the database: --changes, --report and --csv, beside --dry-run.
+void addReportOptions(CLI::App& command, CommonOptions& options);
 
 /// Adds a command with the common options, which `options` holds beside its own; these are the caller's to
 /// add. Where the user names the command, `run` is what the program does.

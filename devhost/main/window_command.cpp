@@ -9,6 +9,7 @@
 
 #include "devhost/main/exit_status.h"
 #include "devhost/main/progress_display.h"
+#include "devhost/main/run_keeping.h"
 #include "devhost/window_controls.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/files/drive_paths.h"
@@ -24,21 +25,12 @@ std::string asLines(std::string_view text) {
     return replaced(text, "\r\n", "\n");
 }
 
-std::string asOneLine(std::string_view text) {
-    return replaced(replaced(text, "\r\n\r\n", " "), "\r\n", " ");
-}
-
 void print(const ShownMessage& shown) {
     std::cout << asLines(shown.message.text) << '\n';
     if (shown.message.buttons == MessageButtons::YesNo) {
         std::cout << (shown.answer == MessageAnswer::Yes ? "> Sí\n" : "> No\n");
     }
     std::cout << std::flush;
-}
-
-std::string described(const RuntimeError& error) {
-    return joined(
-        {"Error '", plainNumber(error.number()), "' en tiempo de ejecución: ", error.description()});
 }
 
 /// Ends the host's own transaction, where the run has not ended it. The error of a commit.
@@ -59,15 +51,14 @@ void tellRefused(const RefusedWrites& refused) {
 }
 
 /// What a host and its run leave the program with.
-int report(const DevHost& host, const std::optional<Refusal>& notTaken,
-           const std::optional<std::string>& failure) {
+int report(const DevHost& host, const RunEnding& ending) {
     const RefusedWrites& refused = host.state().refused;
     if (refused.count() > 0) tellRefused(refused);
     int status = refused.count() > 0 ? exitRefused : exitDone;
-    if (notTaken) {
-        status = leave(notTaken->status, notTaken->reason);
-    } else if (failure) {
-        status = leave(exitFailed, *failure);
+    if (ending.notTaken) {
+        status = leave(ending.notTaken->status, ending.notTaken->reason);
+    } else if (ending.failure) {
+        status = leave(exitFailed, *ending.failure);
     }
     for (const std::string& violation : host.violations()) {
         status = leave(exitFailed, "against the rules of the host's library: " + violation);
@@ -75,46 +66,25 @@ int report(const DevHost& host, const std::optional<Refusal>& notTaken,
     return status;
 }
 
-int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& command) {
+int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& command,
+              RunKeeping& keeping) {
     DevUser& user = host.user();
     ProgressDisplay progress;
-    std::optional<Refusal> refused;
-    user.yesNo = options.answer;
     user.onMessage = [&](const ShownMessage& shown) {
         progress.clear();
         print(shown);
     };
-    bool opened = command.opener.empty();
-    user.onWindowShown = [&](Window& window) {
-        if (!std::exchange(opened, true)) {
-            press(host, control<PushButton>(window, command.opener));
-            return;
-        }
-        if (!options.quiet) progress.show(window);
-        refused = command.actions(host, window);
-        progress.end();
-    };
     user.onYielded = [&] { progress.yielded(); };
-
-    if (options.inTransaction) host.connection()->BeginTrans();
-    std::optional<std::string> failure;
-    try {
-        host.run();
-    } catch (const RuntimeError& error) {
-        failure = described(error);
-    }
+    keeping.begin(host);
+    const RunEnding ending = runOnce(host, options, command, [&](Window* window) {
+        if (window && !options.quiet) progress.show(*window);
+        if (!window) progress.end();
+        keeping.window(window);
+    });
     progress.end();
-    if (!failure && !user.lastMessageIs(command.successMessage) &&
-        !(command.endedWell && command.endedWell())) {
-        std::string told =
-            user.messages().empty() ? "nothing was said" : asOneLine(user.messages().back().message.text);
-        failure = command.reason ? command.reason(host, std::move(told)) : std::move(told);
-    }
-    if (options.inTransaction) {
-        const bool well = !failure && !refused;
-        if (auto notCommitted = endTransaction(*host.connection(), well)) failure = std::move(notCommitted);
-    }
-    return report(host, refused, failure);
+    const int status = report(host, ending);
+    keeping.finish(host, ending);
+    return status;
 }
 
 }  // namespace
@@ -128,13 +98,25 @@ int leave(ExitStatus status, std::string_view reason) {
     return status;
 }
 
-std::optional<std::string> traceClash(const CommonOptions& options, std::string_view file) {
-    if (options.trace.empty()) return std::nullopt;
+std::string asOneLine(std::string_view text) {
+    return replaced(replaced(text, "\r\n\r\n", " "), "\r\n", " ");
+}
+
+std::string described(const RuntimeError& error) {
+    return joined(
+        {"Error '", plainNumber(error.number()), "' en tiempo de ejecución: ", error.description()});
+}
+
+std::optional<std::string> outputClash(const CommonOptions& options, std::string_view file) {
+    const std::pair<std::string_view, const std::string&> outputs[] = {
+        {"--trace", options.trace}, {"--report", options.report}, {"--changes", options.changes}};
     const std::string list = portable::DrivePaths(options.driveC).resolve(file);
-    for (const std::string& read : {options.database, list}) {
-        std::error_code missing;  // what is not there cannot be overwritten
-        if (std::filesystem::equivalent(options.trace, read, missing)) {
-            return "--trace: '" + options.trace + "' would overwrite what the command reads";
+    for (const auto& [option, output] : outputs) {
+        for (const std::string& read : {options.database, list}) {
+            std::error_code missing;  // what is not there cannot be overwritten
+            if (!output.empty() && std::filesystem::equivalent(output, read, missing)) {
+                return joined({option, ": '", output, "' would overwrite what the command reads"});
+            }
         }
     }
     return std::nullopt;
@@ -150,8 +132,44 @@ std::shared_ptr<Recorder> recorderFor(const CommonOptions& options) {
     return Recorder::toFile(options.trace);
 }
 
+RunEnding runOnce(DevHost& host, const CommonOptions& options, const WindowCommand& command,
+                  const std::function<void(Window*)>& onWindow) {
+    DevUser& user = host.user();
+    RunEnding ending;
+    user.yesNo = options.answer;
+    bool opened = command.opener.empty();
+    user.onWindowShown = [&](Window& window) {
+        if (!std::exchange(opened, true)) {
+            press(host, control<PushButton>(window, command.opener));
+            return;
+        }
+        if (onWindow) onWindow(&window);
+        ending.notTaken = command.actions(host, window);
+        if (onWindow) onWindow(nullptr);
+    };
+    if (options.inTransaction) host.connection()->BeginTrans();
+    try {
+        host.run();
+    } catch (const RuntimeError& error) {
+        ending.failure = described(error);
+    }
+    user.onWindowShown = nullptr;
+    if (!ending.failure && !user.lastMessageIs(command.successMessage) &&
+        !(command.endedWell && command.endedWell())) {
+        std::string told =
+            user.messages().empty() ? "nothing was said" : asOneLine(user.messages().back().message.text);
+        ending.failure = command.reason ? command.reason(host, std::move(told)) : std::move(told);
+    }
+    if (options.inTransaction) {
+        if (auto notCommitted = endTransaction(*host.connection(), ending.well())) {
+            ending.failure = std::move(notCommitted);
+        }
+    }
+    return ending;
+}
+
 int runInWindow(const CommonOptions& options, const WindowCommand& command) {
-    if (const auto clash = traceClash(options, command.file)) return leave(exitWrongCommand, *clash);
+    if (const auto clash = outputClash(options, command.file)) return leave(exitWrongCommand, *clash);
     DevHostOptions hostOptions;
     hostOptions.database = options.database;
     hostOptions.cursor = options.cursor;
@@ -164,10 +182,12 @@ int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     } catch (const RuntimeError& error) {
         return leave(exitFailed, error.description());
     }
+    RunKeeping keeping(options, command);
+    keeping.prepare(hostOptions);
     int status = exitFailed;
     try {
         DevHost host(std::move(hostOptions));
-        status = runInHost(host, options, command);
+        status = runInHost(host, options, command, keeping);
     } catch (const RuntimeError& error) {
         tell(described(error));
     }

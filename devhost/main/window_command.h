@@ -12,13 +12,15 @@
 #include "devhost/dev_host.h"
 #include "devhost/main/exit_status.h"
 #include "devhost/main/options.h"
+#include "devhost/report/list_kind.h"
+#include "devhost/report/run_report.h"
 
 namespace pxtarvo::devhost {
 
 /// The clock that the options ask for.
 std::shared_ptr<const Clock> clockFor(const CommonOptions& options);
-/// Says that the trace would overwrite the database or `file`, if so.
-std::optional<std::string> traceClash(const CommonOptions& options, std::string_view file);
+/// Says that the trace, the report or the changes would overwrite the database or `file`, if so.
+std::optional<std::string> outputClash(const CommonOptions& options, std::string_view file);
 /// The recorder that the options ask for, empty for none; 75 where its file cannot be written.
 std::shared_ptr<Recorder> recorderFor(const CommonOptions& options);
 
@@ -43,10 +45,31 @@ struct WindowCommand {
     std::function<std::string(DevHost& host, std::string told)> reason{};
     std::string file{};         ///< what the run reads beside the database, empty where that is left alone
     std::string articleFile{};  ///< stands for the article file of the location update
+
+    // For a report.
+
+    RunWords words = importWords;
+    std::string year{};              ///< of the list, empty for none
+    std::optional<ListKind> list{};  ///< the list that is imported
+    bool readsArticleFile = false;   ///< the run reads the article file, line by line
 };
 
-/// Opens the import window and runs the command in it or in the window that its button opens: messages go to
-/// standard output, progress and the reason of a failure to standard error. Gives back the exit status.
+/// How a run ended.
+struct RunEnding {
+    std::optional<Refusal> notTaken;     ///< nothing was started
+    std::optional<std::string> failure;  ///< why it did not end well
+    bool well() const noexcept { return !notTaken && !failure; }
+};
+
+/// Opens the import window once and runs the command in it or in the window that its button opens, within a
+/// transaction of the host's where the options ask for one. What the host's user is to do about messages is
+/// the caller's to set; `onWindow`, which may be empty, is told of the window in which the command works, and
+/// nullptr when it has worked.
+RunEnding runOnce(DevHost& host, const CommonOptions& options, const WindowCommand& command,
+                  const std::function<void(Window*)>& onWindow);
+
+/// Runs the command: messages go to standard output, progress and the reason of a failure to standard error,
+/// what the options ask to be kept of it to its files. Gives back the exit status.
 int runInWindow(const CommonOptions& options, const WindowCommand& command);
 
 /// Types `text` into the box, over what it holds, and leaves it with Enter. False when the box did not take
@@ -65,5 +88,10 @@ struct FieldText {
 std::optional<Refusal> typeFields(DevHost& host, const Window& window, std::span<const FieldText> fields);
 /// Presses a button; once more where a message of the field that lost the focus swallowed the click.
 void press(DevHost& host, PushButton& button);
+
+/// A message's text on one line.
+std::string asOneLine(std::string_view text);
+/// An error as the run-time report describes it.
+std::string described(const RuntimeError& error);
 
 }  // namespace pxtarvo::devhost

@@ -96,4 +96,13 @@ void run(sqlite3* database, const char* sql) {
     if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK) throw providerError(database);
 }
 
+void copyDatabase(sqlite3* from, sqlite3* to) {
+    sqlite3_backup* const copying = sqlite3_backup_init(to, "main", from, "main");
+    if (!copying) throw providerError(to);
+    constexpr int allPages = -1;
+    const int result = sqlite3_backup_step(copying, allPages);
+    sqlite3_backup_finish(copying);  // leaves its error with `to`
+    if (result != SQLITE_DONE) throw providerError(to);
+}
+
 }  // namespace pxtarvo::portable

@@ -21,6 +21,12 @@ struct FinalizeStatement {
 };
 using StatementHandle = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
+struct FreeSqliteMemory {
+    void operator()(void* memory) const noexcept { sqlite3_free(memory); }
+};
+/// What SQLite hands over to be freed.
+using SqliteMemory = std::unique_ptr<void, FreeSqliteMemory>;
+
 /// The provider's error for the last failure of `database`: the number and the Spanish text of the host's
 /// server where it has one.
 RuntimeError providerError(sqlite3* database);
@@ -31,5 +37,7 @@ StatementHandle prepare(sqlite3* database, std::string_view sql, unsigned flags 
 bool step(sqlite3_stmt* statement);
 /// Runs statements of SQLite's own dialect that give no rows. Raises the provider's error.
 void run(sqlite3* database, const char* sql);
+/// Makes the whole of `to` what `from` is now. Raises the provider's error.
+void copyDatabase(sqlite3* from, sqlite3* to);
 
 }  // namespace pxtarvo::portable

@@ -1,0 +1,79 @@
+#include "devhost/changes/changeset.h"
+
+#include <memory>
+#include <stdexcept>
+
+namespace pxtarvo::devhost {
+
+namespace {
+
+struct EndIteration {
+    void operator()(sqlite3_changeset_iter* rows) const noexcept { sqlite3changeset_finalize(rows); }
+};
+
+[[noreturn]] void raiseDamaged() {
+    throw std::runtime_error("the changes cannot be read");
+}
+
+}  // namespace
+
+std::string_view ChangedValue::text() const noexcept {
+    if (isNull()) return {};
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value_));
+    return text ? std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value_)))
+                : std::string_view();
+}
+
+RowChange::RowChange(sqlite3_changeset_iter* row) : row_(row) {
+    const char* table = nullptr;
+    int operation = 0;
+    unsigned char* keys = nullptr;
+    if (sqlite3changeset_op(row, &table, &columns_, &operation, nullptr) != SQLITE_OK ||
+        sqlite3changeset_pk(row, &keys, nullptr) != SQLITE_OK) {
+        raiseDamaged();
+    }
+    table_ = table;
+    kind_ = operation == SQLITE_INSERT   ? ChangeKind::Inserted
+            : operation == SQLITE_DELETE ? ChangeKind::Deleted
+                                         : ChangeKind::Updated;
+    int found = 0;
+    for (int column = 0; column < columns_; ++column) {
+        if (keys[column] != 0 && ++found == 1) key_ = column;
+    }
+    if (found > 1) key_ = -1;
+}
+
+ChangedValue RowChange::before(int column) const {
+    sqlite3_value* value = nullptr;
+    if (kind_ != ChangeKind::Inserted && sqlite3changeset_old(row_, column, &value) != SQLITE_OK)
+        raiseDamaged();
+    return ChangedValue(value);
+}
+
+ChangedValue RowChange::after(int column) const {
+    sqlite3_value* value = nullptr;
+    if (kind_ != ChangeKind::Deleted && sqlite3changeset_new(row_, column, &value) != SQLITE_OK)
+        raiseDamaged();
+    return ChangedValue(value);
+}
+
+std::int64_t RowChange::keyValue() const {
+    if (key_ < 0) return 0;
+    return (kind_ == ChangeKind::Inserted ? after(key_) : before(key_)).whole();
+}
+
+void forEachChange(std::string_view changes, const std::function<void(const RowChange&)>& visit) {
+    if (changes.empty()) return;
+    sqlite3_changeset_iter* started = nullptr;
+    // SQLite reads the bytes only.
+    if (sqlite3changeset_start(&started, static_cast<int>(changes.size()),
+                               const_cast<char*>(changes.data())) != SQLITE_OK) {
+        raiseDamaged();
+    }
+    const std::unique_ptr<sqlite3_changeset_iter, EndIteration> rows(started);
+    int result = sqlite3changeset_next(rows.get());
+    for (; result == SQLITE_ROW; result = sqlite3changeset_next(rows.get())) visit(RowChange(rows.get()));
+    if (result != SQLITE_DONE) raiseDamaged();
+}
+
+}  // namespace pxtarvo::devhost

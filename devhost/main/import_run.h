@@ -1,0 +1,36 @@
+#pragma once
+
+// An import as a command of the window.
+
+#include <string>
+#include <vector>
+
+#include "devhost/main/options.h"
+#include "devhost/main/window_command.h"
+
+namespace pxtarvo::devhost {
+
+/// The years that the window offers.
+inline const std::vector<std::string> importYears{"2006", "2007", "2008", "2009", "2010", "2011", "2012"};
+
+class ImportRun {
+  public:
+    /// The options must outlive it.
+    explicit ImportRun(const ImportOptions& options);
+    ImportRun(const ImportRun&) = delete;
+    ImportRun& operator=(const ImportRun&) = delete;
+
+    WindowCommand& command() noexcept { return command_; }
+
+  private:
+    std::optional<Refusal> work(DevHost& host, Window& window);
+    std::string reason(std::string told) const;
+
+    const ImportOptions& options_;
+    std::string year_;
+    std::string list_;
+    bool closed_ = false;  ///< the run has closed the window
+    WindowCommand command_;
+};
+
+}  // namespace pxtarvo::devhost

@@ -1,0 +1,174 @@
+#include "devhost/main/run_keeping.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <utility>
+
+#include "devhost/main/further_faults.h"
+#include "devhost/report/list_file.h"
+#include "devhost/report/report_csv.h"
+#include "devhost/report/report_page.h"
+#include "devhost/window_controls.h"
+#include "import/article_file.h"
+#include "platform/portable/files/drive_paths.h"
+#include "platform/values/date_text.h"
+#include "platform/values/text.h"
+
+namespace pxtarvo::devhost {
+
+namespace {
+
+// In Text1 of the windows.
+constexpr int fileField = 0;
+constexpr int supplierField = 1;
+constexpr int brandField = 3;
+
+/// "24 NOMBRE": a code's box and the one beside it.
+std::string codeAndName(const Window& window, int field) {
+    const auto* code = findControl<TextBox>(window, "Text1", field);
+    const auto* name = findControl<TextBox>(window, "Text1", field + 1);
+    if (!code || !name) return {};
+    return std::string(trimBlanks(code->text() + " " + name->text()));
+}
+
+std::string timeText(const CalendarTime& time) {
+    const auto two = [](int part) { return (part < 10 ? "0" : "") + std::to_string(part); };
+    return joined({dayMonthYear(time), " ", two(time.hour), ":", two(time.minute)});
+}
+
+void requireWritable(const std::string& path) {
+    if (path.empty()) return;
+    if (!std::ofstream(path, std::ios::app)) throw std::runtime_error("'" + path + "' cannot be written");
+}
+
+}  // namespace
+
+RunKeeping::RunKeeping(const CommonOptions& options, const WindowCommand& command, Purpose purpose)
+    : options_(options),
+      command_(command),
+      purpose_(purpose),
+      reports_(purpose == Purpose::Check || !options.report.empty() || !options.csvFolder.empty()) {
+    if (!options.changes.empty()) changesFile_.emplace(options.changes);
+    requireWritable(options.report);
+    report_.words = command.words;
+    report_.rehearsal = options.dryRun || purpose == Purpose::Check;
+    if (purpose == Purpose::Keep) report_.database = options.database;
+    if (reports_ && command.list) {
+        findings_.emplace(*command.list);
+        watch_->wanted = findings_->wanted();
+        watch_->onRow = [this](const ListRow& row) { findings_->row(row); };
+    }
+}
+
+void RunKeeping::prepare(DevHostOptions& host) {
+    if (options_.dryRun) host.data = HostData::Copy;
+    if (!reports_) return;
+    watchList(host, command_, watch_);
+    hostOptions_ = host;
+    hostOptions_.recorder = nullptr;
+}
+
+void RunKeeping::begin(DevHost& host) {
+    if (reports_ || changesFile_) log_.emplace(host.database());
+}
+
+void RunKeeping::window(Window* shown) {
+    if (shown) {
+        window_ = shown;
+    } else if (reports_) {
+        takeFields();
+    }
+}
+
+void RunKeeping::takeFields() {
+    if (command_.list || command_.readsArticleFile) {
+        const auto* file = findControl<TextBox>(*window_, "Text1", fileField);
+        const std::string path = command_.readsArticleFile ? command_.file
+                                 : file                    ? file->text()
+                                                           : std::string();
+        listPlace_ = portable::DrivePaths(options_.driveC).resolve(path);
+    }
+    if (purpose_ == Purpose::Check) return;
+    const bool ofImport = command_.list.has_value();
+    if (ofImport) report_.supplier = codeAndName(*window_, supplierField);
+    if (ofImport || !command_.opener.empty()) report_.brand = codeAndName(*window_, brandField);
+}
+
+void RunKeeping::takeEnding(const DevHost& host, const RunEnding& ending) {
+    report_.when = timeText(hostOptions_.clock->now());
+    report_.endedWell = ending.well();
+    report_.reason = ending.notTaken ? ending.notTaken->reason : ending.failure.value_or("");
+    if (purpose_ == Purpose::Keep) {
+        for (const ShownMessage& shown : host.user().messages())
+            report_.messages.push_back(shown.message.text);
+    }
+    report_.refusedWrites = host.state().refused.count();
+    report_.firstRefused = host.state().refused.first();
+    if (command_.readsArticleFile) {
+        report_.lastRow = host.platform().textFiles().linesRead(nFicheroArticulos);  // 0 once it is closed
+        report_.stoppedInRow = report_.lastRow > 0;
+    } else {
+        report_.lastRow = watch_->row();
+        report_.stoppedInRow = watch_->stoppedInRow() && !ending.well();
+    }
+}
+
+void RunKeeping::takeList(const DevHost&, const RunEnding& ending) {
+    if (listPlace_.empty()) return;
+    report_.list = describeListFile(listPlace_);
+    if (!report_.list) return;
+    ListFile& list = *report_.list;
+    list.year = command_.year;
+    if (command_.list) {
+        list.table = command_.list->table;
+        if (const auto preview = previewList(listPlace_, *command_.list)) list.look = preview->look;
+    }
+    if (report_.stoppedInRow) {
+        report_.faults.push_back(command_.readsArticleFile
+                                     ? faultyLine(listPlace_, report_.lastRow, ending.failure.value_or(""))
+                                     : faultAt(*watch_, ending.failure.value_or("")));
+        findFurtherFaults();
+    }
+    list.columns = watch_->columns();
+    list.rows = watch_->row();
+    if (findings_) report_.warnings = findings_->warnings();
+}
+
+void RunKeeping::findFurtherFaults() {
+    DevHostOptions hostOptions = hostOptions_;
+    if (hostOptions.data == HostData::File) hostOptions.data = HostData::Copy;
+    std::vector<ListFault> further;
+    if (command_.readsArticleFile) {
+        further = faultyLines(std::move(hostOptions), options_, command_, listPlace_, report_.lastRow + 1);
+    } else {
+        DevHost host(std::move(hostOptions));
+        further = furtherFaults(host, options_, command_, *watch_);
+    }
+    std::ranges::move(further, std::back_inserter(report_.faults));
+}
+
+void RunKeeping::finish(DevHost& host, const RunEnding& ending) {
+    if (!log_) return;
+    const std::string changes = log_->changes();
+    log_.reset();
+    if (changesFile_) changesFile_->write(changes);
+    if (!reports_) return;
+    takeEnding(host, ending);
+    ListPrice listPrice;
+    if (findings_ && command_.list->columns.nPrecio >= 0) {
+        listPrice = [this](std::string_view code) { return findings_->lastPrice(code); };
+    }
+    if (purpose_ == Purpose::Keep) report_.facts = gatherFacts(*host.database(), changes, listPrice);
+    takeList(host, ending);
+    if (!options_.report.empty()) {
+        std::ofstream page(options_.report, std::ios::binary | std::ios::trunc);
+        page << reportPage(report_);
+        page.close();
+        if (!page) throw std::runtime_error("'" + options_.report + "' could not be written whole");
+    }
+    if (!options_.csvFolder.empty()) writeReportTables(report_, options_.csvFolder);
+}
+
+}  // namespace pxtarvo::devhost

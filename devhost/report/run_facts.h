@@ -1,0 +1,67 @@
+#pragma once
+
+// What a run did to the dealer's tables, from the changes that were kept of it.
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/portable/sqlite/sqlite_connection.h"
+
+namespace pxtarvo::devhost {
+
+struct ArticleFact {
+    std::int64_t id = 0;
+    std::string code{};
+    std::string description{};
+    std::optional<double> before{};  ///< selling price; none for a new article and for Null
+    std::optional<double> after{};   ///< none for a deleted article and for Null
+    double stock = 0;  ///< units in all warehouses, after the run; before it for a deleted article
+};
+
+/// A stock row, or a place, that was written.
+struct StockFact {
+    std::int64_t article = 0;
+    std::string code{};
+    double before = 0;  ///< units
+    double after = 0;
+};
+struct PlaceFact {
+    std::int64_t article = 0;
+    std::string code{};
+    std::string before{};
+    std::string after{};
+};
+
+struct RunFacts {
+    bool changed = false;                  ///< anything at all
+    std::vector<ArticleFact> repriced;     ///< had a price, and have another
+    std::vector<ArticleFact> firstPriced;  ///< had none, or zero
+    std::vector<ArticleFact> added;
+    std::vector<ArticleFact> retired;     ///< were active and are not
+    std::size_t retiredThoughListed = 0;  ///< of these, the ones that the list names
+    std::vector<ArticleFact> deleted;
+    std::size_t reactivated = 0;  ///< were retired and are active
+    std::size_t keptHigher = 0;   ///< listed articles whose price stays above the list's
+    std::size_t supplierRowsNew = 0;
+    std::size_t supplierRowsChanged = 0;
+    std::size_t discountTexts = 0;  ///< new or changed
+    std::size_t historyRows = 0;    ///< of stock movements, new
+    std::vector<StockFact> stock;   ///< stock rows whose units changed, new ones and deleted ones among them
+    std::vector<PlaceFact> places;
+    double stockValueBefore = 0;  ///< units times selling price, over all articles
+    double stockValueAfter = 0;
+};
+
+/// The price that the list gives to a code; nothing for a code that it lacks.
+using ListPrice = std::function<std::optional<double>(std::string_view code)>;
+
+/// Reads the tables as they are after the run. `listPrice` may be empty. Raises the provider's error.
+RunFacts gatherFacts(portable::SqliteConnection& connection, std::string_view changes,
+                     const ListPrice& listPrice);
+
+}  // namespace pxtarvo::devhost

@@ -1,0 +1,59 @@
+#include "devhost/watch/list_watch.h"
+
+#include <utility>
+
+#include "platform/values/runtime_error.h"
+
+namespace pxtarvo::devhost {
+
+void ListWatch::columns(std::vector<std::string> names) {
+    names_ = std::move(names);
+    read_.resize(names_.size());
+    values_.resize(names_.size());
+    present_.resize(names_.size());
+}
+
+void ListWatch::beginRow(Rest rest) {
+    endRow();
+    rest_ = std::move(rest);
+    present_.assign(present_.size(), false);
+    row_ += 1;
+    last_ = -1;
+    inRow_ = true;
+    stopped_ = false;
+}
+
+void ListWatch::seen(std::int32_t position, const Variant& value) {
+    const auto at = static_cast<std::size_t>(position);
+    if (!inRow_ || at >= values_.size()) return;
+    last_ = position;
+    read_[at] = true;
+    if (present_[at]) return;
+    values_[at] = value;
+    present_[at] = true;
+}
+
+void ListWatch::complete(std::int32_t position) {
+    const auto at = static_cast<std::size_t>(position);
+    if (at >= values_.size() || present_[at]) return;
+    try {
+        values_[at] = rest_ ? rest_(position) : Variant();
+    } catch (const RuntimeError&) {
+        values_[at] = Variant();  // damage in what no run reads stops none
+    }
+    present_[at] = true;
+}
+
+void ListWatch::endRow(bool stopped) {
+    if (!std::exchange(inRow_, false)) return;
+    stopped_ = stopped;
+    if (stopped) {
+        for (std::size_t at = 0; at < values_.size(); ++at) complete(static_cast<std::int32_t>(at));
+    } else {
+        for (const std::int32_t position : wanted) complete(position);
+    }
+    rest_ = nullptr;
+    if (onRow) onRow({row_, values_});
+}
+
+}  // namespace pxtarvo::devhost

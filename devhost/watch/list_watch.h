@@ -1,0 +1,65 @@
+#pragma once
+
+// What a run reads of its list, as it reads it: the row at hand, its values, which column came last.
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/values/variant.h"
+
+namespace pxtarvo::devhost {
+
+/// A row of the list. Valid while it is being visited.
+struct ListRow {
+    std::int32_t number = 0;             ///< 1-based
+    const std::vector<Variant>& values;  ///< by position; Empty where there is none
+};
+
+/// Follows a list over one run, or over several that go on where the one before stopped.
+class ListWatch {
+  public:
+    /// Each row once, after the run has finished with it.
+    std::function<void(const ListRow&)> onRow;
+    /// The positions whose values onRow needs, whether the run reads them or not.
+    std::vector<std::int32_t> wanted;
+    /// Gives the value at a position that the run itself has not read; Empty for none.
+    using Rest = std::function<Variant(std::int32_t position)>;
+
+    /// The list's columns, by position.
+    void columns(std::vector<std::string> names);
+    const std::vector<std::string>& columns() const noexcept { return names_; }
+    /// Which of them a run has read.
+    const std::vector<bool>& readColumns() const noexcept { return read_; }
+
+    /// A row is the current one; its values are those that the run reads, the others come from `rest`.
+    void beginRow(Rest rest);
+    void seen(std::int32_t position, const Variant& value);
+    /// The run has left the row. Where it has `stopped` in it, all of the row's values are kept.
+    void endRow(bool stopped = false);
+
+    /// Whether the run that left the last row has stopped in it.
+    bool stoppedInRow() const noexcept { return stopped_; }
+    /// The row at hand or, between two rows, the last one; 0 before the first.
+    std::int32_t row() const noexcept { return row_; }
+    /// What was read last, in that row; -1 for nothing.
+    std::int32_t lastPosition() const noexcept { return last_; }
+    /// The last row's values, also when it was ended.
+    const std::vector<Variant>& values() const noexcept { return values_; }
+
+  private:
+    void complete(std::int32_t position);
+
+    std::vector<std::string> names_;
+    std::vector<bool> read_;
+    std::vector<Variant> values_;
+    std::vector<bool> present_;  ///< of values_, in this row
+    Rest rest_;
+    std::int32_t row_ = 0;
+    std::int32_t last_ = -1;
+    bool inRow_ = false;
+    bool stopped_ = false;
+};
+
+}  // namespace pxtarvo::devhost

@@ -1,0 +1,100 @@
+#include "devhost/watch/watched_source.h"
+
+#include <string>
+#include <utility>
+
+#include "platform/portable/access/row_source.h"
+#include "platform/portable/access/stream_recordset.h"
+#include "platform/portable/portable_platform.h"
+
+namespace pxtarvo::devhost {
+
+using portable::RowSource;
+using portable::RowStream;
+
+struct WatchedList {
+    std::shared_ptr<ListWatch> watch;
+    ObjectRef<Connection> connection;  ///< made by the first run
+    std::shared_ptr<RowStream> rows;   ///< opened by the first run
+};
+
+namespace {
+
+class WatchedRows : public RowStream {
+  public:
+    explicit WatchedRows(std::shared_ptr<WatchedList> list) : list_(std::move(list)) {}
+    ~WatchedRows() override { list_->watch->endRow(true); }
+
+    std::int32_t columnCount() const override { return rows().columnCount(); }
+    const std::string& columnName(std::int32_t position) const override {
+        return rows().columnName(position);
+    }
+    void rewind() override { rows().rewind(); }
+
+    bool next() override {
+        list_->watch->endRow();
+        if (!rows().next()) return false;
+        list_->watch->beginRow([this](std::int32_t position) { return rows().value(position); });
+        return true;
+    }
+    Variant value(std::int32_t position) const override {
+        Variant value = rows().value(position);
+        list_->watch->seen(position, value);
+        return value;
+    }
+
+  private:
+    RowStream& rows() const { return *list_->rows; }
+
+    std::shared_ptr<WatchedList> list_;
+};
+
+class WatchedSource : public Connection, public RowSource {
+  public:
+    WatchedSource(std::shared_ptr<WatchedList> list, ObjectRef<Connection> connection)
+        : list_(std::move(list)), connection_(std::move(connection)) {}
+
+    void ConnectionString(std::string_view value) override { connection_->ConnectionString(value); }
+    void Open(std::string_view userId, std::string_view password, std::int32_t options) override {
+        connection_->Open(userId, password, options);
+    }
+    std::int32_t State() const override { return connection_->State(); }
+    ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) override {
+        return connection_->Execute(commandText, options);
+    }
+    void BeginTrans() override { connection_->BeginTrans(); }
+    void CommitTrans() override { connection_->CommitTrans(); }
+    void RollbackTrans() override { connection_->RollbackTrans(); }
+
+    std::unique_ptr<RowStream> openRows(std::string_view statement) override {
+        auto& source = dynamic_cast<RowSource&>(*connection_.shared());
+        if (!statement.starts_with("SELECT *")) return source.openRows(statement);
+        if (!list_->rows) {
+            list_->connection = connection_;
+            list_->rows = source.openRows(statement);
+            std::vector<std::string> names;
+            for (std::int32_t at = 0; at < list_->rows->columnCount(); ++at) {
+                names.push_back(list_->rows->columnName(at));
+            }
+            list_->watch->columns(std::move(names));
+        }
+        return std::make_unique<WatchedRows>(list_);
+    }
+
+  private:
+    std::shared_ptr<WatchedList> list_;
+    ObjectRef<Connection> connection_;
+};
+
+}  // namespace
+
+std::function<ObjectRef<Connection>(const portable::DrivePaths&)> watchedSource(
+    std::shared_ptr<ListWatch> watch) {
+    auto list = std::make_shared<WatchedList>();
+    list->watch = std::move(watch);
+    return [list = std::move(list)](const portable::DrivePaths& paths) -> ObjectRef<Connection> {
+        return makeObject<WatchedSource>(list, portable::accessFileReader(paths));
+    };
+}
+
+}  // namespace pxtarvo::devhost
