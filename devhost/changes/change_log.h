@@ -1,34 +1,32 @@
 #pragma once
 
-// What a run really changes, recorded by SQLite's session extension.
+// What a run really changes: the tables as they were beside the tables as they are, by SQLite's session
+// extension. A session that records while the run writes would double the run's time.
 
-#include <memory>
+#include <cstdint>
 #include <string>
 
 #include "platform/portable/sqlite/sqlite_connection.h"
 
-struct sqlite3_session;
-
 namespace pxtarvo::devhost {
 
-/// Keeps the connection open. Changes of the host's tables made over it count from the construction on;
-/// what is undone before changes() is asked does not.
+/// Keeps the connection open, and the database as it was in memory.
 class ChangeLog {
   public:
-    /// Raises std::runtime_error for a table whose rows have no key, as older versions of this host made
-    /// them; the provider's error otherwise.
+    /// What is changed from now on counts. No transaction may be open. Raises std::runtime_error for a table
+    /// whose rows have no key, as older versions of this host made them; the provider's error otherwise.
     explicit ChangeLog(ObjectRef<portable::SqliteConnection> connection);
 
-    /// The net changes so far, as a changeset of SQLite. Raises the provider's error.
-    std::string changes() const;
+    /// The net changes of the host's tables so far, as a changeset of SQLite; to be asked once, with no
+    /// transaction open. Raises std::runtime_error where another program wrote into the file meanwhile, as
+    /// its changes cannot be told apart; the provider's error otherwise.
+    std::string changes();
 
   private:
-    struct EndSession {
-        void operator()(sqlite3_session* session) const noexcept;
-    };
-
-    ObjectRef<portable::SqliteConnection> connection_;  ///< outlives the session
-    std::unique_ptr<sqlite3_session, EndSession> session_;
+    ObjectRef<portable::SqliteConnection> connection_;
+    portable::SqliteMemory before_;  ///< the file's bytes
+    std::int64_t size_ = 0;
+    std::int64_t version_ = 0;  ///< changes with each write of another connection
 };
 
 }  // namespace pxtarvo::devhost

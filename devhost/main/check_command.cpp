@@ -53,8 +53,8 @@ std::string lineOf(const ListWarning& warning) {
         joined({"row ", plainNumber(warning.row), ", code '", warning.code, "': ", titleOf(warning.kind)});
     switch (warning.kind) {
         case WarningKind::RepeatedCode:
-            line += joined({", at ", warning.value, "; in row ", plainNumber(warning.otherRow), " at ",
-                            warning.otherValue});
+            line += joined({", also in row ", plainNumber(warning.otherRow)});
+            if (!warning.value.empty()) line += joined({": ", warning.otherValue, " and ", warning.value});
             break;
         case WarningKind::UnknownGroup:
             line += joined({" '", warning.value, "'"});
@@ -71,7 +71,7 @@ std::string lineOf(const ListWarning& warning) {
 int tellAll(const RunReport& report) {
     for (const ListFault& fault : report.faults) std::cout << "stops: " << lineOf(fault) << '\n';
     for (const ListWarning& warning : report.warnings) std::cout << "warning: " << lineOf(warning) << '\n';
-    std::cout << plainNumber(report.lastRow) << " rows, " << report.faults.size()
+    std::cout << plainNumber(report.list ? report.list->rows : 0) << " rows, " << report.faults.size()
               << " would stop the import, " << report.warnings.size()
               << (report.warnings.size() == 1 ? " warning" : " warnings") << std::endl;
     if (!report.endedWell || !report.faults.empty()) {
