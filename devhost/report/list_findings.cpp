@@ -22,7 +22,7 @@ const Variant& at(const ListRow& row, std::int32_t position) {
 }  // namespace
 
 /// Letters beyond ASCII take no part, and what the comparison passes over neither.
-std::size_t ListFindings::SameCode::operator()(const std::string& code) const noexcept {
+std::size_t ListFindings::SameCode::operator()(const std::string& code) const {
     std::size_t hash = 14695981039346656037U;  // FNV-1a
     for (const char character : trimTrailingBlanks(code)) {
         const auto byte = static_cast<unsigned char>(character);

@@ -52,7 +52,8 @@ class ListFindings {
 
   private:
     struct SameCode {
-        std::size_t operator()(const std::string& code) const noexcept;                    // a hash
+        std::size_t operator()(
+            const std::string& code) const;  // a hash; not noexcept, so that each code keeps its own
         bool operator()(const std::string& one, const std::string& other) const noexcept;  // equality
     };
     struct Stood {

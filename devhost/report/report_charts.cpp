@@ -45,11 +45,9 @@ std::string picture(int height, std::string_view title, std::string_view content
                    "\"><title>", title, "</title>", contents, "</svg>\n"});
 }
 
-std::string binLabel(std::size_t bin) {
-    const auto edge = [](std::size_t at) { return std::to_string(static_cast<int>(edges[at])); };
-    if (bin == 0) return "&lt; " + edge(0);
-    if (bin == std::size(edges)) return "&gt; " + edge(std::size(edges) - 1);
-    return joined({edge(bin - 1), " a ", edge(bin)});
+/// Under the line between two bars.
+std::string edgeLabel(double edge) {
+    return joined({edge > 0 ? "+" : "", std::to_string(static_cast<int>(edge)), " %"});
 }
 
 }  // namespace
@@ -74,7 +72,10 @@ std::string priceHistogram(const std::vector<ArticleFact>& repriced) {
         if (counts[bin] > 0) {
             contents += text("middle", middle, top - 4, wholeNumber(static_cast<std::int64_t>(counts[bin])));
         }
-        contents += text("middle", middle, chartTop + chartHeight + lineHeight, binLabel(bin));
+        if (bin < std::size(edges)) {
+            contents +=
+                text("middle", x + barSlot, chartTop + chartHeight + lineHeight, edgeLabel(edges[bin]));
+        }
     }
     return picture(chartTop + chartHeight + lineHeight + barGap,
                    "Número de artículos según el cambio de su precio, en tanto por ciento", contents);
@@ -95,7 +96,7 @@ std::string stockValueBars(double before, double after) {
         const double length = std::max(0.0, row.value) / most * (width - labelWidth - amountWidth);
         contents += text("start", 0, top + lineHeight, row.label);
         contents += bar(row.kind, labelWidth, top + 2, length, rowHeight - 10);
-        contents += text("start", labelWidth + length + barGap, top + lineHeight, amount(row.value));
+        contents += text("start", labelWidth + length + barGap, top + lineHeight, money(row.value));
         top += rowHeight;
     }
     return picture(top, "Valor de las existencias a los precios de antes y de después", contents);

@@ -49,6 +49,18 @@ std::string amount(double value) {
     return grouped(plain(value));
 }
 
+std::string money(double value) {
+    constexpr int cents = 2;
+    return grouped(fixed(value, cents));
+}
+
+std::string units(double value) {
+    std::string text = plain(value);
+    constexpr std::string_view noFraction = ",00";
+    if (text.ends_with(noFraction)) text.resize(text.size() - noFraction.size());
+    return grouped(text);
+}
+
 std::string amount(const std::optional<double>& value) {
     return value ? amount(*value) : std::string();
 }

@@ -172,17 +172,17 @@ class Page {
 
     std::string retiredDetail() const {
         std::size_t withStock = 0;
-        double units = 0;
+        double unitCount = 0;
         double value = 0;
         for (const ArticleFact& article : report_.facts.retired) {
-            if (article.stock == 0) continue;
+            if (article.stock <= 0) continue;
             ++withStock;
-            units += article.stock;
+            unitCount += article.stock;
             value += article.stock * article.after.value_or(0);
         }
         std::string detail =
-            joined({wholeNumber(static_cast<std::int64_t>(withStock)), " con existencias: ", amount(units),
-                    " unidades, por valor de ", amount(value)});
+            joined({wholeNumber(static_cast<std::int64_t>(withStock)), " con existencias: ", units(unitCount),
+                    " unidades, por valor de ", money(value)});
         if (const std::size_t listed = report_.facts.retiredThoughListed; listed > 0) {
             detail.append("; ").append(wholeNumber(static_cast<std::int64_t>(listed)));
             detail += " están en la lista, pero el formato de ese año no los reactiva";

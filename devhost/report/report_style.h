@@ -28,7 +28,9 @@ dd { margin: 0; overflow-wrap: anywhere; }
 table { border-collapse: collapse; width: 100%; }
 th, td { text-align: left; padding: .25rem .6rem; border-bottom: 1px solid var(--linea); vertical-align: top; }
 th { color: var(--tenue); font-weight: 600; }
-td { overflow-wrap: anywhere; white-space: pre-wrap; }
+td { white-space: pre-wrap; }
+.tabla td:first-child { white-space: pre; }
+.totales td { padding-right: 1.5rem; }
 .n { text-align: right; white-space: nowrap; font-variant-numeric: tabular-nums; }
 .totales { width: auto; }
 svg { width: 100%; height: auto; max-width: 44rem; display: block; }

@@ -66,14 +66,17 @@ const Shown<ArticleFact> articlePercentage{"Cambio", true, [](const ArticleFact&
                                                return form == CellForm::Page ? percentage(before, after)
                                                                              : plainPercentage(before, after);
                                            }};
-const Shown<ArticleFact> articleStock{
-    "Existencias", true, [](const ArticleFact& row, CellForm form) { return shown(row.stock, form); }};
+const Shown<ArticleFact> articleStock{"Existencias", true, [](const ArticleFact& row, CellForm form) {
+                                          return form == CellForm::Page ? units(row.stock)
+                                                                        : plainAmount(row.stock);
+                                      }};
 const Shown<ArticleFact> articlePrice{"Precio", true, [](const ArticleFact& row, CellForm form) {
                                           return shown(row.after ? row.after : row.before, form);
                                       }};
 const Shown<ArticleFact> articleValue{"Valor", true, [](const ArticleFact& row, CellForm form) {
                                           const double price = row.after.value_or(row.before.value_or(0));
-                                          return shown(row.stock * price, form);
+                                          return form == CellForm::Page ? money(row.stock * price)
+                                                                        : plainAmount(row.stock * price);
                                       }};
 
 double share(const ArticleFact& row) {
@@ -182,7 +185,7 @@ ReportTable allPrices(const RunReport& report) {
 ReportTable withStockFirst(std::string_view name, std::string title,
                            const std::vector<ArticleFact>& articles) {
     std::vector<const ArticleFact*> rows = pointers(articles);
-    std::ranges::stable_partition(rows, [](const ArticleFact* row) { return row->stock != 0; });
+    std::ranges::stable_partition(rows, [](const ArticleFact* row) { return row->stock > 0; });
     ReportTable made =
         table<ArticleFact>(name, std::move(title), std::move(rows),
                            {articleCode, articleDescription, articlePrice, articleStock, articleValue});
