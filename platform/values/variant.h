@@ -83,6 +83,14 @@ class Variant {
     Variant(std::string_view value) : value_(std::string(value)) {}
     Variant(const char* value) : value_(std::string(value)) {}
 
+    // GCC's std::variant, never without a value, still destroys one when memory runs out in its own copy
+    // constructor, before there is any. Here the copy is a value from the start, or nothing.
+    Variant(const Variant& other) : value_(std::visit(Copying(), other.value_)) {}
+    Variant(Variant&&) noexcept = default;
+    Variant& operator=(const Variant&) = default;
+    Variant& operator=(Variant&&) noexcept = default;
+    ~Variant() = default;
+
     Type type() const noexcept { return static_cast<Type>(value_.index()); }
     bool isEmpty() const noexcept { return type() == Type::Empty; }
     bool isNull() const noexcept { return type() == Type::Null; }
@@ -101,9 +109,16 @@ class Variant {
     friend bool operator==(const Variant&, const Variant&) = default;
 
   private:
-    std::variant<Empty, Null, bool, std::uint8_t, std::int16_t, std::int32_t, float, double, Currency,
-                 Decimal, Date, std::string, ErrorValue>
-        value_;
+    using Value = std::variant<Empty, Null, bool, std::uint8_t, std::int16_t, std::int32_t, float, double,
+                               Currency, Decimal, Date, std::string, ErrorValue>;
+    struct Copying {
+        template <class T>
+        Value operator()(const T& value) const {
+            return Value(std::in_place_type<T>, value);
+        }
+    };
+
+    Value value_;
 };
 
 }  // namespace pxtarvo

@@ -44,16 +44,18 @@ class MemoryRunsOut : public ::testing::TestWithParam<Case> {
         devhost::DevHostOptions options;
         options.database = folder->file("dealer.db");
         options.rotateContexts = true;
+        // Long enough for each copy of a text to take memory.
         options.makeSource =
-            test::memorySource({test::listRow("KNOWN", 2.0, "C"), test::listRow("NEW", 3.0, "X", "D")});
+            test::memorySource({test::listRow("KNOWN-ARTICLE-OF-THE-LIST", 2.0, "C", std::string(40, 'D')),
+                                test::listRow("NEW-ARTICLE-OF-THE-LIST", 3.0, "X", std::string(40, 'E'))});
         devhost::createHostFile(options.database, std::make_shared<portable::SystemClock>(), false);
         host.emplace(options);
         for (const char* row :
              {"INSERT INTO Pro (Pro_ID,Pro_COD,Pro_NOM,Pro_TIPDOC) VALUES (4,24,'RECAMBIOS',0)",
               "INSERT INTO Marcas (Marca_ID,Marca_Des,Marca_CodAbrev) VALUES (1,'Same','SAME')",
-              "INSERT INTO Art (ART_Cod,ART_PVE,Art_Mar) VALUES ('KNOWN',1,1)",
-              "INSERT INTO Art (ART_Cod,ART_PVE,Art_Mar) VALUES ('77',1,1)",
-              "INSERT INTO Art (ART_Cod,ART_PVE,Art_Mar) VALUES ('077',1,1)",
+              "INSERT INTO Art (ART_Cod,ART_PVE,Art_Mar) VALUES ('KNOWN-ARTICLE-OF-THE-LIST',1,1)",
+              "INSERT INTO Art (ART_Cod,ART_PVE,Art_Mar) VALUES ('77-WITHOUT-LEADING-ZERO',1,1)",
+              "INSERT INTO Art (ART_Cod,ART_PVE,Art_Mar) VALUES ('077-WITHOUT-LEADING-ZERO',1,1)",
               "INSERT INTO ArtPro (ARP_Ida,ARP_Idp) VALUES (2,4)",
               "INSERT INTO Exis (Exis_IdArt,Exis_Cantidad) VALUES (2,5)"}) {
             host->connection()->Execute(row, adExecuteNoRecords);
