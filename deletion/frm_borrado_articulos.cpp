@@ -210,8 +210,10 @@ void frmBorradoArticulos::cmdBorrar_Click() {
     Label2.setCaption("Borrando artículos");
     ProgressBar1.setMaximum(rsBusqueda->RecordCount());
     rsBusqueda->MoveFirst();
+    bool bComenzada = false;
     const auto error = trapped([&] {
         MyBd()->Conexion()->BeginTrans();
+        bComenzada = true;
         for (std::int32_t nRegistro = 1; !rsBusqueda->Eof(); ++nRegistro) {
             platform().desktop().doEvents();
             ProgressBar1.setValue(nRegistro);
@@ -223,7 +225,7 @@ void frmBorradoArticulos::cmdBorrar_Click() {
     if (!error) {
         mensaje(sBorradoFinalizado, MessageIcon::Information);
     } else {
-        deshacer();
+        deshacer(bComenzada);
         if (!error->is(ErrorNumber::HostRefused)) mensaje(error->description(), MessageIcon::Critical);
     }
     Unload();

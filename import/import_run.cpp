@@ -22,13 +22,16 @@ void Corrida::consultarOrigen(Recordset& rsOrigen, const std::string& sSQL) {
     rsOrigen.Open(sSQL, ventana_.cnOrigen, adOpenDynamic, adLockOptimistic, adCmdText);
 }
 
-void Corrida::correr(const std::function<void()>& filas) {
+void Corrida::correr(Transaccion transaccion, const std::function<void()>& filas) {
+    bool bComenzada = transaccion == Transaccion::DelAnfitrion;
     const auto error = trapped([&] {
+        if (!bComenzada) MyBd()->Conexion()->BeginTrans();
+        bComenzada = true;
         filas();
         MyBd()->Conexion()->CommitTrans();
     });
     if (error) {
-        deshacer();
+        deshacer(bComenzada);
         avisar(textoError(*error));
     } else {
         avisar(sExito);

@@ -38,8 +38,11 @@ class Corrida {
     /// Opens the source connection. False, after the message, where it does not open.
     bool abrirOrigen();
     void consultarOrigen(Recordset& rsOrigen, const std::string& sSQL);
+    /// Whose transaction a run ends: its own, which it begins, or the host's.
+    enum class Transaccion { Propia, DelAnfitrion };
+
     /// Runs `filas` under the trap, ends the transaction as it ended, tells the user and closes the window.
-    void correr(const std::function<void()>& filas);
+    void correr(Transaccion transaccion, const std::function<void()>& filas);
     /// What the user reads of an error that stopped the run.
     std::string textoError(const RuntimeError& error) const;
     void retirarArticulos(std::string_view sCampoMarca, std::int32_t IdMarca);

@@ -19,7 +19,7 @@ void Importacion2006::ejecutar() {
     consultarOrigen(*rsOrigen, joined({"SELECT * FROM ", sTabla2006}));
     rsOrigen->MoveFirst();
 
-    correr([&] {
+    correr(Transaccion::DelAnfitrion, [&] {
         while (!rsOrigen->Eof()) {
             importarFila(*rsOrigen);
             rsOrigen->MoveNext();

@@ -51,8 +51,7 @@ void ImportacionTarifa::ejecutar() {
     }
     rsOrigen->MoveFirst();
 
-    correr([&] {
-        MyBd()->Conexion()->BeginTrans();
+    correr(Transaccion::Propia, [&] {
         retirarArticulos(formato_.marca.sNombre, IdMarcaRetirada);
         while (!rsOrigen->Eof()) {
             importarFila(*rsOrigen);

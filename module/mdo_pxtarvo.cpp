@@ -43,8 +43,12 @@ ObjectRef<Recordset> consultar(std::string_view sSQL) {
     return contado(MyBd()->Conexion()->Execute(sSQL, adOptionUnspecified));
 }
 
-void deshacer() {
-    insisted([] { MyBd()->Conexion()->RollbackTrans(); });
+void deshacer(bool bComenzada) {
+    try {
+        insisted([] { MyBd()->Conexion()->RollbackTrans(); });
+    } catch (const RuntimeError&) {
+        if (bComenzada) throw;
+    }
 }
 
 std::string SeleccionarFichero(std::string_view sDirectorio, std::string_view sFiltro,

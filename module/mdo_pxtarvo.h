@@ -39,8 +39,9 @@ ObjectRef<HostDatabase> MyBd();
 ObjectRef<Recordset> consultar(std::string_view sSQL);
 
 /// Rolls back the transaction on the host's connection, both read afresh, also when memory runs out
-/// meanwhile.
-void deshacer();
+/// meanwhile. A run that could not begin its own (`bComenzada` false) rolls back too, what another one began;
+/// there a refusal is none, so that the run can tell why it did not begin.
+void deshacer(bool bComenzada = true);
 
 /// Shows the open-file dialog in `sDirectorio`. `sFiltro` goes to the dialog unchanged; empty stands for
 /// spreadsheet workbooks. The chosen path without blanks at both ends, or empty when cancelled; raises

@@ -42,9 +42,8 @@ struct Procedure {
     bool closes = true;            ///< at the end, and at a trapped error
     std::string_view trapAfter;    ///< errors are trapped behind this
     std::string_view row = never;  ///< each begins a row; the message of a trapped error names the row
-    /// Up to here rolling back is itself refused, and leaves the procedure as its error.
-    std::string_view noTransactionUntil = fromTheStart;
-    bool undone = true;                  ///< by a trapped error
+    bool hasTransaction = true;  ///< or rolling back is itself refused, and leaves the procedure as its error
+    bool undone = true;          ///< by a trapped error
     std::string_view refusal = never;    ///< the refused writes that end the run begin like this
     bool refusalSaid = false;            ///< as any other trapped error
     std::string_view busyUntil = never;  ///< an error up to the last of these leaves the pointer busy
@@ -209,7 +208,7 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
             outcome.transaction = procedure.inTransaction;
             return {outcome, false};
         }
-        if (at <= placeOf(names, procedure.noTransactionUntil)) {
+        if (!procedure.hasTransaction) {
             outcome.messages = {noTransaction()};
             return {outcome, false};
         }
@@ -362,7 +361,6 @@ const Procedure procedures[] = {
      .success = imported,
      .trapAfter = "source.MoveFirst",
      .row = "yield",
-     .noTransactionUntil = begin,
      .refusal = "insert Art ",
      .refusalSaid = true},
     {.name = "yearly list counted",
@@ -370,7 +368,6 @@ const Procedure procedures[] = {
      .success = imported,
      .trapAfter = "source.MoveFirst",
      .row = "yield",
-     .noTransactionUntil = begin,
      .refusal = "insert Art ",
      .refusalSaid = true},
     {.name = "list of 2006",
@@ -385,7 +382,7 @@ const Procedure procedures[] = {
      .success = noTransaction(),
      .closes = false,
      .trapAfter = "source.MoveFirst",
-     .noTransactionUntil = never,
+     .hasTransaction = false,
      .undone = false},
     {.name = "barcode list",
      .prepare = import("2008", 1),
@@ -420,7 +417,6 @@ const Procedure procedures[] = {
      .prepare = deletionWindow,
      .success = "Proceso de borrado finalizado",
      .trapAfter = "rows.MoveFirst",
-     .noTransactionUntil = begin,
      .refusal = "delete "},
 };
 
