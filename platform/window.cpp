@@ -1,6 +1,5 @@
 #include "platform/window.h"
 
-#include <algorithm>
 #include <new>
 
 #include "platform/platform.h"
@@ -12,16 +11,23 @@ Window::Window(Platform& platform, const WindowPlan& plan)
 
 Window::~Window() = default;
 
-std::vector<Control*> Window::tabOrder() const {
-    std::vector<Control*> order;
+Control* Window::nextTabStop(const Control* from, bool backwards) const {
+    constexpr int round = 1 << 16;  // more than any place in the order
+    const int here = from ? from->plan().tabIndex : noTabStop;
+    Control* next = nullptr;
+    int nearest = 2 * round;
     for (Control* control : controls_) {
-        if (control->plan().tabIndex == noTabStop || !control->takesFocus()) continue;
+        const int there = control->plan().tabIndex;
+        if (there == noTabStop || !control->takesFocus()) continue;
         const auto* option = dynamic_cast<const OptionButton*>(control);
         if (option && !option->value()) continue;  // a group is entered at its chosen button
-        order.push_back(control);
+        const int steps = backwards ? here - there : there - here;
+        const int distance = steps > 0 ? steps : steps + round;
+        if (distance >= nearest) continue;
+        nearest = distance;
+        next = control;
     }
-    std::ranges::stable_sort(order, {}, [](const Control* control) { return control->plan().tabIndex; });
-    return order;
+    return next;
 }
 
 void Window::setCaption(std::string_view caption) {
@@ -40,8 +46,7 @@ void Window::setEnabled(bool enabled) {
 
 void Window::load() {
     Form_Load();
-    const std::vector<Control*> order = tabOrder();
-    active_ = reported_ = order.empty() ? nullptr : order.front();
+    active_ = reported_ = nextTabStop(nullptr);
 }
 
 void Window::Unload() {
@@ -78,10 +83,7 @@ void Window::focusOn(Control& control) {
 
 void Window::passFocusOn(const Control& control) {
     if (active_ != &control || control.takesFocus()) return;
-    const std::vector<Control*> order = tabOrder();
-    const auto next = std::ranges::find_if(
-        order, [&](const Control* other) { return other->plan().tabIndex > control.plan().tabIndex; });
-    if (!order.empty()) return (next == order.end() ? order.front() : *next)->setFocus();
+    if (Control* const next = nextTabStop(&control)) return next->setFocus();
     active_ = nullptr;
     ++focusMoves_;
     if (observer_) observer_->focusMoved();

@@ -35,8 +35,9 @@ class Window {
     Platform& platform() const noexcept { return platform_; }
     /// In the order of declaration.
     const std::vector<Control*>& controls() const noexcept { return controls_; }
-    /// The controls that can have the focus now, in tab order.
-    std::vector<Control*> tabOrder() const;
+    /// The control behind `from` in the tab order (before it when `backwards`), round the end, of those that
+    /// can have the focus now; from nullptr the first (last). nullptr where there is none. Takes no memory.
+    Control* nextTabStop(const Control* from, bool backwards = false) const;
 
     const std::string& caption() const noexcept { return caption_; }
     void setCaption(std::string_view caption);

@@ -177,12 +177,7 @@ void SimulatedDesktop::press(std::int16_t key) {
     workOffKeys();
     if (!window->takesInput()) return;
     if (key == vkTab) {
-        const std::vector<Control*> order = window->tabOrder();
-        if (!order.empty()) {
-            const auto here = std::ranges::find(order, window->activeControl());
-            const bool last = here == order.end() || here + 1 == order.end();
-            window->focusOn(last ? *order.front() : **(here + 1));
-        }
+        if (Control* const next = window->nextTabStop(window->activeControl())) window->focusOn(*next);
     }
     const unsigned messages = messagesShown();
     window->settleFocus();

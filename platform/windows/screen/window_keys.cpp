@@ -104,12 +104,7 @@ bool WindowView::focusTo(Control& control, bool byTab) {
 }
 
 void WindowView::moveByTab(bool backwards) {
-    std::vector<Control*> order = window_.tabOrder();
-    if (order.empty()) return;
-    if (backwards) std::ranges::reverse(order);
-    const auto here = std::ranges::find(order, window_.activeControl());
-    const bool last = here == order.end() || here + 1 == order.end();
-    focusTo(last ? *order.front() : **(here + 1), true);
+    if (Control* const next = window_.nextTabStop(window_.activeControl(), backwards)) focusTo(*next, true);
 }
 
 bool WindowView::moveByArrow(bool backwards) {
