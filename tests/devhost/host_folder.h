@@ -10,6 +10,7 @@
 #include "devhost/library/host_context.h"
 #include "platform/portable/clocks.h"
 #include "platform/values/conversion.h"
+#include "tests/common/database_state.h"
 #include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::tests {
@@ -29,21 +30,7 @@ class HostFolder {
     std::string path() const { return folder.file("dealer.db"); }
     ObjectRef<HostDatabase> context() const { return makeObject<devhost::DevHostDatabase>(state); }
 
-    /// The values of a query's rows, columns separated by "|", Null as "NULL".
-    std::vector<std::string> rows(std::string_view query) const {
-        std::vector<std::string> lines;
-        const ObjectRef<Recordset> result = connection->Execute(query, adOptionUnspecified);
-        for (; !result->Eof(); result->MoveNext()) {
-            std::string line;
-            for (std::int32_t column = 0; column < result->FieldCount(); ++column) {
-                const Variant value = result->Fields(column);
-                if (column > 0) line += '|';
-                line += value.isNull() ? "NULL" : joinedText(value, spanishLocale());
-            }
-            lines.push_back(line);
-        }
-        return lines;
-    }
+    std::vector<std::string> rows(std::string_view query) const { return rowsOf(*connection, query); }
 
     TemporaryFolder folder;
     ObjectRef<Connection> connection;

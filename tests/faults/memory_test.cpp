@@ -11,8 +11,7 @@
 #include "import/frm_imp_tarifas.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/sqlite/sqlite_connection.h"
-#include "platform/values/conversion.h"
-#include "platform/values/locale.h"
+#include "tests/common/database_state.h"
 #include "tests/common/memory_list.h"
 #include "tests/common/temporary_folder.h"
 #include "tests/faults/failing_memory.h"
@@ -97,12 +96,7 @@ class MemoryRunsOut : public ::testing::TestWithParam<Case> {
              {"SELECT Art_Id,ART_Cod,ART_PVE,Art_Estado FROM Art", "SELECT Aat_id,Aat_C01 FROM Aat",
               "SELECT ARP_Id,ARP_Ida,Arp_Precio FROM ArtPro", "SELECT Exis_IdArt,Exis_Cantidad FROM Exis",
               "SELECT Hexis_idArt,Hexis_Cantidad FROM Hexis"}) {
-            const ObjectRef<Recordset> rows = host->connection()->Execute(query, adOptionUnspecified);
-            for (; !rows->Eof(); rows->MoveNext()) {
-                for (int at = 0; at < rows->FieldCount(); ++at) {
-                    all += joinedText(rows->Fields(at), spanishLocale()) + '|';
-                }
-            }
+            for (const std::string& row : rowsOf(*host->connection(), query)) all += row + '|';
             all += '\n';
         }
         return all;
@@ -127,16 +121,6 @@ class MemoryRunsOut : public ::testing::TestWithParam<Case> {
         return messages.size() > shown ? messages.back().message.text : "";
     }
 
-    bool transactionOpen() {
-        try {
-            host->connection()->BeginTrans();
-        } catch (const RuntimeError&) {
-            return true;
-        }
-        host->connection()->RollbackTrans();
-        return false;
-    }
-
     std::optional<TemporaryFolder> folder;
     std::optional<devhost::DevHost> host;
     std::string before;
@@ -156,7 +140,7 @@ TEST_P(MemoryRunsOut, EndsTheTransactionAndSaysSo) {
             SCOPED_TRACE(testing::Message() << count << " from " << first << " of " << allocations);
             std::string said;
             ASSERT_NO_THROW(said = run(first, count));
-            ASSERT_FALSE(transactionOpen()) << said;
+            ASSERT_FALSE(transactionOpen(*host->connection())) << said;
             if (tables() == after) {
                 ASSERT_EQ(said, GetParam().success);
                 newDealer();
@@ -183,7 +167,7 @@ TEST_P(MemoryRunsOut, AnyOtherExceptionIsAnErrorToo) {
     };
     const std::string said = run(never, 0);
     EXPECT_TRUE(said.starts_with(GetParam().stopped) && said.ends_with("too long")) << said;
-    EXPECT_FALSE(transactionOpen());
+    EXPECT_FALSE(transactionOpen(*host->connection()));
     EXPECT_EQ(tables(), before);
 }
 

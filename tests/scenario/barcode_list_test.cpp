@@ -12,7 +12,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::SizeIs;
 using ::testing::StartsWith;
 
 constexpr const char* articles = "SELECT Art_Cod,ART_DES,Art_barCode,Art_Mar FROM Art ORDER BY Art_Id";
@@ -151,24 +150,6 @@ TEST_F(BarcodeList, TypesOfItsNumbers) {
     }
     EXPECT_EQ(types["Art_Mar"], Variant::Type::Long);
     EXPECT_EQ(types["Art_barCode"], Variant::Type::Text);
-}
-
-/// The user is not told; the window closes.
-TEST_F(BarcodeList, RefusedInsertionEndsItSilently) {
-    std::vector<SheetRow> list;
-    for (int row = 1; row <= 45; ++row) list.push_back({1000.0 + row, "D", 84100.0 + row});
-    for (const char* table : {"Art", "ArtPro"}) {
-        SCOPED_TRACE(table);
-        SetUp();
-        sheet(list);
-        record.clear();
-        refuse(devhost::WriteKind::Insert, table, 40);
-        EXPECT_TRUE(import());
-        EXPECT_THAT(messageTexts(), IsEmpty());
-        EXPECT_THAT(rows(supplied), SizeIs(39));
-        EXPECT_EQ(value("SELECT max(Art_Id) FROM Art"), table == std::string("Art") ? "40" : "41");
-        EXPECT_EQ(recordOf("unload").size(), 1u);
-    }
 }
 
 /// Without a supplier and a brand; then the user chooses the supplier while the run yields: the next known

@@ -247,16 +247,6 @@ void CutHost::handOverNewContext() {
         cut, ObjectRef<HostDatabase>(makeObject<devhost::DevHostDatabase>(parts_.state)), "context"));
 }
 
-bool CutHost::transactionOpen() const {
-    try {
-        connection()->BeginTrans();
-    } catch (const RuntimeError&) {
-        return true;
-    }
-    connection()->RollbackTrans();
-    return false;
-}
-
 bool CutHost::fileOpen() const {
     constexpr int highestNumber = 9;
     for (int number = 1; number <= highestNumber; ++number) {

@@ -52,7 +52,6 @@ class CutHost {
     /// What runs on it crosses nothing.
     const ObjectRef<Connection>& connection() const { return parts_.state->connection; }
     const std::vector<std::string>& violations() const { return parts_.state->checks->violations(); }
-    bool transactionOpen() const;
     /// Whether a file number is in use.
     bool fileOpen() const;
 

@@ -11,10 +11,10 @@
 
 #include "deletion/frm_borrado_articulos.h"
 #include "host/tables.h"
-#include "platform/values/conversion.h"
 #include "platform/values/number_text.h"
 #include "platform/values/text.h"
 #include "stock/frm_existencias.h"
+#include "tests/common/database_state.h"
 #include "tests/scenario/cut_host.h"
 #include "tests/scenario/memory_workbook.h"
 #include "tests/scenario/scene.h"
@@ -142,15 +142,8 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
     Tables tables() {
         Tables all;
         for (const Tabla& table : tablasHost) {
-            std::vector<std::string>& lines = all[std::string(table.sNombre)];
-            const ObjectRef<Recordset> rows =
-                cutHost->connection()->Execute(joined({"SELECT * FROM ", table.sNombre}), -1);
-            for (; !rows->Eof(); rows->MoveNext()) {
-                std::string& line = lines.emplace_back();
-                for (std::int32_t at = 0; at < rows->FieldCount(); ++at) {
-                    line.append("|").append(joinedText(rows->Fields(at), spanishLocale()));
-                }
-            }
+            all[std::string(table.sNombre)] =
+                tests::rowsOf(*cutHost->connection(), joined({"SELECT * FROM ", table.sNombre}));
         }
         return all;
     }
@@ -176,7 +169,7 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
                 outcome.messages.push_back(message->message.text);
             }
         }
-        outcome.transaction = cutHost->transactionOpen();
+        outcome.transaction = tests::transactionOpen(*cutHost->connection());
         outcome.file = cutHost->fileOpen();
         EXPECT_EQ(cutHost->violations(), std::vector<std::string>());
         return outcome;
@@ -226,7 +219,7 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
         // The identity that the database gave, at the head of the row, tells the order only.
         const auto contents = [](const std::vector<std::string>& lines) {
             std::multiset<std::string> texts;
-            for (const std::string& line : lines) texts.insert(line.substr(line.find('|', 1)));
+            for (const std::string& line : lines) texts.insert(line.substr(line.find('|')));
             return texts;
         };
         const auto rowsOnlyIn = [&](const Tables& some, const Tables& others, const std::string& name) {

@@ -28,7 +28,7 @@ TEST_P(ListValues, ArriveInTheDatabase) {
     createEmptyDealer();
     import({.year = GetParam().year, .file = sample(GetParam().file)});
     ASSERT_EQ(messageTexts().back(), "Proceso finalizado con exito");
-    std::vector<std::string> found = column(GetParam().query);
+    std::vector<std::string> found = rows(GetParam().query);
     ASSERT_GE(found.size(), GetParam().first.size());
     found.resize(GetParam().first.size());
     EXPECT_EQ(found, GetParam().first);

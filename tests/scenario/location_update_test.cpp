@@ -145,18 +145,6 @@ TEST_F(LocationUpdate, FileOrFolderMissing) {
     EXPECT_EQ(press(), finished) << "nothing was left open";
 }
 
-TEST_F(LocationUpdate, RefusedWritesGoUnnoticed) {
-    articleFile(line("A", "P-01", "1") + line("D", "P-02", "1"));
-    for (const auto kind : {devhost::WriteKind::Insert, devhost::WriteKind::Update}) {
-        SetUp();
-        refuse(kind, "Ubi");
-        EXPECT_EQ(press(), finished);
-        const bool inserts = kind == devhost::WriteKind::Insert;
-        EXPECT_EQ(value("SELECT count(*) FROM Ubi"), inserts ? "5" : "6");
-        EXPECT_EQ(value("SELECT count(*) FROM Ubi WHERE Ubi_Pasillo = 'P-02'"), inserts ? "1" : "0");
-    }
-}
-
 }  // namespace
 
 }  // namespace pxtarvo::test

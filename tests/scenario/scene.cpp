@@ -1,10 +1,7 @@
 #include "tests/scenario/scene.h"
 
-#include <stdlib.h>
-
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include "devhost/dealer/sample_dealer.h"
 #include "devhost/dealer/schema.h"
@@ -12,20 +9,11 @@
 #include "platform/portable/sqlite/sqlite_connection.h"
 #include "platform/values/conversion.h"
 #include "platform/values/text.h"
+#include "tests/common/database_state.h"
 
 namespace pxtarvo::test {
 
-namespace {
-
-std::filesystem::path temporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "pxtarvo-XXXXXX").string();
-    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-    return name;
-}
-
-}  // namespace
-
-Scene::Scene() : folder(temporaryFolder()) {
+Scene::Scene() {
     options.database = (folder / "dealer.db").string();
     options.driveC = (folder / "c").string();
     options.clock = std::make_shared<portable::FixedClock>(sceneTime);
@@ -38,7 +26,6 @@ Scene::Scene() : folder(temporaryFolder()) {
 
 Scene::~Scene() {
     dropHost();
-    std::filesystem::remove_all(folder);
 }
 
 void Scene::dropHost() {
@@ -46,10 +33,6 @@ void Scene::dropHost() {
         EXPECT_EQ(host_->violations(), std::vector<std::string>());
     }
     host_.reset();
-}
-
-std::string Scene::sample(std::string_view name) {
-    return std::string(PXTARVO_SAMPLES_DIR) + "/" + std::string(name);
 }
 
 void Scene::createEmptyDealer() {
@@ -91,32 +74,12 @@ void Scene::widenIdentifier(const std::string& table) {
     dropHost();
 }
 
-std::vector<std::string> Scene::column(std::string_view query) {
-    std::vector<std::string> values;
-    const ObjectRef<Recordset> rows = host().connection()->Execute(query, adOptionUnspecified);
-    for (; !rows->Eof(); rows->MoveNext()) {
-        const Variant cell = rows->Fields(0);
-        values.push_back(cell.isNull() ? "NULL" : joinedText(cell, spanishLocale()));
-    }
-    return values;
-}
-
 std::vector<std::string> Scene::rows(std::string_view query) {
-    std::vector<std::string> lines;
-    const ObjectRef<Recordset> result = host().connection()->Execute(query, adOptionUnspecified);
-    for (; !result->Eof(); result->MoveNext()) {
-        std::string& line = lines.emplace_back();
-        for (std::int32_t at = 0; at < result->FieldCount(); ++at) {
-            const Variant cell = result->Fields(at);
-            line.append(at > 0 ? "|" : "");
-            line.append(cell.isNull() ? "NULL" : joinedText(cell, spanishLocale()));
-        }
-    }
-    return lines;
+    return tests::rowsOf(*host().connection(), query);
 }
 
 std::string Scene::value(std::string_view query) {
-    return column(query).at(0);
+    return rows(query).at(0);
 }
 
 devhost::DevHost& Scene::host() {
@@ -215,10 +178,7 @@ void Scene::expectKeptRecord(std::string_view name) const {
 }
 
 std::string Scene::databaseBytes() {
-    std::ifstream file(options.database, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
+    return tests::bytesOf(options.database);
 }
 
 }  // namespace pxtarvo::test

@@ -17,8 +17,11 @@
 #include "devhost/dev_host.h"
 #include "import/frm_imp_tarifas.h"
 #include "tests/common/memory_list.h"
+#include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::test {
+
+using tests::sample;
 
 inline constexpr CalendarTime sceneTime{2012, 7, 25, 10, 30, 0};
 
@@ -45,9 +48,7 @@ class Scene : public ::testing::Test {
     void native(const std::string& script);
     /// Makes the table's first column, its identifier, wider than 32 bits: 5,000,000,000 higher.
     void widenIdentifier(const std::string& table);
-    /// The values of the first column of a query's rows, as texts; Null as "NULL".
-    std::vector<std::string> column(std::string_view query);
-    /// All values of a query's rows, a row a text with "|" between them.
+    /// The values of a query's rows, a row a text with "|" between them, Null as "NULL".
     std::vector<std::string> rows(std::string_view query);
     std::string value(std::string_view query);
 
@@ -94,9 +95,8 @@ class Scene : public ::testing::Test {
     /// Every byte of the database file.
     std::string databaseBytes();
 
-    static std::string sample(std::string_view name);
-
-    std::filesystem::path folder;
+    tests::TemporaryFolder made;
+    const std::filesystem::path folder = made.file("");
     devhost::DevHostOptions options;
     std::vector<std::string> record;
     /// For the tests of a host that itself breaks a rule.

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
-#include <sstream>
 
 #include "stock/frm_existencias.h"
 #include "tests/scenario/scene.h"
@@ -53,10 +52,7 @@ class StockWindow : public Scene {
     void generate(frmExistencias& window) { desktop->click(window.XPButton1); }
 
     std::string bytes(const std::string& name) {
-        std::ifstream file(folder / "c/TARVO/STOCK" / name, std::ios::binary);
-        std::ostringstream content;
-        content << file.rdbuf();
-        return content.str();
+        return tests::bytesOf((folder / "c/TARVO/STOCK" / name).string());
     }
 
     std::shared_ptr<MovedClock> clock = std::make_shared<MovedClock>();
