@@ -179,7 +179,10 @@ TEST_F(CommandLine, ListsAndDeletesArticles) {
     EXPECT_EQ(output, "No hay articulos introducidos\n");
 }
 
+/// What --in-transaction opened ends as the run did, unless the run has ended it.
 TEST_F(CommandLine, RunsTheOtherListsAndTheMaintenance) {
+    constexpr const char* barcodes = "SELECT count(*) FROM Art WHERE ART_PVE = 0";
+    constexpr const char* places = "SELECT count(*) FROM Ubi WHERE Ubi_Pasillo = 'ESTANTERÍA NORTE PAS'";
     struct Case {
         const char* arguments;
         int status;
@@ -188,57 +191,31 @@ TEST_F(CommandLine, RunsTheOtherListsAndTheMaintenance) {
         const char* result;
     };
     const Case cases[] = {
-        {"import dealer.db --year 2006 --in-transaction --file {S}/TARIFA2006.MDB", 0,
-         "Proceso finalizado con exito\n", "SELECT count(*) FROM ArtPro WHERE Arp_Descuento = 37", "206"},
-        {"import dealer.db --year 2008 --list ama --file {S}/barcodes-apostrophe-row-12.xls", 1,
-         "Registro 12. Comilla no cerrada antes de la cadena de caracteres ''.\n",
-         "SELECT count(*) FROM Art WHERE ART_PVE = 0", "11"},
-        {"locations dealer.db --file {S}/articulo.tdw", 0,
-         "Proceso de importacion de C:\\tarvo\\articulo.tdw finalizado\n",
-         "SELECT count(*) FROM Ubi WHERE Ubi_Pasillo = 'ESTANTERÍA NORTE PAS'", "3"},
-        {"fix-codes dealer.db", 0, "Confirma que desea comenzar el proceso\n> Sí\nproceso concluido\n",
+        {"import --year 2006 --in-transaction --file {S}/TARIFA2006.MDB", 0, "Proceso finalizado con exito\n",
+         "SELECT count(*) FROM ArtPro WHERE Arp_Descuento = 37", "206"},
+        {"import --year 2008 --list ama --file {S}/barcodes-apostrophe-row-12.xls", 1,
+         "Registro 12. Comilla no cerrada antes de la cadena de caracteres ''.\n", barcodes, "11"},
+        {"import --year 2008 --list ama --file {S}/barcodes-apostrophe-row-12.xls --in-transaction", 1, "",
+         barcodes, "0"},
+        {"locations --file {S}/articulo.tdw", 0,
+         "Proceso de importacion de C:\\tarvo\\articulo.tdw finalizado\n", places, "3"},
+        {"locations --file {S}/articulo.tdw --in-transaction", 0, "", places, "3"},
+        {"locations --file half.tdw --in-transaction", 1, "", places, "0"},
+        {"import --supplier 0 --file {S}/TARIFA2012.MDB --in-transaction", 1, "",
+         "SELECT count(*) FROM ArtPro WHERE ARP_Idp = 0", "0"},
+        {"fix-codes", 0, "Confirma que desea comenzar el proceso\n> Sí\nproceso concluido\n",
          "SELECT count(*) FROM Hexis WHERE Hexis_Usu = 1", "84"},
     };
     ASSERT_EQ(run("init sample.db --sample"), 0);
+    folder.write("half.tdw", bytesOf(sample("articulo.tdw")) + "\r\n" + std::string(18, '\x01') + "\r\n\r\n");
     for (const Case& one : cases) {
         SCOPED_TRACE(one.arguments);
         std::filesystem::copy_file(folder.file("sample.db"), folder.file("dealer.db"),
                                    std::filesystem::copy_options::overwrite_existing);
-        EXPECT_EQ(run(one.arguments), one.status) << errors;
+        EXPECT_EQ(run(std::string(one.arguments) + " dealer.db"), one.status) << errors;
         EXPECT_THAT(output, EndsWith(one.output));
         const auto connection = devhost::openHostFile(folder.file("dealer.db"), hostClock);
-        EXPECT_EQ(joinedText(connection->Execute(one.query, -1)->Fields(0), spanishLocale()), one.result);
-    }
-}
-
-/// What --in-transaction opened ends as the run did, unless the run has ended it.
-TEST_F(CommandLine, EndsTheHostsTransactionAsTheRunEnded) {
-    ASSERT_EQ(run("init sample.db --sample"), 0);
-    struct Case {
-        const char* arguments;
-        int status;
-        const char* query;
-        const char* result;
-    };
-    const Case cases[] = {
-        {"import --year 2008 --list ama --file {S}/barcodes-apostrophe-row-12.xls", 1,
-         "SELECT count(*) FROM Art WHERE ART_PVE = 0", "0"},
-        {"locations --file {S}/articulo.tdw", 0,
-         "SELECT count(*) FROM Ubi WHERE Ubi_Pasillo = 'ESTANTERÍA NORTE PAS'", "3"},
-        {"locations --file half.tdw", 1,
-         "SELECT count(*) FROM Ubi WHERE Ubi_Pasillo = 'ESTANTERÍA NORTE PAS'", "0"},
-        {"import --supplier 0 --file {S}/TARIFA2012.MDB", 1, "SELECT count(*) FROM ArtPro WHERE ARP_Idp = 0",
-         "0"},
-    };
-    const std::string whole = bytesOf(PXTARVO_SAMPLES_DIR "/articulo.tdw");
-    folder.write("half.tdw", whole + "\r\n" + std::string(18, '\x01') + "\r\n\r\n");
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.arguments);
-        std::filesystem::copy_file(folder.file("sample.db"), folder.file("dealer.db"),
-                                   std::filesystem::copy_options::overwrite_existing);
-        EXPECT_EQ(run(std::string(one.arguments) + " --in-transaction dealer.db"), one.status) << errors;
-        const auto connection = devhost::openHostFile(folder.file("dealer.db"), hostClock);
-        EXPECT_EQ(joinedText(connection->Execute(one.query, -1)->Fields(0), spanishLocale()), one.result);
+        EXPECT_EQ(rowsOf(*connection, one.query).at(0), one.result);
     }
 }
 

@@ -1,6 +1,6 @@
 #include "devhost/dealer/sample_dealer.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "host/tables.h"
 #include "platform/portable/access/jet_connection.h"
@@ -9,10 +9,6 @@
 namespace pxtarvo::tests {
 
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::Gt;
-using ::testing::SizeIs;
 
 TEST(SampleDealer, StandsInTheSampleListWithEveryKindOfPrice) {
     const HostFolder host(true);
@@ -38,35 +34,6 @@ TEST(SampleDealer, StandsInTheSampleListWithEveryKindOfPrice) {
     EXPECT_GT(equal, 100);
     EXPECT_GT(higher, 100);
     EXPECT_GT(none, 50);
-}
-
-TEST(SampleDealer, SuitsEveryStatementOfTheWindows) {
-    const HostFolder host(true);
-    EXPECT_THAT(host.rows("SELECT count(*) FROM Art"), ElementsAre("1000"));
-    EXPECT_THAT(host.rows("SELECT count(*) FROM Art GROUP BY Art_Cod ORDER BY count(*) DESC").front(), "1");
-    EXPECT_THAT(
-        host.rows("Select Pro_ID,(isnull((CASE WHEN Pro_TIPDOC =0 THEN Pro_NOM ELSE Pro_Nom + ' ' + "
-                  "Pro_APE1 + ' ' + Pro_APE2 END),Pro_comer)) as Pro_Nom "
-                  "FROM Pro where Pro_COD IN (12, 11, 24)"),
-        ElementsAre("2|José Muñoz Íñiguez", "3|El Tractorista", "4|Recambios Ibéricos de Tractor, S.A."));
-    // Codes without the leading zero whose twin with it exists.
-    EXPECT_THAT(host.rows("select Art_Id from art INNER JOIN EXIS ON EXIS_IDART = ART_ID "
-                          "WHERE substring(art_cod,1,1)<>'0' AND art_cod = replace(art_cod,'.','A') "
-                          "AND '0' + art_cod in (SELECT Art_Cod FROM Art) "
-                          "AND art_id in(SELECT ArP_Ida FROM ArtPro WHERE ArP_Idp = 4)"),
-                SizeIs(Gt(30u)));
-    EXPECT_THAT(host.rows("SELECT Exis_IdArt FROM Exis GROUP BY Exis_IdArt HAVING count(*) > 1"),
-                SizeIs(Gt(10u)));
-    // The search of articles without movements: it fails on an article with two stock rows.
-    EXPECT_THAT(host.rows("SELECT Art_Id,ISNULL((SELECT 'Si' FROM Exis "
-                          "WHERE Exis_IdArt = Art_Id OR Exis_Codart = Art_Cod),'No') AS Almacen FROM Art "
-                          "WHERE Art_Id NOT IN (SELECT Lapr_IdArt FROM Lapr GROUP BY Lapr_IdArt) "
-                          "AND art_id NOT IN (SELECT PedLi_IdArt FROM Pedli GROUP BY PedLi_IdArt) "
-                          "AND art_id not in (select lav_idart from lav group by lav_idart) "
-                          "AND Art_Id NOT IN (SELECT Lpc_IdArt FROM Lpc GROUP BY Lpc_IdArt) "
-                          "AND art_cod not in (select lac_codart from lac group by lac_codart) "
-                          "AND Art_Id NOT IN (SELECT Hexis_idArt FROM Hexis GROUP BY Hexis_idArt)"),
-                SizeIs(750));
 }
 
 TEST(HostFile, IsMadeOnceAndReadByTheSqliteTool) {

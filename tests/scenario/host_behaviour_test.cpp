@@ -67,19 +67,6 @@ TEST_F(HostBehaviour, MessageTextIsKeptFromOneInsertionToTheNext) {
     }
 }
 
-/// A host whose results cannot say how many rows they have, and forbid a further statement until they were
-/// read.
-TEST_F(HostBehaviour, KnownArticlesAreFoundThroughServerCursors) {
-    options.cursor = devhost::CursorLocation::Server;
-    dropHost();
-    import({});
-    native("UPDATE Art SET ART_Rod = 'x'");  // fails to be read, which no import does
-    import({});
-    EXPECT_EQ(messageTexts().back(), "Proceso finalizado con exito");
-    EXPECT_THAT(rows("SELECT Art_Cod FROM Art ORDER BY Art_Id"), ElementsAre("VIEJO", "A", "B", "C"));
-    EXPECT_EQ(value("SELECT count(*) FROM ArtPro"), "3");
-}
-
 /// From the second row on the plug-in works through the context that the host handed over during the first
 /// one.
 TEST_F(HostBehaviour, NewContextIsUsedFromTheNextRowOn) {
