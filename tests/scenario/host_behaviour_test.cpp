@@ -67,22 +67,6 @@ TEST_F(HostBehaviour, MessageTextIsKeptFromOneInsertionToTheNext) {
     }
 }
 
-/// From the second row on the plug-in works through the context that the host handed over during the first
-/// one.
-TEST_F(HostBehaviour, NewContextIsUsedFromTheNextRowOn) {
-    dropHost();
-    options.rotateContexts = false;
-    std::vector<std::string> tables;
-    const auto other = std::make_shared<devhost::HostState>(host().state());
-    other->beforeWrite = [&](const devhost::HostWrite& write) -> std::optional<std::string> {
-        tables.emplace_back(write.table);
-        return std::nullopt;
-    };
-    afterFirstRow([&](frmImpTarifas&) { host().handOver(makeObject<devhost::DevHostDatabase>(other)); });
-    EXPECT_EQ(messageTexts().back(), "Proceso finalizado con exito");
-    EXPECT_THAT(tables, ElementsAre("Art", "Aat", "ArtPro", "Art", "Aat", "ArtPro"));
-}
-
 TEST_F(HostBehaviour, ContextNeverSetFailsAtTheFirstUse) {
     host().handOver(nullptr);
     EXPECT_FALSE(host().instance().MyBd());

@@ -17,7 +17,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
 constexpr const char* allPrices = "SELECT Art_Cod,ART_PVE,ART_PCO FROM Art ORDER BY Art_Id";
@@ -127,19 +126,6 @@ TEST_F(List2006, TransactionIsTheHosts) {
     }
 }
 
-/// A commit that fails for another reason is rolled back with the last row's number.
-TEST_F(List2006, FailedCommitIsRolledBack) {
-    list({row2006("A", 1.0, "C"), row2006("B", 2.0, "C")});
-    native(
-        "PRAGMA foreign_keys = ON; CREATE TABLE testigo (articulo INTEGER REFERENCES Art (Art_Id) "
-        "DEFERRABLE INITIALLY DEFERRED)");
-    host().connection()->BeginTrans();
-    native("INSERT INTO testigo VALUES (999)");
-    EXPECT_TRUE(run(&frmImpTarifas::XPButton1, {.year = "2006"}));
-    EXPECT_THAT(messageTexts(), ElementsAre(StartsWith("Registro 2. ")));
-    EXPECT_THAT(rows("SELECT Art_Cod FROM Art"), IsEmpty());
-}
-
 TEST_F(List2006, RowsThatStopIt) {
     struct Case {
         ListRow row;
@@ -158,29 +144,6 @@ TEST_F(List2006, RowsThatStopIt) {
         EXPECT_TRUE(import(true));
         EXPECT_THAT(messageTexts(), ElementsAre(StartsWith(one.message)));
         EXPECT_THAT(rows("SELECT Art_Cod FROM Art"), ElementsAre("A"));
-    }
-}
-
-TEST_F(List2006, ListThatDoesNotOpenLeavesTheTransactionAlone) {
-    struct Case {
-        const char* file;
-        const char* message;
-    };
-    const Case cases[] = {
-        {"list-empty-table.mdb",
-         "Error '-2147217865' en tiempo de ejecución:\r\n\r\nEl motor de base de datos Microsoft Jet no "
-         "pudo encontrar la tabla o consulta de entrada '31EUR000'."},
-        {"none.mdb", "Error '-2147467259' en tiempo de ejecución:"},
-        {nullptr, "Error '3021' en tiempo de ejecución:"},
-    };
-    for (const Case& one : cases) {
-        SetUp();
-        if (!one.file) list({});
-        host().connection()->BeginTrans();
-        EXPECT_FALSE(run(&frmImpTarifas::XPButton1,
-                         {.year = "2006", .file = one.file ? sample(one.file) : std::string()}));
-        EXPECT_THAT(messageTexts(), ElementsAre(StartsWith(one.message)));
-        EXPECT_TRUE(tests::transactionOpen(*host().connection()));
     }
 }
 
