@@ -32,6 +32,9 @@ int runCommandLine(int argc, char** argv) {
     program.allow_extras();  // so that a wrong word can be named
     Command command;
     addInitCommand(program, command);
+    addLoadCommand(program, command);
+    addSaveCommand(program, command);
+    addQueryCommand(program, command);
     addImportCommand(program, command);
     addStockCommand(program, command);
     addDeleteCommand(program, command);
