@@ -112,13 +112,15 @@ bool CsvRows::readRow() {
     while (rows_.empty() && !finished_) {
         std::string_view line;
         const std::size_t before = lines_.number();
+        bool more = false;
         try {
-            if (!lines_.next(line)) {
-                finish();
-                continue;
-            }
+            more = lines_.next(line);
         } catch (const std::runtime_error& error) {
             raise(lines_.number(), error.what());
+        }
+        if (!more) {
+            finish();
+            break;
         }
         if (!begun) beginLine_ = before + 1;
         readLine(line);

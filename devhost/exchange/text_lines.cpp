@@ -71,8 +71,9 @@ void TextLines::takeUtf16Line() {
         at_ += unitBytes;
     }
     line_ = toUtf8(units);
-    // A lone surrogate does not come back, half a unit is left over.
-    if (at_ + 1 == bytes_.size() || toUtf16(line_) != units) raiseMalformed("UTF-16");
+    // Half a unit is left over, a lone surrogate does not come back.
+    const bool half = !units.ends_with(u'\n') && at_ < bytes_.size();
+    if (half || toUtf16(line_) != units) raiseMalformed("UTF-16");
 }
 
 bool TextLines::next(std::string_view& line) {
