@@ -9,9 +9,9 @@
 #include "devhost/exchange/load_tables.h"
 #include "devhost/exchange/save_tables.h"
 #include "devhost/main/commands.h"
-#include "devhost/main/database_file.h"
 #include "devhost/main/exchange_progress.h"
 #include "devhost/main/exit_status.h"
+#include "devhost/main/named_files.h"
 #include "devhost/main/value_text.h"
 #include "platform/portable/clocks.h"
 
@@ -36,6 +36,7 @@ void print(const std::vector<ExchangedTable>& tables) {
 }
 
 int runLoad(const ExchangeOptions& options) {
+    if (const auto trouble = newDatabaseTrouble(options.database)) return leave(exitFailed, *trouble);
     std::vector<ExchangedTable> loaded;
     {
         ExchangeDisplay display(options.quiet);

@@ -3,11 +3,13 @@
 
 #include "devhost/main/commands.h"
 #include "devhost/main/exit_status.h"
+#include "devhost/main/named_files.h"
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
 #include "fields/window_texts.h"
 #include "import/run_texts.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 
@@ -41,18 +43,24 @@ int runImport(const ImportOptions& options) {
     const std::string list = options.list.value_or(std::string(windowList));
     WindowCommand command;
     bool closed = false;
+    std::string file;
+    if (options.supplier && trimBlanks(*options.supplier).empty()) {
+        tell("--supplier is empty: the run goes with supplier 0");
+    }
     command.actions = [&](DevHost& host, Window& window) {
         auto refused = fillIn(host, window, options);
+        file = control<TextBox>(window, "Text1", 0).text();
         if (!refused) press(host, control<PushButton>(window, "XPButton1"));
         closed = window.unloaded();
         return refused;
     };
     command.successMessage = sExito;
     command.reason = [&](DevHost&, std::string told) -> std::string {
-        if (list == windowList) return told;
-        if (year != barcodeYear)
+        if (list != windowList && year != barcodeYear) {
             return "nothing was imported: the list " + list + " has no import for " + year;
-        if (!closed || told.starts_with(sRegistro)) return told;
+        }
+        if (auto trouble = unreadableFile("list", trimBlanks(file), options.common.driveC)) return *trouble;
+        if (list == windowList || !closed || told.starts_with(sRegistro)) return "";
         return "the host refused to insert a row; the run ended there, without a message";
     };
     command.file = options.file.value_or("");

@@ -4,13 +4,14 @@
 #include <string>
 
 #include "devhost/main/commands.h"
-#include "devhost/main/exit_status.h"
+#include "devhost/main/named_files.h"
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
 #include "import/article_file.h"
 #include "import/run_texts.h"
 #include "platform/values/number_text.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 
@@ -40,12 +41,12 @@ int runLocations(const LocationsOptions& options) {
     command.successMessage = success;
     command.file = options.file.empty() ? std::string(sFicheroArticulos) : options.file;
     command.articleFile = options.file;
-    command.reason = [&](DevHost& host, std::string told) {
+    command.reason = [&](DevHost& host, std::string) -> std::string {
+        if (auto trouble = unreadableFile("article file", command.file, options.common.driveC))
+            return *trouble;
         // The run leaves the file open at the line that stopped it.
         const std::int32_t line = host.platform().textFiles().linesRead(nFicheroArticulos);
-        told.append(" (").append(command.file);
-        if (line > 0) told.append(", line ").append(plainNumber(line));
-        return told.append(")");
+        return line > 0 ? joined({"the run stopped at line ", plainNumber(line), " of ", command.file}) : "";
     };
     return runInWindow(options.common, command);
 }
@@ -53,10 +54,10 @@ int runLocations(const LocationsOptions& options) {
 int runFixCodes(const FixCodesOptions& options) {
     WindowCommand command = pressing("XPButton3");
     command.successMessage = sCorreccionConcluida;
-    command.reason = [](DevHost& host, std::string told) -> std::string {
+    command.reason = [](DevHost& host, std::string) -> std::string {
         const auto& messages = host.user().messages();
         const bool refused = !messages.empty() && messages.back().answer == MessageAnswer::No;
-        return refused ? "nothing was corrected: the question was answered no" : told;
+        return refused ? "nothing was corrected: the question was answered no" : "";
     };
     return runInWindow(options.common, command);
 }

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "devhost/main/database_file.h"
+#include "devhost/main/named_files.h"
 
 namespace pxtarvo::devhost {
 

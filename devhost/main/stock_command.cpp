@@ -4,6 +4,7 @@
 
 #include "devhost/main/commands.h"
 #include "devhost/main/exit_status.h"
+#include "devhost/main/named_files.h"
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
@@ -61,7 +62,9 @@ int runStock(const StockOptions& options) {
         const bool ofTheFile = std::ranges::any_of(fileErrors, [&](ErrorNumber number) {
             return told.starts_with("Error '" + plainNumber(static_cast<std::int32_t>(number)) + "'");
         });
-        return ofTheFile ? joined({told, " (", file, ")"}) : told;
+        if (!ofTheFile) return std::string();
+        const auto trouble = unwritableFile("stock file", trimBlanks(file), options.common.driveC);
+        return trouble ? *trouble : joined({"the stock file '", file, "' cannot be written"});
     };
     return runInWindow(options.common, command);
 }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "devhost/main/exit_status.h"
+#include "devhost/main/named_files.h"
 #include "devhost/main/progress_display.h"
 #include "devhost/window_controls.h"
 #include "platform/portable/clocks.h"
@@ -75,6 +76,18 @@ int report(const DevHost& host, const std::optional<Refusal>& notTaken,
     return status;
 }
 
+/// Why a run failed, apart from the message that ended it: that was shown.
+std::string reasonOf(DevHost& host, const WindowCommand& command) {
+    const auto& messages = host.user().messages();
+    std::string reason;
+    if (command.reason) {
+        reason = command.reason(host, messages.empty() ? "" : asOneLine(messages.back().message.text));
+    }
+    if (!reason.empty()) return reason;
+    if (messages.empty()) return "nothing was said";
+    return joined({"the run did not end with '", asOneLine(command.successMessage), "'"});
+}
+
 int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& command) {
     DevUser& user = host.user();
     ProgressDisplay progress;
@@ -106,9 +119,7 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
     progress.end();
     if (!failure && !user.lastMessageIs(command.successMessage) &&
         !(command.endedWell && command.endedWell())) {
-        std::string told =
-            user.messages().empty() ? "nothing was said" : asOneLine(user.messages().back().message.text);
-        failure = command.reason ? command.reason(host, std::move(told)) : std::move(told);
+        failure = reasonOf(host, command);
     }
     if (options.inTransaction) {
         const bool well = !failure && !refused;
@@ -152,6 +163,7 @@ std::shared_ptr<Recorder> recorderFor(const CommonOptions& options) {
 
 int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     if (const auto clash = traceClash(options, command.file)) return leave(exitWrongCommand, *clash);
+    if (const auto missing = missingDatabase(options.database)) return leave(exitFailed, *missing);
     DevHostOptions hostOptions;
     hostOptions.database = options.database;
     hostOptions.cursor = options.cursor;
@@ -195,8 +207,7 @@ std::optional<Refusal> typeFields(DevHost& host, const Window& window, std::span
                            joined({field.option, ": the field does not take '", *field.text, "'"})};
         }
         if (host.user().messages().size() > told) {
-            const std::string& text = host.user().messages()[told].message.text;
-            return Refusal{exitFailed, joined({field.option, " ", *field.text, ": ", asOneLine(text)})};
+            return Refusal{exitFailed, joined({field.option, ": the window refused '", *field.text, "'"})};
         }
     }
     return std::nullopt;

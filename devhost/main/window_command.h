@@ -38,8 +38,8 @@ struct WindowCommand {
     std::string_view successMessage;
     /// Where set, whether a run ended well without a message.
     std::function<bool()> endedWell{};
-    /// Why a run did not do what it was to do, where neither the last message nor an error tells it whole;
-    /// `told` is what they tell.
+    /// Why a run did not do what it was to do, beyond what its last message, `told`, tells; empty where that
+    /// tells it whole.
     std::function<std::string(DevHost& host, std::string told)> reason{};
     std::string file{};         ///< what the run reads beside the database, empty where that is left alone
     std::string articleFile{};  ///< stands for the article file of the location update
