@@ -249,6 +249,23 @@ TEST_F(Exchange, NamesWhatItLeavesOutAndNumbersOn) {
               Variant(2));
 }
 
+/// A key that only the database file has.
+TEST_F(Exchange, NumbersTheRowsOfATableWhoseFileHasNoKey) {
+    const auto keyed = [&](std::string_view bytes) {
+        files.write("in/lac.csv", bytes);
+        const auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
+        connection->runNative("CREATE TABLE lac (lac_Id INTEGER PRIMARY KEY, lac_codart VARCHAR(30))");
+        devhost::loadTables(*connection, files.file("in"), watcher);
+        const auto rows =
+            connection->Execute("SELECT max(lac_Id) AS a, count(*) AS b FROM lac", adOptionUnspecified);
+        return joinedText(rows->Fields(0), spanishLocale()) + "|" +
+               joinedText(rows->Fields(1), spanishLocale());
+    };
+    EXPECT_EQ(keyed("lac_codart\nA\nB\n"), "2|2");
+    EXPECT_EQ(keyed("lac_codart,LAC_ID\nA,7\nB,\nC,NULL\n"), "9|3");
+    EXPECT_THAT(remarks, IsEmpty());
+}
+
 TEST_F(Exchange, GivesTheSameTablesAgain) {
     const HostFolder host(true);
     std::mt19937 random(7);
