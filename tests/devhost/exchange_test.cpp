@@ -7,6 +7,8 @@
 #include <random>
 #include <stdexcept>
 
+#include "devhost/dealer/sample_dealer.h"
+#include "devhost/dealer/schema.h"
 #include "devhost/exchange/load_tables.h"
 #include "devhost/exchange/save_tables.h"
 #include "host/tables.h"
@@ -22,11 +24,10 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 /// Every value of every table as SQLite keeps it, with its storage class.
-std::vector<std::string> contentsOf(const std::string& path) {
-    const auto connection = devhost::openHostFile(path, hostClock);
+std::vector<std::string> contentsOf(const portable::SqliteConnection& connection) {
     std::vector<std::string> contents;
     for (const Tabla& table : tablasHost) {
-        const auto rows = portable::prepare(connection->handle(),
+        const auto rows = portable::prepare(connection.handle(),
                                             joined({"SELECT * FROM ", table.sNombre, " ORDER BY rowid"}));
         while (portable::step(rows.get())) {
             std::string line(table.sNombre);
@@ -57,36 +58,30 @@ std::string units(std::string_view text, bool bigEndian = false) {
 
 class Exchange : public ::testing::Test {
   protected:
-    /// Loads the folder "in" into a new database; its name.
-    std::string load(const std::string& folder = "in") {
-        const std::string path = files.file("loaded" + std::to_string(++databases) + ".db");
-        devhost::createFilledHostFile(path, hostClock, [&](portable::SqliteConnection& connection) {
-            devhost::loadTables(connection, files.file(folder), watcher);
-        });
-        return path;
+    /// Adds the files of the folder "in" to the host's tables, in memory.
+    ObjectRef<portable::SqliteConnection> load() {
+        auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
+        devhost::createSchema(*connection);
+        devhost::loadTables(*connection, files.file("in"), watcher);
+        return connection;
     }
     /// Loads the one file and gives back the query's rows.
     std::vector<std::string> loaded(const std::string& name, std::string_view bytes, std::string_view query) {
         std::filesystem::remove_all(files.file("in"));
         files.write("in/" + name, bytes);
-        HostFolder host;  // for its rows()
-        host.connection = devhost::openHostFile(load(), hostClock);
-        return host.rows(query);
+        return rowsOf(*load(), query);
     }
     /// Why the one file is refused.
     std::string refusal(const std::string& name, std::string_view bytes) {
         try {
             loaded(name, bytes, "SELECT 1");
         } catch (const std::runtime_error& error) {
-            EXPECT_THAT(std::filesystem::exists(files.file("loaded" + std::to_string(databases) + ".db")),
-                        false);
             return error.what();
         }
         return "taken";
     }
 
     TemporaryFolder files;
-    int databases = 0;
     std::vector<std::string> remarks;
     devhost::ExchangeWatcher watcher{[this](const std::string& remark) { remarks.push_back(remark); }, {}};
 };
@@ -230,7 +225,7 @@ TEST_F(Exchange, NamesWhatItLeavesOutAndNumbersOn) {
     files.write("in/notes.txt", "x");
     files.write("in/Marcas.csv", "Marca_Des,Marca_Web\nSame,x\nAgm,y\n");
     files.write("in/Art.csv", "Art_Id,Art_Cod,Art_Estado\n7,A,0\n900,B,1\n8,C,0\n");
-    const auto connection = devhost::openHostFile(load(), hostClock);
+    const auto connection = load();
     EXPECT_THAT(
         remarks,
         ElementsAre("Clientes.csv: left out, as no table of the host has this name",
@@ -256,10 +251,7 @@ TEST_F(Exchange, NumbersTheRowsOfATableWhoseFileHasNoKey) {
         const auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
         connection->runNative("CREATE TABLE lac (lac_Id INTEGER PRIMARY KEY, lac_codart VARCHAR(30))");
         devhost::loadTables(*connection, files.file("in"), watcher);
-        const auto rows =
-            connection->Execute("SELECT max(lac_Id) AS a, count(*) AS b FROM lac", adOptionUnspecified);
-        return joinedText(rows->Fields(0), spanishLocale()) + "|" +
-               joinedText(rows->Fields(1), spanishLocale());
+        return rowsOf(*connection, "SELECT max(lac_Id) AS a, count(*) AS b FROM lac").front();
     };
     EXPECT_EQ(keyed("lac_codart\nA\nB\n"), "2|2");
     EXPECT_EQ(keyed("lac_codart,LAC_ID\nA,7\nB,\nC,NULL\n"), "9|3");
@@ -267,7 +259,6 @@ TEST_F(Exchange, NumbersTheRowsOfATableWhoseFileHasNoKey) {
 }
 
 TEST_F(Exchange, GivesTheSameTablesAgain) {
-    const HostFolder host(true);
     std::mt19937 random(7);
     const auto pick = [&](const auto& choices) { return choices[random() % std::size(choices)]; };
     const std::string texts[] = {
@@ -297,15 +288,16 @@ TEST_F(Exchange, GivesTheSameTablesAgain) {
              pick(dates), ",", pick(wholes) == "0" ? "1" : "NULL", ");"});
         script += joined({"INSERT INTO lac (lac_codart) VALUES (", pick(texts), ");"});
     }
-    const auto connection = devhost::openHostFile(host.path(), hostClock);
-    connection->runNative(script);
+    const auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
+    devhost::createSchema(*connection);
+    devhost::fillSampleDealer(*connection);
+    connection->runNative("BEGIN;" + script + "COMMIT");
 
     const auto saved = devhost::saveTables(*connection, files.file("in"), watcher);
     EXPECT_EQ(saved.size(), std::size(tablasHost));
     EXPECT_THAT(bytesOf(files.file("in/Marcas.csv")),
                 ::testing::StartsWith("Marca_ID,Marca_Des,Marca_CodAbrev\n1,Same,SAME\n"));
-    const std::string again = load();
-    EXPECT_TRUE(contentsOf(again) == contentsOf(host.path()));
+    EXPECT_TRUE(contentsOf(*load()) == contentsOf(*connection));
     EXPECT_THAT(remarks, IsEmpty());
 
     const std::string before = bytesOf(files.file("in/Art.csv"));

@@ -16,6 +16,22 @@ namespace pxtarvo::tests {
 
 inline const auto hostClock = std::make_shared<portable::FixedClock>(CalendarTime{2012, 7, 25, 10, 30, 0});
 
+/// The values of a query's rows, columns separated by "|", Null as "NULL".
+inline std::vector<std::string> rowsOf(Connection& connection, std::string_view query) {
+    std::vector<std::string> lines;
+    const ObjectRef<Recordset> result = connection.Execute(query, adOptionUnspecified);
+    for (; !result->Eof(); result->MoveNext()) {
+        std::string line;
+        for (std::int32_t column = 0; column < result->FieldCount(); ++column) {
+            const Variant value = result->Fields(column);
+            if (column > 0) line += '|';
+            line += value.isNull() ? "NULL" : joinedText(value, spanishLocale());
+        }
+        lines.push_back(line);
+    }
+    return lines;
+}
+
 /// An empty host database and a context over it.
 class HostFolder {
   public:
@@ -29,21 +45,8 @@ class HostFolder {
     std::string path() const { return folder.file("dealer.db"); }
     ObjectRef<HostDatabase> context() const { return makeObject<devhost::DevHostDatabase>(state); }
 
-    /// The values of a query's rows, columns separated by "|", Null as "NULL".
-    std::vector<std::string> rows(std::string_view query) const {
-        std::vector<std::string> lines;
-        const ObjectRef<Recordset> result = connection->Execute(query, adOptionUnspecified);
-        for (; !result->Eof(); result->MoveNext()) {
-            std::string line;
-            for (std::int32_t column = 0; column < result->FieldCount(); ++column) {
-                const Variant value = result->Fields(column);
-                if (column > 0) line += '|';
-                line += value.isNull() ? "NULL" : joinedText(value, spanishLocale());
-            }
-            lines.push_back(line);
-        }
-        return lines;
-    }
+    /// rowsOf() this database.
+    std::vector<std::string> rows(std::string_view query) const { return rowsOf(*connection, query); }
 
     TemporaryFolder folder;
     ObjectRef<Connection> connection;
