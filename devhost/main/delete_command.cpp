@@ -54,11 +54,11 @@ std::optional<Refusal> fillIn(DevHost& host, const Window& window, const DeleteO
     return std::nullopt;
 }
 
-/// Why nothing was deleted, where the last message does not tell it.
-std::string whyNothingWasDeleted(const DevUser& user) {
+/// Why nothing was deleted.
+std::string reasonOf(const DevUser& user, std::string told) {
     if (user.messages().empty()) return "nothing was searched";
     const ShownMessage& last = user.messages().back();
-    if (last.message.buttons != MessageButtons::YesNo) return "";
+    if (last.message.buttons != MessageButtons::YesNo) return told;
     // Refusals are rolled back without a word.
     return last.answer == MessageAnswer::Yes ? "nothing was deleted: the host refused a deletion"
                                              : "nothing was deleted: the answer was no";
@@ -84,7 +84,7 @@ int runDelete(const DeleteOptions& options) {
     };
     command.successMessage = sBorradoFinalizado;
     command.endedWell = [&] { return listed; };
-    command.reason = [](DevHost& host, std::string) { return whyNothingWasDeleted(host.user()); };
+    command.reason = [](DevHost& host, std::string told) { return reasonOf(host.user(), std::move(told)); };
     return runInWindow(options.common, command);
 }
 

@@ -56,12 +56,15 @@ int runImport(const ImportOptions& options) {
     };
     command.successMessage = sExito;
     command.reason = [&](DevHost&, std::string told) -> std::string {
-        if (list != windowList && year != barcodeYear) {
+        if (list == windowList) return told;
+        if (year != barcodeYear)
             return "nothing was imported: the list " + list + " has no import for " + year;
-        }
-        if (auto trouble = unreadableFile("list", trimBlanks(file), options.common.driveC)) return *trouble;
-        if (list == windowList || !closed || told.starts_with(sRegistro)) return "";
+        if (!closed || told.starts_with(sRegistro)) return told;
         return "the host refused to insert a row; the run ended there, without a message";
+    };
+    command.ownWords = [&](DevHost&, const std::string&) -> std::string {
+        if (list != windowList && year != barcodeYear) return "";
+        return unreadableFile("list", trimBlanks(file), options.common.driveC).value_or("");
     };
     command.file = options.file.value_or("");
     return runInWindow(options.common, command);

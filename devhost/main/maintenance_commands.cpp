@@ -41,10 +41,16 @@ int runLocations(const LocationsOptions& options) {
     command.successMessage = success;
     command.file = options.file.empty() ? std::string(sFicheroArticulos) : options.file;
     command.articleFile = options.file;
-    command.reason = [&](DevHost& host, std::string) -> std::string {
+    command.reason = [&](DevHost& host, std::string told) {
+        // The run leaves the file open at the line that stopped it.
+        const std::int32_t line = host.platform().textFiles().linesRead(nFicheroArticulos);
+        told.append(" (").append(command.file);
+        if (line > 0) told.append(", line ").append(plainNumber(line));
+        return told.append(")");
+    };
+    command.ownWords = [&](DevHost& host, const std::string&) -> std::string {
         if (auto trouble = unreadableFile("article file", command.file, options.common.driveC))
             return *trouble;
-        // The run leaves the file open at the line that stopped it.
         const std::int32_t line = host.platform().textFiles().linesRead(nFicheroArticulos);
         return line > 0 ? joined({"the run stopped at line ", plainNumber(line), " of ", command.file}) : "";
     };
@@ -54,10 +60,10 @@ int runLocations(const LocationsOptions& options) {
 int runFixCodes(const FixCodesOptions& options) {
     WindowCommand command = pressing("XPButton3");
     command.successMessage = sCorreccionConcluida;
-    command.reason = [](DevHost& host, std::string) -> std::string {
+    command.reason = [](DevHost& host, std::string told) -> std::string {
         const auto& messages = host.user().messages();
         const bool refused = !messages.empty() && messages.back().answer == MessageAnswer::No;
-        return refused ? "nothing was corrected: the question was answered no" : "";
+        return refused ? "nothing was corrected: the question was answered no" : told;
     };
     return runInWindow(options.common, command);
 }

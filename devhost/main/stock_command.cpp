@@ -58,13 +58,18 @@ int runStock(const StockOptions& options) {
         return refused;
     };
     command.successMessage = sExito;
-    command.reason = [&](DevHost&, std::string told) {
-        const bool ofTheFile = std::ranges::any_of(fileErrors, [&](ErrorNumber number) {
+    const auto ofTheFile = [](const std::string& told) {
+        return std::ranges::any_of(fileErrors, [&](ErrorNumber number) {
             return told.starts_with("Error '" + plainNumber(static_cast<std::int32_t>(number)) + "'");
         });
-        if (!ofTheFile) return std::string();
+    };
+    command.reason = [&](DevHost&, std::string told) {
+        return ofTheFile(told) ? joined({told, " (", file, ")"}) : told;
+    };
+    command.ownWords = [&](DevHost&, const std::string& told) -> std::string {
+        if (!ofTheFile(told)) return "";
         const auto trouble = unwritableFile("stock file", trimBlanks(file), options.common.driveC);
-        return trouble ? *trouble : joined({"the stock file '", file, "' cannot be written"});
+        return trouble.value_or(joined({"the stock file '", file, "' cannot be written"}));
     };
     return runInWindow(options.common, command);
 }

@@ -76,15 +76,13 @@ int report(const DevHost& host, const std::optional<Refusal>& notTaken,
     return status;
 }
 
-/// Why a run failed, apart from the message that ended it: that was shown.
-std::string reasonOf(DevHost& host, const WindowCommand& command) {
-    const auto& messages = host.user().messages();
-    std::string reason;
-    if (command.reason) {
-        reason = command.reason(host, messages.empty() ? "" : asOneLine(messages.back().message.text));
-    }
-    if (!reason.empty()) return reason;
-    if (messages.empty()) return "nothing was said";
+/// The last line on standard error for a run that `failure` ended: what a window has said (`told`) is not
+/// said again.
+std::string lastLine(DevHost& host, const WindowCommand& command, const std::string& failure,
+                     const std::string& told) {
+    if (std::string words = command.ownWords ? command.ownWords(host, told) : ""; !words.empty())
+        return words;
+    if (told.empty() || failure.find(told) == failure.npos) return failure;
     return joined({"the run did not end with '", asOneLine(command.successMessage), "'"});
 }
 
@@ -119,7 +117,11 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
     progress.end();
     if (!failure && !user.lastMessageIs(command.successMessage) &&
         !(command.endedWell && command.endedWell())) {
-        failure = reasonOf(host, command);
+        const std::string told =
+            user.messages().empty() ? "" : asOneLine(user.messages().back().message.text);
+        failure = told.empty() ? "nothing was said" : told;
+        if (command.reason) failure = command.reason(host, *failure);
+        failure = lastLine(host, command, *failure, told);
     }
     if (options.inTransaction) {
         const bool well = !failure && !refused;

@@ -38,9 +38,12 @@ struct WindowCommand {
     std::string_view successMessage;
     /// Where set, whether a run ended well without a message.
     std::function<bool()> endedWell{};
-    /// Why a run did not do what it was to do, beyond what its last message, `told`, tells; empty where that
-    /// tells it whole.
+    /// Why a run did not do what it was to do, where neither the last message nor an error tells it whole;
+    /// `told` is what they tell.
     std::function<std::string(DevHost& host, std::string told)> reason{};
+    /// What the program itself says of a run that ended with the message `told` instead, such as that its
+    /// file is missing; empty for nothing.
+    std::function<std::string(DevHost& host, const std::string& told)> ownWords{};
     std::string file{};         ///< what the run reads beside the database, empty where that is left alone
     std::string articleFile{};  ///< stands for the article file of the location update
 };
