@@ -222,6 +222,13 @@ std::vector<ExchangedTable> addRows(portable::SqliteConnection& connection, std:
     return loaded;
 }
 
+void rollBack(portable::SqliteConnection& connection) {
+    try {
+        connection.RollbackTrans();
+    } catch (const RuntimeError&) {  // a full disk has ended the transaction already
+    }
+}
+
 }  // namespace
 
 std::vector<ExchangedTable> loadTables(portable::SqliteConnection& connection,
@@ -243,7 +250,7 @@ std::vector<ExchangedTable> loadTables(portable::SqliteConnection& connection,
         connection.CommitTrans();
         return loaded;
     } catch (...) {
-        connection.RollbackTrans();
+        rollBack(connection);
         throw;
     }
 }

@@ -51,6 +51,18 @@ class WrittenFiles {
     std::vector<std::filesystem::path> files_;
 };
 
+/// Until its end every statement sees the database as it is now.
+class OneMoment {
+  public:
+    explicit OneMoment(sqlite3* database) : database_(database) { portable::run(database, "BEGIN"); }
+    OneMoment(const OneMoment&) = delete;
+    OneMoment& operator=(const OneMoment&) = delete;
+    ~OneMoment() { sqlite3_exec(database_, "ROLLBACK", nullptr, nullptr, nullptr); }
+
+  private:
+    sqlite3* database_;
+};
+
 void appendQuoted(std::string& line, std::string_view text) {
     const std::size_t begin = line.size();
     line.resize(begin + csv_write(nullptr, 0, text.data(), text.size()));
@@ -172,30 +184,24 @@ std::vector<ExchangedTable> saveTables(portable::SqliteConnection& connection,
     if (const FolderFiles there = findTableFiles(folder); !there.tables.empty()) {
         throw std::runtime_error(joined({"'", there.tables.front().path.string(), "' exists already"}));
     }
-    portable::run(connection.handle(), "BEGIN");  // every table as it is at one moment
+    const OneMoment moment(connection.handle());
+    const std::vector<TableSize> sizes = tableSizes(connection.handle());
+    double allRows = 0;
+    for (const TableSize& size : sizes) allRows += static_cast<double>(size.rows);
+    double rowsBefore = 0;
+    WrittenFiles files;
     std::vector<ExchangedTable> saved;
-    try {
-        const std::vector<TableSize> sizes = tableSizes(connection.handle());
-        double allRows = 0;
-        for (const TableSize& size : sizes) allRows += static_cast<double>(size.rows);
-        double rowsBefore = 0;
-        WrittenFiles files;
-        for (const TableSize& size : sizes) {
-            const std::string name = joined({size.table->sNombre, ".csv"});
-            const auto progressed = [&](std::size_t rows) {
-                if (!watcher.progressed) return;
-                watcher.progressed({name, rows, (rowsBefore + static_cast<double>(rows)) / allRows});
-            };
-            TableSave save(connection, *size.table, files.add(folder / name));
-            saved.push_back({name, save.run(progressed)});
-            rowsBefore += static_cast<double>(size.rows);
-        }
-        files.keep();
-    } catch (...) {
-        portable::run(connection.handle(), "ROLLBACK");
-        throw;
+    for (const TableSize& size : sizes) {
+        const std::string name = joined({size.table->sNombre, ".csv"});
+        const auto progressed = [&](std::size_t rows) {
+            if (!watcher.progressed) return;
+            watcher.progressed({name, rows, (rowsBefore + static_cast<double>(rows)) / allRows});
+        };
+        TableSave save(connection, *size.table, files.add(folder / name));
+        saved.push_back({name, save.run(progressed)});
+        rowsBefore += static_cast<double>(size.rows);
     }
-    portable::run(connection.handle(), "ROLLBACK");
+    files.keep();
     return saved;
 }
 

@@ -167,6 +167,7 @@ TEST_F(CommandLine, LoadsAndSavesTablesAllOrNothing) {
     EXPECT_EQ(run("load bad.db bad"), 1);
     EXPECT_THAT(errors, EndsWith("pxtarvo-host: Art.csv, line 3, column ART_PVE: 'gratis' is no number\n"));
     EXPECT_EQ(run("load bad.db new/out", "> out", "ulimit -f 100 && "), 1);
+    EXPECT_THAT(errors, EndsWith("Error de lectura o escritura en el archivo de la base de datos.\n"));
     EXPECT_EQ(run("save dealer.db less", "> out", "ulimit -f 50 && "), 1);
     EXPECT_THAT(errors, HasSubstr("cannot be written: "));
     EXPECT_TRUE(std::filesystem::is_empty(folder.file("less")));

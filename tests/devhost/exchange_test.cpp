@@ -244,6 +244,21 @@ TEST_F(Exchange, NamesWhatItLeavesOutAndNumbersOn) {
               Variant(2));
 }
 
+/// As a full disk does.
+TEST_F(Exchange, TellsTheFailureThatEndedItsTransaction) {
+    files.write("in/lac.csv", "lac_codart\nA\n");
+    const auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
+    devhost::createSchema(*connection);
+    connection->runNative(
+        "CREATE TRIGGER Lleno BEFORE INSERT ON lac BEGIN SELECT RAISE(ROLLBACK, 'No cabe.'); END");
+    try {
+        devhost::loadTables(*connection, files.file("in"), watcher);
+        FAIL() << "taken";
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.description(), "No cabe.");
+    }
+}
+
 /// A key that only the database file has.
 TEST_F(Exchange, NumbersTheRowsOfATableWhoseFileHasNoKey) {
     const auto keyed = [&](std::string_view bytes) {
