@@ -27,13 +27,20 @@ add_room(record devhost/record PUBLIC access host platform values PRIVATE nlohma
 add_room(library devhost/library PUBLIC record sqlite screenless host platform values)
 add_room(dealer devhost/dealer PUBLIC sqlite platform values PRIVATE library dialect access host)
 target_compile_definitions(dealer PRIVATE PXTARVO_SAMPLE_LIST="${PROJECT_SOURCE_DIR}/samples/TARIFA2012.MDB")
-add_room(changes devhost/changes PUBLIC sqlite platform PRIVATE host values PkgConfig::GLIB)
-target_compile_definitions(changes PUBLIC SQLITE_ENABLE_SESSION SQLITE_ENABLE_PREUPDATE_HOOK)
 add_room(devhost devhost PUBLIC record library plugin portable sqlite platform PRIVATE dealer import
          nlohmann_json::nlohmann_json)
-add_room(watch devhost/watch PUBLIC portable files platform values PRIVATE access workbook)
-add_room(report devhost/report PUBLIC changes watch access sqlite import values PRIVATE dealer dialect host)
 add_room(tests_common tests/common PUBLIC access files platform values)
+
+if(NOT PXTARVO_WINE)  # of the command line alone
+    add_room(changes devhost/changes PUBLIC sqlite platform PRIVATE host values PkgConfig::GLIB)
+    target_compile_definitions(changes PUBLIC SQLITE_ENABLE_SESSION SQLITE_ENABLE_PREUPDATE_HOOK)
+    add_room(watch devhost/watch PUBLIC portable files platform values PRIVATE access workbook)
+    add_room(report devhost/report PUBLIC changes watch access sqlite import values PRIVATE dealer dialect host)
+    find_path(CSV_HEADERS csv.h REQUIRED)
+    find_library(CSV_LIBRARY csv REQUIRED)
+    add_room(exchange devhost/exchange PUBLIC sqlite dialect host values PRIVATE "${CSV_LIBRARY}")
+    target_include_directories(exchange PUBLIC "${CSV_HEADERS}")
+endif()
 
 if(PXTARVO_WINE)
     include(cmake/Wine.cmake)
@@ -41,7 +48,9 @@ elseif(PXTARVO_FUZZ)
     add_subdirectory(tests/fuzz)
 else()
     add_room_program(pxtarvo-host devhost/main
-                     LINKS devhost report watch changes dealer sqlite import stock deletion fields portable files platform values CLI11::CLI11)
+                     LINKS devhost report watch changes dealer exchange import stock deletion fields portable sqlite
+                           dialect files platform values CLI11::CLI11)
+    target_compile_definitions(pxtarvo-host PRIVATE PXTARVO_VERSION="${PROJECT_VERSION}")
     set_target_properties(pxtarvo-host PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/devhost/main")
     if(PXTARVO_TESTS)
         add_subdirectory(tests)

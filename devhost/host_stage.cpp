@@ -18,6 +18,7 @@ portable::PortableOptions portableOptions(const DevHostOptions& options,
     if (!options.articleFile.empty()) {
         portable.standIn = {std::string(sFicheroArticulos), options.articleFile};
     }
+    if (options.data != HostData::File) portable.output = portable::SequentialFiles::Output::Discarded;
     portable.clock = options.clock;
     portable.makeConnection = [make = options.makeSource, recorder = options.recorder,
                                checks](const portable::DrivePaths& paths) -> ObjectRef<Connection> {

@@ -68,6 +68,13 @@ ObjectRef<portable::SqliteConnection> openEmptyHost(std::shared_ptr<const Clock>
 }
 
 void createHostFile(const std::string& path, std::shared_ptr<const Clock> clock, bool sample) {
+    createFilledHostFile(path, std::move(clock), [=](portable::SqliteConnection& connection) {
+        if (sample) fillSampleDealer(connection);
+    });
+}
+
+void createFilledHostFile(const std::string& path, std::shared_ptr<const Clock> clock,
+                          const std::function<void(portable::SqliteConnection& connection)>& fill) {
     const auto* utf8 = reinterpret_cast<const char8_t*>(path.data());
     const std::filesystem::path file(utf8, utf8 + path.size());
     if (std::filesystem::exists(std::filesystem::symlink_status(file))) {
@@ -81,7 +88,7 @@ void createHostFile(const std::string& path, std::shared_ptr<const Clock> clock,
             const auto connection =
                 open(path + ".unfinished", std::move(clock), portable::DatabaseMode::CreateIfMissing);
             createSchema(*connection);
-            if (sample) fillSampleDealer(*connection);
+            fill(*connection);
         }
         std::filesystem::remove(journalOf(file));
         std::filesystem::rename(unfinished, file);

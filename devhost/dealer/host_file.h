@@ -2,6 +2,7 @@
 
 // The host's database file: opened for a session, or made anew.
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -26,5 +27,9 @@ ObjectRef<portable::SqliteConnection> openEmptyHost(std::shared_ptr<const Clock>
 /// Makes a new file with the host's tables, with the sample dealer's rows where `sample` is set. Raises 58
 /// when a file of this name exists, the provider's error otherwise, and leaves no file behind then.
 void createHostFile(const std::string& path, std::shared_ptr<const Clock> clock, bool sample);
+
+/// The same with the rows that `fill` writes; what it raises is raised, too.
+void createFilledHostFile(const std::string& path, std::shared_ptr<const Clock> clock,
+                          const std::function<void(portable::SqliteConnection& connection)>& fill);
 
 }  // namespace pxtarvo::devhost

@@ -77,7 +77,8 @@ int tellAll(const RunReport& report) {
     if (!report.endedWell || !report.faults.empty()) {
         return leave(exitFailed, report.faults.empty() ? report.reason : lineOf(report.faults.front()));
     }
-    return report.warnings.empty() ? exitDone : exitRefused;
+    const bool strange = report.list && report.list->look && !report.list->look->faults.empty();
+    return report.warnings.empty() && !strange ? exitDone : exitRefused;
 }
 
 int runCheck(const CheckOptions& options) {

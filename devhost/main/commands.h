@@ -12,6 +12,9 @@ using Command = std::function<int()>;
 
 /// Sets `chosen` when the user names the command.
 void addInitCommand(CLI::App& program, Command& chosen);
+void addLoadCommand(CLI::App& program, Command& chosen);
+void addSaveCommand(CLI::App& program, Command& chosen);
+void addQueryCommand(CLI::App& program, Command& chosen);
 void addImportCommand(CLI::App& program, Command& chosen);
 void addStockCommand(CLI::App& program, Command& chosen);
 void addDeleteCommand(CLI::App& program, Command& chosen);

@@ -1,15 +1,20 @@
 #include <memory>
 
 #include "devhost/main/commands.h"
+#include "devhost/main/exit_status.h"
 #include "devhost/main/import_run.h"
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 
 namespace {
 
 int runImport(const ImportOptions& options) {
+    if (options.supplier && trimBlanks(*options.supplier).empty()) {
+        tell("--supplier is empty: the run goes with supplier 0");
+    }
     ImportRun run(options);
     return runInWindow(options.common, run.command());
 }

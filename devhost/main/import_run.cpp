@@ -2,10 +2,13 @@
 
 #include <string_view>
 
+#include "devhost/main/named_files.h"
+#include "devhost/report/list_file.h"
 #include "devhost/window_controls.h"
 #include "fields/window_texts.h"
 #include "import/barcode_list.h"
 #include "import/run_texts.h"
+#include "platform/portable/files/drive_paths.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
@@ -15,6 +18,20 @@ namespace {
 // What the window shows when it opens.
 constexpr std::string_view windowYear = "2012";
 constexpr std::string_view windowList = "same";
+
+std::string_view wordsOf(LookFault fault) {
+    switch (fault) {
+        case LookFault::TooFewColumns:
+            return "it has too few columns";
+        case LookFault::NoCodes:
+            return "no codes where they should be";
+        case LookFault::NoPrices:
+            return "no numbers where the prices should be";
+        case LookFault::NoDescriptions:
+            return "no texts where the descriptions should be";
+    }
+    return {};
+}
 
 int positionOf(std::string_view list) {
     return list == windowList ? 0 : 1;
@@ -29,6 +46,10 @@ ImportRun::ImportRun(const ImportOptions& options)
     command_.actions = [this](DevHost& host, Window& window) { return work(host, window); };
     command_.successMessage = sExito;
     command_.reason = [this](DevHost&, std::string told) { return reason(std::move(told)); };
+    command_.ownWords = [this](DevHost&, const std::string&) -> std::string {
+        if (!command_.list) return "";
+        return unreadableFile("list", trimBlanks(file_), options_.common.driveC).value_or("");
+    };
     command_.file = options.file.value_or("");
     command_.year = year_;
     command_.list = listKind(year_, list_);
@@ -44,9 +65,25 @@ std::optional<Refusal> ImportRun::work(DevHost& host, Window& window) {
     const FieldText fields[] = {
         {"--file", 0, options_.file}, {"--supplier", 1, options_.supplier}, {"--brand", 3, options_.brand}};
     auto refused = typeFields(host, window, fields);
+    file_ = control<TextBox>(window, "Text1", 0).text();
+    if (!refused && !previewed_) preview();
     if (!refused) press(host, control<PushButton>(window, "XPButton1"));
     closed_ = window.unloaded();
     return refused;
+}
+
+/// Looks at the list, once, before the run does.
+void ImportRun::preview() {
+    previewed_ = true;
+    if (!command_.list) return;
+    const auto preview =
+        previewList(portable::DrivePaths(options_.common.driveC).resolve(file_), *command_.list);
+    if (!preview) return;
+    command_.rows = preview->rows;
+    std::string line;
+    for (const LookFault fault : preview->look.faults)
+        line.append(line.empty() ? "" : ", ").append(wordsOf(fault));
+    if (!line.empty()) tell(joined({"the list does not look like one of ", year_, ": ", line}));
 }
 
 std::string ImportRun::reason(std::string told) const {

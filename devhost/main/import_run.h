@@ -24,11 +24,14 @@ class ImportRun {
 
   private:
     std::optional<Refusal> work(DevHost& host, Window& window);
+    void preview();
     std::string reason(std::string told) const;
 
     const ImportOptions& options_;
     std::string year_;
     std::string list_;
+    std::string file_;  ///< the list's, as the window names it
+    bool previewed_ = false;
     bool closed_ = false;  ///< the run has closed the window
     WindowCommand command_;
 };

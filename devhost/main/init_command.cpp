@@ -3,6 +3,7 @@
 #include "devhost/dealer/host_file.h"
 #include "devhost/main/commands.h"
 #include "devhost/main/exit_status.h"
+#include "devhost/main/named_files.h"
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 
@@ -18,6 +19,7 @@ struct InitOptions {
 int runInit(const InitOptions& options) {
     const std::string& database = options.common.database;
     if (const auto clash = outputClash(options.common, "")) return leave(exitWrongCommand, *clash);
+    if (const auto trouble = newDatabaseTrouble(database)) return leave(exitFailed, *trouble);
     try {
         recorderFor(options.common);  // an empty record: nothing crosses the plug-in's boundary here
         createHostFile(database, clockFor(options.common), options.sample);

@@ -9,10 +9,13 @@
 
 #include "devhost/main/commands.h"
 #include "devhost/main/exit_status.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 
 namespace {
+
+constexpr std::size_t nameWidth = 12;  ///< of the longest command, and a gap
 
 /// Gives standard input, output and error a file each where the program was started without: no file that it
 /// opens may get their place, and with it what is meant for them. Writing to them fails as before.
@@ -25,13 +28,26 @@ void fillStandardDescriptors() {
     }
 }
 
+/// The commands with their purposes, a line each.
+void printCommands(const CLI::App& program) {
+    std::cerr << "Commands:\n";
+    for (const CLI::App* command : program.get_subcommands({})) {
+        std::cerr << "  " << paddedRight(command->get_name(), nameWidth) << command->get_description()
+                  << '\n';
+    }
+}
+
 int runCommandLine(int argc, char** argv) {
     CLI::App program("Runs the plug-in's windows without a screen, over an embedded database file.",
                      "pxtarvo-host");
-    program.require_subcommand(1);
+    program.require_subcommand(0, 1);
+    program.set_version_flag("--version", "pxtarvo-host " PXTARVO_VERSION);
     program.allow_extras();  // so that a wrong word can be named
     Command command;
     addInitCommand(program, command);
+    addLoadCommand(program, command);
+    addSaveCommand(program, command);
+    addQueryCommand(program, command);
     addImportCommand(program, command);
     addStockCommand(program, command);
     addDeleteCommand(program, command);
@@ -42,12 +58,16 @@ int runCommandLine(int argc, char** argv) {
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0) return program.exit(error);  // --help
+        if (error.get_exit_code() == 0) return program.exit(error);  // --help, --version
         const std::vector<std::string> extras = program.remaining();
         return leave(exitWrongCommand, extras.empty() ? error.what() : "unknown: " + extras.front());
     }
     if (const std::vector<std::string> extras = program.remaining(true); !extras.empty()) {
         return leave(exitWrongCommand, "unknown: " + extras.front());
+    }
+    if (!command) {
+        printCommands(program);
+        return leave(exitWrongCommand, "a command is missing; --help after one tells more");
     }
     try {
         return command();

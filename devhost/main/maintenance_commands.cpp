@@ -4,13 +4,14 @@
 #include <string>
 
 #include "devhost/main/commands.h"
-#include "devhost/main/exit_status.h"
+#include "devhost/main/named_files.h"
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
 #include "import/article_file.h"
 #include "import/run_texts.h"
 #include "platform/values/number_text.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 
@@ -48,6 +49,12 @@ int runLocations(const LocationsOptions& options) {
         told.append(" (").append(command.file);
         if (line > 0) told.append(", line ").append(plainNumber(line));
         return told.append(")");
+    };
+    command.ownWords = [&](DevHost& host, const std::string&) -> std::string {
+        if (auto trouble = unreadableFile("article file", command.file, options.common.driveC))
+            return *trouble;
+        const std::int32_t line = host.platform().textFiles().linesRead(nFicheroArticulos);
+        return line > 0 ? joined({"the run stopped at line ", plainNumber(line), " of ", command.file}) : "";
     };
     return runInWindow(options.common, command);
 }

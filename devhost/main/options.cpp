@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "devhost/main/named_files.h"
+
 namespace pxtarvo::devhost {
 
 namespace {
@@ -27,9 +29,7 @@ std::optional<CalendarTime> readTime(std::string_view text) {
 }  // namespace
 
 void addCommonOptions(CLI::App& command, CommonOptions& options) {
-    command.add_option("DB", options.database, "the database file")
-        ->required()
-        ->check([](const std::string& path) { return path.empty() ? "the name is empty" : std::string(); });
+    addDatabaseOption(command, options.database);
     command.add_option("--trace", options.trace, "write the record of the calls to this file")
         ->type_name("FILE");
     command

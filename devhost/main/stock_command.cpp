@@ -4,6 +4,7 @@
 
 #include "devhost/main/commands.h"
 #include "devhost/main/exit_status.h"
+#include "devhost/main/named_files.h"
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 #include "devhost/window_controls.h"
@@ -57,11 +58,18 @@ int runStock(const StockOptions& options) {
         return refused;
     };
     command.successMessage = sExito;
-    command.reason = [&](DevHost&, std::string told) {
-        const bool ofTheFile = std::ranges::any_of(fileErrors, [&](ErrorNumber number) {
+    const auto ofTheFile = [](const std::string& told) {
+        return std::ranges::any_of(fileErrors, [&](ErrorNumber number) {
             return told.starts_with("Error '" + plainNumber(static_cast<std::int32_t>(number)) + "'");
         });
-        return ofTheFile ? joined({told, " (", file, ")"}) : told;
+    };
+    command.reason = [&](DevHost&, std::string told) {
+        return ofTheFile(told) ? joined({told, " (", file, ")"}) : told;
+    };
+    command.ownWords = [&](DevHost&, const std::string& told) -> std::string {
+        if (!ofTheFile(told)) return "";
+        const auto trouble = unwritableFile("stock file", trimBlanks(file), options.common.driveC);
+        return trouble.value_or(joined({"the stock file '", file, "' cannot be written"}));
     };
     return runInWindow(options.common, command);
 }
@@ -77,6 +85,7 @@ void addStockCommand(CLI::App& program, Command& chosen) {
     command.add_option("--brand", options->brand, "the brand's code");
     command.add_option("--client", options->client, "the dealer's client code");
     command.add_option("--organisation", options->organisation, "the supplier's sales organisation");
+    addDryRun(command, options->common);
     command.add_option("--address", options->address, "the code of the shipping address");
 }
 

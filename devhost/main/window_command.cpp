@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "devhost/main/exit_status.h"
+#include "devhost/main/named_files.h"
 #include "devhost/main/progress_display.h"
 #include "devhost/main/run_keeping.h"
 #include "devhost/window_controls.h"
@@ -58,12 +59,22 @@ int report(const DevHost& host, const RunEnding& ending) {
     if (ending.notTaken) {
         status = leave(ending.notTaken->status, ending.notTaken->reason);
     } else if (ending.failure) {
-        status = leave(exitFailed, *ending.failure);
+        status = leave(exitFailed, ending.lastLine);
     }
     for (const std::string& violation : host.violations()) {
         status = leave(exitFailed, "against the rules of the host's library: " + violation);
     }
     return status;
+}
+
+/// The last line on standard error for a run that `failure` ended: what a window has said (`told`) is not
+/// said again.
+std::string lastLine(DevHost& host, const WindowCommand& command, const std::string& failure,
+                     const std::string& told) {
+    if (std::string words = command.ownWords ? command.ownWords(host, told) : ""; !words.empty())
+        return words;
+    if (told.empty() || failure.find(told) == failure.npos) return failure;
+    return joined({"the run did not end with '", asOneLine(command.successMessage), "'"});
 }
 
 int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& command,
@@ -77,7 +88,7 @@ int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& 
     user.onYielded = [&] { progress.yielded(); };
     keeping.begin(host);
     const RunEnding ending = runOnce(host, options, command, [&](Window* window) {
-        if (window && !options.quiet) progress.show(*window);
+        if (window && !options.quiet) progress.show(*window, command.rows);
         if (!window) progress.end();
         keeping.window(window);
     });
@@ -156,12 +167,17 @@ RunEnding runOnce(DevHost& host, const CommonOptions& options, const WindowComma
     user.onWindowShown = nullptr;
     if (!ending.failure && !user.lastMessageIs(command.successMessage) &&
         !(command.endedWell && command.endedWell())) {
-        std::string told =
-            user.messages().empty() ? "nothing was said" : asOneLine(user.messages().back().message.text);
-        ending.failure = command.reason ? command.reason(host, std::move(told)) : std::move(told);
+        const std::string told =
+            user.messages().empty() ? "" : asOneLine(user.messages().back().message.text);
+        ending.failure = told.empty() ? "nothing was said" : told;
+        if (command.reason) ending.failure = command.reason(host, *ending.failure);
+        ending.lastLine = lastLine(host, command, *ending.failure, told);
+    } else if (ending.failure) {
+        ending.lastLine = *ending.failure;
     }
     if (options.inTransaction) {
         if (auto notCommitted = endTransaction(*host.connection(), ending.well())) {
+            ending.lastLine = *notCommitted;
             ending.failure = std::move(notCommitted);
         }
     }
@@ -170,6 +186,7 @@ RunEnding runOnce(DevHost& host, const CommonOptions& options, const WindowComma
 
 int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     if (const auto clash = outputClash(options, command.file)) return leave(exitWrongCommand, *clash);
+    if (const auto missing = missingDatabase(options.database)) return leave(exitFailed, *missing);
     DevHostOptions hostOptions;
     hostOptions.database = options.database;
     hostOptions.cursor = options.cursor;
@@ -215,8 +232,7 @@ std::optional<Refusal> typeFields(DevHost& host, const Window& window, std::span
                            joined({field.option, ": the field does not take '", *field.text, "'"})};
         }
         if (host.user().messages().size() > told) {
-            const std::string& text = host.user().messages()[told].message.text;
-            return Refusal{exitFailed, joined({field.option, " ", *field.text, ": ", asOneLine(text)})};
+            return Refusal{exitFailed, joined({field.option, ": the window refused '", *field.text, "'"})};
         }
     }
     return std::nullopt;

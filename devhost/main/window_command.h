@@ -43,8 +43,13 @@ struct WindowCommand {
     /// Why a run did not do what it was to do, where neither the last message nor an error tells it whole;
     /// `told` is what they tell.
     std::function<std::string(DevHost& host, std::string told)> reason{};
+    /// What the program itself says of a run that ended with the message `told` instead, such as that its
+    /// file is missing; empty for nothing.
+    std::function<std::string(DevHost& host, const std::string& told)> ownWords{};
     std::string file{};         ///< what the run reads beside the database, empty where that is left alone
     std::string articleFile{};  ///< stands for the article file of the location update
+
+    std::int32_t rows = 0;  ///< of the list, once the command works in its window; 0 where that is not known
 
     // For a report.
 
@@ -58,6 +63,7 @@ struct WindowCommand {
 struct RunEnding {
     std::optional<Refusal> notTaken;     ///< nothing was started
     std::optional<std::string> failure;  ///< why it did not end well
+    std::string lastLine{};  ///< the same for standard error, where a message has been told already
     bool well() const noexcept { return !notTaken && !failure; }
 };
 

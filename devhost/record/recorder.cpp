@@ -34,7 +34,7 @@ std::shared_ptr<Recorder> Recorder::toFile(const std::string& path) {
     auto file = std::make_shared<std::ofstream>(std::filesystem::path(utf8, utf8 + path.size()),
                                                 std::ios::binary | std::ios::trunc);
     const auto check = [file, path] {
-        if (!*file) throw RuntimeError(ErrorNumber::PathFileAccess, "No se puede escribir '" + path + "'.");
+        if (!*file) throw RuntimeError(ErrorNumber::PathFileAccess, "'" + path + "' cannot be written");
     };
     check();
     auto recorder =

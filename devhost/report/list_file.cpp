@@ -4,7 +4,6 @@
 
 #include <ctime>
 #include <fstream>
-#include <iterator>
 
 #include "devhost/changes/checksum.h"
 #include "platform/portable/access/jet_connection.h"
@@ -18,7 +17,9 @@ std::optional<ListFile> describeListFile(const std::string& place) {
     if (::stat(place.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
     std::ifstream file(place, std::ios::binary);
     if (!file) return std::nullopt;
-    const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
     ListFile list;
     list.path = place;
     list.bytes = bytes.size();

@@ -8,7 +8,6 @@
 
 #include "devhost/report/run_report.h"
 #include "platform/portable/access/row_source.h"
-#include "platform/portable/files/drive_paths.h"
 
 namespace pxtarvo::devhost {
 

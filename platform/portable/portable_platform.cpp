@@ -13,7 +13,7 @@ ObjectRef<Connection> accessFileReader(const DrivePaths& paths) {
 PortablePlatform::PortablePlatform(PortableOptions options, SimulatedUser& user)
     : options_(std::move(options)),
       paths_(options_.driveC, options_.standIn),
-      files_(paths_),
+      files_(paths_, options_.output),
       desktop_(user) {
     if (!options_.makeConnection) options_.makeConnection = accessFileReader;
     if (!options_.makeSpreadsheet) {

@@ -20,6 +20,7 @@ struct PortableOptions {
     std::shared_ptr<const Clock> clock;
     std::string moduleFolder = "C:\\TARVO";
     StandIn standIn{};
+    SequentialFiles::Output output = SequentialFiles::Output::Kept;
     /// Makes the connections that the plug-in creates; by default readers of Access files.
     std::function<ObjectRef<Connection>(const DrivePaths&)> makeConnection;
     /// Makes the spreadsheet applications that the plug-in creates; by default readers of their files.

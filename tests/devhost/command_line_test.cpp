@@ -15,6 +15,11 @@ namespace {
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
+/// With its end.
+std::string lastLineOf(const std::string& text) {
+    return text.size() < 2 ? text : text.substr(text.rfind('\n', text.size() - 2) + 1);
+}
+
 class CommandLine : public ::testing::Test {
   protected:
     /// Runs a command line in the test's folder; {S} stands for the folder of samples. `before` is done in
@@ -51,15 +56,15 @@ TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
         const char* lastLine;  ///< its end
     };
     const Case cases[] = {
-        {"", 2, "A subcommand is required"},
+        {"", 2, "a command is missing; --help after one tells more"},
         {"export dealer.db", 2, "export"},
         {"import ''", 2, "the name is empty"},
         {"import dealer.db --trace dealer.db", 2, "would overwrite what the command reads"},
         {"import dealer.db --file text.db --trace text.db", 2, "would overwrite what the command reads"},
         {"import dealer.db --list ama", 1, "the list ama has no import for 2012"},
         {"init", 2, "DB is required"},
-        {"init dealer.db", 1, "El archivo 'dealer.db' ya existe."},
-        {"init no/such/folder.db", 1, ""},
+        {"init dealer.db", 1, "'dealer.db' exists already"},
+        {"init no/such/folder.db", 1, "the folder of 'no/such/folder.db' does not exist"},
         {"import dealer.db --year 2005", 2, ""},
         {"import dealer.db --year", 2, ""},
         {"import dealer.db --list", 2, ""},
@@ -72,33 +77,51 @@ TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
         {"import dealer.db --cursor both", 2, ""},
         {"import dealer.db --drive-c no/such/folder", 2, ""},
         {"import dealer.db --supplier 24x", 2, "--supplier: the field does not take '24x'"},
-        {"import dealer.db --year 2006", 1, "No se pudo encontrar el archivo 'C:\\TARVO\\TARIFA2006.MDB'."},
+        {"import dealer.db --year 2006", 1,
+         "the list 'C:\\TARVO\\TARIFA2006.MDB' does not exist; --file names another one, --drive-c the folder that "
+         "stands for drive C:"},
+        {"import dealer.db --file c", 1, "the list 'c' is a folder"},
+        {"import dealer.db --file no.mdb", 1, "the list 'no.mdb' does not exist"},
+        {"import dealer.db --file text.db", 1, "the run did not end with 'Proceso finalizado con exito'"},
         {"import dealer.db --list ama", 1, "nothing was imported: the list ama has no import for 2012"},
-        {"locations dealer.db", 1, "No se encontró la ruta de acceso (C:\\tarvo\\articulo.tdw)"},
-        {"locations dealer.db --file no.tdw", 1, "No se encontró el archivo (no.tdw)"},
-        {"locations dealer.db --file c/articulo.tdw", 1, "(c/articulo.tdw, line 3)"},
+        {"locations dealer.db", 1,
+         "the article file 'C:\\tarvo\\articulo.tdw' does not exist; --file names another one, --drive-c the folder that "
+         "stands for drive C:"},
+        {"locations dealer.db --file no.tdw", 1, "the article file 'no.tdw' does not exist"},
+        {"locations dealer.db --file c", 1, "the article file 'c' is a folder"},
+        {"locations dealer.db --file c/articulo.tdw", 1, "the run stopped at line 3 of c/articulo.tdw"},
         {"locations dealer.db --file text.db --trace text.db", 2, "would overwrite what the command reads"},
         {"fix-codes dealer.db --answer no", 1, "nothing was corrected: the question was answered no"},
-        {"fix-codes dealer.db --in-transaction", 1, "No se pueden iniciar más transacciones en esta sesión."},
+        {"fix-codes dealer.db --in-transaction", 1, "the run did not end with 'proceso concluido'"},
         {"fix-codes dealer.db --year 2008", 2, "--year"},
-        {"import dealer.db --trace no/such/folder/t", 1, "No se puede escribir 'no/such/folder/t'."},
-        {"import dealer.db", 1, "No se pudo encontrar el archivo 'C:\\TARVO\\TARIFA2012.MDB'."},
+        {"import dealer.db --trace no/such/folder/t", 1, "'no/such/folder/t' cannot be written"},
         {"import dealer.db --file {S}/list-apostrophe-row-57.mdb", 1, ""},
         {"import dealer.db --file {S}/TARIFA2012.MDB --in-transaction", 1, ""},
-        {"import missing.db", 1, ""},
-        {"stock dealer.db", 1, "Debe indicar el codigo de proveedor"},
+        {"import missing.db", 1,
+         "there is no database 'missing.db': init makes a new one, load one from CSV files"},
+        {"query missing.db 'SELECT 1'", 1, "init makes a new one, load one from CSV files"},
+        {"save missing.db out", 1, "init makes a new one, load one from CSV files"},
+        {"import c", 1, "'c' is a folder, no database"},
+        {"load dealer.db c", 1, "'dealer.db' exists already"},
+        {"load new.db c", 1, "no CSV file in 'c' has the name of a table"},
+        {"load new.db no", 2, "no"},
+        {"save dealer.db text.db/out", 1, ""},
+        {"query dealer.db 'SELECT nada FROM Art'", 1, "El nombre de columna 'nada' no es válido."},
+        {"stock dealer.db", 1, "the run did not end with 'Proceso finalizado con exito'"},
         {"stock dealer.db --client 12345678901", 2, "--client: the field does not take '12345678901'"},
         {"stock dealer.db --file c/../dealer.db", 2, "the stock file would overwrite 'dealer.db'"},
         {"stock dealer.db --trace t --file t", 2, "the stock file would overwrite 't'"},
         {"stock dealer.db --supplier 24 --brand SAME --file no/s", 1,
-         "No se encontró la ruta de acceso (no/s)"},
+         "the folder of the stock file 'no/s' does not exist"},
+        {"stock dealer.db --supplier 24 --brand SAME", 1, "--drive-c the folder that stands for drive C:"},
+        {"stock dealer.db --supplier 24 --brand SAME --file c", 1, "the stock file 'c' is a folder"},
         {"delete dealer.db --state viejo", 2, ""},
-        {"delete dealer.db --until 1/1/1990", 1, "No hay articulos introducidos"},
+        {"delete dealer.db --until 1/1/1990", 1, "the run did not end with 'Proceso de borrado finalizado'"},
         {"stock dealer.db --supplier 24 --brand SAME --file ' dealer.db '", 2, "would overwrite 'dealer.db'"},
-        {"import dealer.db --brand NADA", 1, "--brand NADA: Codigo Marca no existe"},
+        {"import dealer.db --brand NADA", 1, "--brand: the window refused 'NADA'"},
         {"delete dealer.db --answer no", 1, "nothing was deleted: the answer was no"},
         {"delete dealer.db --until 32/13/2006", 2, "--until: '32/13/2006' is no date"},
-        {"delete dealer.db --brand NADA", 1, "--brand NADA: Codigo Marca no existe"},
+        {"delete dealer.db --brand NADA", 1, "--brand: the window refused 'NADA'"},
         {"delete dealer.db --in-transaction", 1, ""},
         {"import text.db", 1, ""},
         {"import void.db", 1, "El nombre de objeto 'Pro' no es válido."},
@@ -106,14 +129,68 @@ TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
     for (const Case& one : cases) {
         SCOPED_TRACE(one.arguments);
         EXPECT_EQ(run(one.arguments), one.status);
-        const std::string lastLine = errors.substr(errors.rfind('\n', errors.size() - 2) + 1);
+        const std::string lastLine = lastLineOf(errors);
         EXPECT_THAT(lastLine, ::testing::StartsWith("pxtarvo-host: "));
         EXPECT_THAT(lastLine, EndsWith(std::string(one.lastLine) + "\n"));
         EXPECT_GT(lastLine.size(), 25u);
+        // What a window has said is not said again.
+        EXPECT_FALSE(!output.empty() && errors.find(lastLineOf(output)) != errors.npos);
     }
     EXPECT_TRUE(before == bytesOf(folder.file("dealer.db"))) << "the database changed";
     EXPECT_FALSE(std::filesystem::exists(folder.file("missing.db")));
     EXPECT_FALSE(std::filesystem::exists(folder.file("no")));
+}
+
+TEST_F(CommandLine, NamesItsCommandsAndItsVersion) {
+    EXPECT_EQ(run(""), 2);
+    for (const char* command :
+         {"init", "load", "save", "query", "import", "stock", "delete", "locations", "fix-codes"}) {
+        EXPECT_THAT(errors, ::testing::ContainsRegex("\n  " + std::string(command) + " +[A-Z]"));
+    }
+    EXPECT_EQ(run("--version"), 0);
+    EXPECT_THAT(output, ::testing::MatchesRegex("pxtarvo-host [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST_F(CommandLine, LoadsAndSavesTablesAllOrNothing) {
+    ASSERT_EQ(run("init dealer.db --sample"), 0);
+    ASSERT_EQ(run("save dealer.db new/out"), 0) << errors;
+    EXPECT_THAT(output, ::testing::StartsWith("Art.csv: 1000 rows\n"));
+    folder.write("new/out/Otra.csv", "a,b\n");
+    ASSERT_EQ(run("load again.db new/out --quiet"), 0) << errors;
+    EXPECT_THAT(output, ::testing::StartsWith("Art.csv: 1000 rows\n"));
+    EXPECT_EQ(errors, "pxtarvo-host: Otra.csv: left out, as no table of the host has this name\n");
+    EXPECT_EQ(run("import again.db --file {S}/TARIFA2012.MDB"), 0);
+    EXPECT_EQ(run("save again.db new/out"), 1);
+    EXPECT_THAT(errors, EndsWith("'new/out/Art.csv' exists already\n"));
+
+    folder.write("bad/Art.csv", "Art_Id,ART_PVE\n1,2.5\n2,gratis\n");
+    EXPECT_EQ(run("load bad.db bad"), 1);
+    EXPECT_THAT(errors, EndsWith("pxtarvo-host: Art.csv, line 3, column ART_PVE: 'gratis' is no number\n"));
+    EXPECT_EQ(run("load bad.db new/out", "> out", "ulimit -f 100 && "), 1);
+    EXPECT_THAT(errors, EndsWith("Error de lectura o escritura en el archivo de la base de datos.\n"));
+    EXPECT_EQ(run("save dealer.db less", "> out", "ulimit -f 50 && "), 1);
+    EXPECT_THAT(errors, HasSubstr("cannot be written: "));
+    EXPECT_TRUE(std::filesystem::is_empty(folder.file("less")));
+    for (const auto& entry : std::filesystem::directory_iterator(folder.file(""))) {
+        EXPECT_FALSE(entry.path().filename().string().starts_with("bad.db")) << entry.path();
+    }
+}
+
+TEST_F(CommandLine, RunsOneStatement) {
+    ASSERT_EQ(run("init dealer.db --sample"), 0);
+    ASSERT_EQ(run("query dealer.db \"UPDATE Exis SET Exis_Lote = 'a\tb\nc\\\\d', Exis_Cantidad = -0.5, "
+                  "Exis_Fentrada = '01/02/2012 03:04:05', Exis_Kill = 1 WHERE Exis_Id = 1\""),
+              0)
+        << errors;
+    EXPECT_EQ(output, "");
+    ASSERT_EQ(
+        run("query dealer.db 'SELECT TOP 1 Exis_Id, Exis_Lote AS Lote, Exis_Cantidad, Exis_Fentrada, Exis_Kill, "
+            "Exis_Largo FROM Exis'"),
+        0)
+        << errors;
+    EXPECT_EQ(output,
+              "Exis_Id\tLote\tExis_Cantidad\tExis_Fentrada\tExis_Kill\tExis_Largo\n"
+              "1\ta\\tb\\nc\\\\d\t-0.5\t2012-02-01 03:04:05\t1\tNULL\n");
 }
 
 TEST_F(CommandLine, ImportsAndRecords) {
@@ -126,7 +203,7 @@ TEST_F(CommandLine, ImportsAndRecords) {
               0)
         << errors;
     EXPECT_EQ(output, "Debe indicar el codigo de proveedor\nProceso finalizado con exito\n");
-    EXPECT_EQ(errors, "");
+    EXPECT_EQ(errors, "pxtarvo-host: --supplier is empty: the run goes with supplier 0\n");
     const std::string record = bytesOf(folder.file("record.jsonl"));
     EXPECT_THAT(record, HasSubstr(R"(Data Source=C:\\TARVO\\TARIFA2008.MDB;)"));
     EXPECT_THAT(record, HasSubstr("Art_FechaEstado = '25/07/2012' WHERE"));
@@ -240,11 +317,11 @@ TEST_F(CommandLine, TellsRefusalsAndStopsAtFailures) {
                                   "import dealer.db --year 2006 --file {S}/TARIFA2006.MDB"}) {
         SCOPED_TRACE(arguments);
         EXPECT_EQ(run(arguments), 1);
-        EXPECT_THAT(errors, HasSubstr("La base de datos está bloqueada por otro proceso."));
+        EXPECT_THAT(output, HasSubstr("La base de datos está bloqueada por otro proceso."));
     }
     connection->RollbackTrans();
     EXPECT_EQ(run("import dealer.db --file {S}/TARIFA2012.MDB", "> out", "ulimit -f 100 && "), 1);
-    EXPECT_THAT(errors, HasSubstr("Error de lectura o escritura en el archivo de la base de datos."));
+    EXPECT_THAT(output, HasSubstr("Error de lectura o escritura en el archivo de la base de datos."));
     EXPECT_TRUE(before == bytesOf(folder.file("dealer.db")));
 }
 
@@ -256,7 +333,7 @@ TEST_F(CommandLine, FailsWhereItsOutputCannotBeWritten) {
     EXPECT_EQ(run("fix-codes dealer.db --trace record", ">&-"), 1);
     EXPECT_THAT(bytesOf(folder.file("record")), ::testing::Not(HasSubstr("\nConfirma")));
     EXPECT_EQ(run("import dealer.db --file {S}/TARIFA2012.MDB --trace /dev/full"), 1);
-    EXPECT_THAT(errors, EndsWith("No se puede escribir '/dev/full'.\n"));
+    EXPECT_THAT(errors, EndsWith("'/dev/full' cannot be written\n"));
     EXPECT_THAT(output, EndsWith("Proceso finalizado con exito\n"));
 }
 

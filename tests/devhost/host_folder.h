@@ -30,6 +30,7 @@ class HostFolder {
     std::string path() const { return folder.file("dealer.db"); }
     ObjectRef<HostDatabase> context() const { return makeObject<devhost::DevHostDatabase>(state); }
 
+    /// rowsOf() this database.
     std::vector<std::string> rows(std::string_view query) const { return rowsOf(*connection, query); }
 
     TemporaryFolder folder;

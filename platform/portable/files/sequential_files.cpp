@@ -99,14 +99,28 @@ class DescriptorFile : public SystemFile {
     int descriptor_;
 };
 
+/// Opened as if it were to be written.
+class DiscardedFile : public DescriptorFile {
+  public:
+    DiscardedFile(const std::string& place, bool existed) : DescriptorFile(place, true) {
+        if (!existed) ::unlink(place.c_str());
+    }
+    void write(std::string_view) override {}
+    void truncate() override {}
+};
+
 }  // namespace
 
-SequentialFiles::SequentialFiles(DrivePaths paths) : paths_(std::move(paths)) {}
+SequentialFiles::SequentialFiles(DrivePaths paths, Output output)
+    : paths_(std::move(paths)), output_(output) {}
 
 std::unique_ptr<SystemFile> SequentialFiles::openFile(std::string_view path, bool forOutput) {
     const std::string place = paths_.resolve(path);
     std::error_code unknown;
     if (place.empty() || fs::is_directory(place, unknown)) throw RuntimeError(ErrorNumber::PathFileAccess);
+    if (forOutput && output_ == Output::Discarded) {
+        return std::make_unique<DiscardedFile>(place, fs::exists(fs::symlink_status(place, unknown)));
+    }
     return std::make_unique<DescriptorFile>(place, forOutput);
 }
 

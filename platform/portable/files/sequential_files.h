@@ -10,7 +10,10 @@ namespace pxtarvo::portable {
 
 class SequentialFiles : public NumberedFiles {
   public:
-    explicit SequentialFiles(DrivePaths paths = DrivePaths());
+    /// What becomes of the files that are written.
+    enum class Output { Kept, Discarded /**< each opens or fails as it would, and stays as it was */ };
+
+    explicit SequentialFiles(DrivePaths paths = DrivePaths(), Output output = Output::Kept);
 
   private:
     std::unique_ptr<SystemFile> openFile(std::string_view path, bool forOutput) override;
@@ -18,6 +21,7 @@ class SequentialFiles : public NumberedFiles {
     std::string decoded(std::string_view bytes) const override;
 
     DrivePaths paths_;
+    Output output_;
 };
 
 }  // namespace pxtarvo::portable
