@@ -13,4 +13,5 @@ add_room(host_windows host/windows
 add_subdirectory(plugin/com)
 if(PXTARVO_TESTS)
     add_subdirectory(tests/windows)
+    add_subdirectory(tests/package)
 endif()

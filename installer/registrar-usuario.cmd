@@ -46,14 +46,17 @@ rem La clase y la interfaz en una de las vistas del registro: DLL [/reg:32 o /re
 :vista
 call :valor "CLSID\%clase%" "%nombre%" %2
 call :valor "CLSID\%clase%\InprocServer32" "%~1" %2
-reg add "%clases%\CLSID\%clase%\InprocServer32" /v ThreadingModel /d Apartment /f %2 >nul 2>&1 || set fallo=1
+reg add "%clases%\CLSID\%clase%\InprocServer32" /v ThreadingModel /d Apartment /f %2 >nul 2>&1
+if errorlevel 1 set fallo=1
 call :valor "CLSID\%clase%\ProgID" "%nombre%" %2
+call :valor "CLSID\%clase%\Programmable" "" %2
 call :valor "CLSID\%clase%\TypeLib" "%biblioteca%" %2
 call :valor "CLSID\%clase%\Version" "1.0" %2
 call :valor "Interface\%interfaz%" "_PXTarvor" %2
 call :valor "Interface\%interfaz%\ProxyStubClsid32" "{00020424-0000-0000-C000-000000000046}" %2
 call :valor "Interface\%interfaz%\TypeLib" "%biblioteca%" %2
-reg add "%clases%\Interface\%interfaz%\TypeLib" /v Version /d 1.0 /f %2 >nul 2>&1 || set fallo=1
+reg add "%clases%\Interface\%interfaz%\TypeLib" /v Version /d 1.0 /f %2 >nul 2>&1
+if errorlevel 1 set fallo=1
 exit /b 0
 
 :borrarvista
@@ -62,12 +65,15 @@ call :borrar "Interface\%interfaz%" %1
 exit /b 0
 
 :valor
-reg add "%clases%\%~1" /ve /d "%~2" /f %3 >nul 2>&1 || set fallo=1
+reg add "%clases%\%~1" /ve /d "%~2" /f %3 >nul 2>&1
+if errorlevel 1 set fallo=1
 exit /b 0
 
 :borrar
-reg query "%clases%\%~1" %2 >nul 2>&1 || exit /b 0
-reg delete "%clases%\%~1" /f %2 >nul 2>&1 || set fallo=1
+reg query "%clases%\%~1" %2 >nul 2>&1
+if errorlevel 1 exit /b 0
+reg delete "%clases%\%~1" /f %2 >nul 2>&1
+if errorlevel 1 set fallo=1
 exit /b 0
 
 :uso
