@@ -1,4 +1,4 @@
-// A small host of 64 bits: creates the plug-in by its name and asks it for its members.
+// A small host: creates the plug-in by its name and asks it for its members.
 //   use_plugin [--hold FILE]   with FILE: makes FILE, and keeps the object until FILE is gone
 
 #include <windows.h>
@@ -24,7 +24,8 @@ Outcome use(const wchar_t* held) {
     wchar_t names[2][20] = {L"MyBd", L"jImportacionTarifas"};
     for (int i = 0; i < 2; ++i) {
         wchar_t* name = names[i];
-        if (FAILED(object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &members[i]))) return noMember;
+        if (FAILED(object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &members[i])))
+            return noMember;
     }
     VARIANT nothing{};
     nothing.vt = VT_DISPATCH;
@@ -34,7 +35,8 @@ Outcome use(const wchar_t* held) {
                               nullptr, nullptr, nullptr)))
         return contextRefused;
     if (held) {
-        const HANDLE file = CreateFileW(held, GENERIC_WRITE, FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS, 0, nullptr);
+        const HANDLE file =
+            CreateFileW(held, GENERIC_WRITE, FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS, 0, nullptr);
         if (file == INVALID_HANDLE_VALUE) return noFile;
         CloseHandle(file);
         while (GetFileAttributesW(held) != INVALID_FILE_ATTRIBUTES) Sleep(50);
@@ -47,7 +49,8 @@ Outcome use(const wchar_t* held) {
 
 int wmain(int count, wchar_t** arguments) {
     CoInitialize(nullptr);
-    const Outcome outcome = use(count == 3 && arguments[1] == std::wstring(L"--hold") ? arguments[2] : nullptr);
+    const Outcome outcome =
+        use(count == 3 && arguments[1] == std::wstring(L"--hold") ? arguments[2] : nullptr);
     CoUninitialize();
     std::puts(outcome == done ? "done" : "failed");
     return outcome;

@@ -1,5 +1,6 @@
-// Stands in for the system's library that says who uses a file, which Wine has without its contents: the four functions
-// that the installer calls, as the system's header declares them, over the modules of the running programs.
+// Stands in for the system's library that says who uses a file, which Wine has without its contents: the four
+// functions that the installer calls, as the system's header declares them, over the modules of the running
+// programs.
 
 #include <windows.h>
 
@@ -36,7 +37,8 @@ DWORD WINAPI RmStartSession(DWORD* session, DWORD flags, WCHAR* key) {
     return ERROR_SUCCESS;
 }
 
-DWORD WINAPI RmRegisterResources(DWORD session, UINT files, LPCWSTR* names, UINT, RM_UNIQUE_PROCESS*, UINT, LPCWSTR*) {
+DWORD WINAPI RmRegisterResources(DWORD session, UINT files, LPCWSTR* names, UINT, RM_UNIQUE_PROCESS*, UINT,
+                                 LPCWSTR*) {
     if (session != 1 || files != 1) return ERROR_INVALID_HANDLE;
     registeredFile = names[0];
     return ERROR_SUCCESS;
