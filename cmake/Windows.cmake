@@ -1,5 +1,5 @@
 # The DLL and what only it is made of.
-add_compile_definitions(UNICODE _UNICODE _WIN32_WINNT=0x0601)
+add_compile_definitions(UNICODE _UNICODE _WIN32_WINNT=0x0${PXTARVO_OLDEST_MAJOR}0${PXTARVO_OLDEST_MINOR})
 enable_testing()
 
 add_room(automation platform/windows/automation PUBLIC values ole32 oleaut32 uuid)
@@ -13,4 +13,5 @@ add_room(host_windows host/windows
 add_subdirectory(plugin/com)
 if(PXTARVO_TESTS)
     add_subdirectory(tests/windows)
+    add_subdirectory(tests/package)
 endif()
