@@ -12,6 +12,7 @@
 #include "devhost/main/exchange_progress.h"
 #include "devhost/main/exit_status.h"
 #include "devhost/main/named_files.h"
+#include "devhost/main/scratch_folder.h"
 #include "devhost/main/value_text.h"
 #include "platform/portable/clocks.h"
 
@@ -23,11 +24,13 @@ struct ExchangeOptions {
     std::string database;
     std::string folder;
     bool quiet = false;
+    bool dryRun = false;
 };
 
 struct QueryOptions {
     std::string database;
     std::string statement;
+    bool dryRun = false;
 };
 
 void print(const std::vector<ExchangedTable>& tables) {
@@ -41,7 +44,9 @@ int runLoad(const ExchangeOptions& options) {
     {
         ExchangeDisplay display(options.quiet);
         const ExchangeWatcher watcher = display.watcher();
-        createFilledHostFile(options.database, std::make_shared<portable::SystemClock>(),
+        const ScratchFolder scratch;
+        const std::string made = options.dryRun ? scratch.file("dealer.db") : options.database;
+        createFilledHostFile(made, std::make_shared<portable::SystemClock>(),
                              [&](portable::SqliteConnection& connection) {
                                  loaded = loadTables(connection, options.folder, watcher);
                              });
@@ -64,7 +69,9 @@ int runSave(const ExchangeOptions& options) {
 
 int runQuery(const QueryOptions& options) {
     if (const auto missing = missingDatabase(options.database)) return leave(exitFailed, *missing);
-    const auto connection = openHostFile(options.database, std::make_shared<portable::SystemClock>());
+    const auto clock = std::make_shared<portable::SystemClock>();
+    const auto connection =
+        options.dryRun ? openHostCopy(options.database, clock) : openHostFile(options.database, clock);
     const ObjectRef<Recordset> result = connection->Execute(options.statement, adOptionUnspecified);
     if (result->State() == adStateClosed) return exitDone;
     const std::int32_t columns = result->FieldCount();
@@ -79,26 +86,32 @@ int runQuery(const QueryOptions& options) {
     return exitDone;
 }
 
-void addExchangeCommand(CLI::App& program, Command& chosen, const char* name, const char* purpose,
-                        const char* folder, bool mustBeThere, int (*run)(const ExchangeOptions&)) {
-    const auto options = std::make_shared<ExchangeOptions>();
+CLI::App& addExchangeCommand(CLI::App& program, Command& chosen,
+                             const std::shared_ptr<ExchangeOptions>& options, const char* name,
+                             const char* purpose, const char* folder, bool mustBeThere,
+                             int (*run)(const ExchangeOptions&)) {
     CLI::App& command = *program.add_subcommand(name, purpose);
     addDatabaseOption(command, options->database);
     auto* const option = command.add_option("FOLDER", options->folder, folder)->required();
     if (mustBeThere) option->check(CLI::ExistingDirectory);
     command.add_flag("--quiet", options->quiet, "show no progress");
     command.callback([=, &chosen] { chosen = [=] { return run(*options); }; });
+    return command;
 }
 
 }  // namespace
 
 void addLoadCommand(CLI::App& program, Command& chosen) {
-    addExchangeCommand(program, chosen, "load", "Create a new database file from CSV files, one a table",
-                       "where the files are: Art.csv, ArtPro.csv, Exis.csv and so on", true, runLoad);
+    const auto options = std::make_shared<ExchangeOptions>();
+    addExchangeCommand(program, chosen, options, "load",
+                       "Create a new database file from CSV files, one a table",
+                       "where the files are: Art.csv, ArtPro.csv, Exis.csv and so on", true, runLoad)
+        .add_flag("--dry-run", options->dryRun, "read and check the files, and make no database");
 }
 
 void addSaveCommand(CLI::App& program, Command& chosen) {
-    addExchangeCommand(program, chosen, "save", "Write the tables as CSV files, as load reads them",
+    addExchangeCommand(program, chosen, std::make_shared<ExchangeOptions>(), "save",
+                       "Write the tables as CSV files, as load reads them",
                        "where to write the files; made where it is missing", false, runSave);
 }
 
@@ -110,6 +123,7 @@ void addQueryCommand(CLI::App& program, Command& chosen) {
     command
         .add_option("SQL", options->statement, "the statement; rows are printed with tabs between the values")
         ->required();
+    command.add_flag("--dry-run", options->dryRun, "run it over a copy in memory: nothing is kept");
     command.callback([options, &chosen] { chosen = [options] { return runQuery(*options); }; });
 }
 

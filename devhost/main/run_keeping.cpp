@@ -54,7 +54,8 @@ RunKeeping::RunKeeping(const CommonOptions& options, const WindowCommand& comman
     requireWritable(options.report);
     report_.words = command.words;
     report_.rehearsal = options.dryRun || purpose == Purpose::Check;
-    if (purpose == Purpose::Keep) report_.database = options.database;
+    if (purpose == Purpose::Keep)
+        report_.database = std::filesystem::path(options.database).filename().string();
     if (reports_ && command.list) {
         findings_.emplace(*command.list);
         watch_->wanted = findings_->wanted();
