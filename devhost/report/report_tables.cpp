@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <memory>
 #include <utility>
 
@@ -143,17 +144,65 @@ ReportTable faultyRows(const RunReport& report) {
     return made;
 }
 
+std::vector<Shown<ListWarning>> warningColumns() {
+    return {{"Aviso", false,
+             [](const ListWarning& row, CellForm) { return std::string(warningTitle(row.kind)); }},
+            {"Fila", true, [](const ListWarning& row, CellForm form) { return shown(row.row, form); }},
+            {"Código", false, [](const ListWarning& row, CellForm) { return row.code; }},
+            {"Valor", false, [](const ListWarning& row, CellForm) { return row.value; }},
+            {"Detalle", false, &warningDetail}};
+}
+
+/// Every warning, a row each.
+ReportTable warningFile(const RunReport& report) {
+    ReportTable made =
+        table<ListWarning>("avisos", "Avisos de la lista", pointers(report.warnings), warningColumns());
+    made.onPage = false;
+    return made;
+}
+
+/// On the page the unknown groups, which may be thousands of rows, have a table of their own.
 ReportTable warningTable(const RunReport& report) {
-    ReportTable made = table<ListWarning>(
-        "avisos", "Avisos de la lista", pointers(report.warnings),
-        {{"Aviso", false,
-          [](const ListWarning& row, CellForm) { return std::string(warningTitle(row.kind)); }},
-         {"Fila", true, [](const ListWarning& row, CellForm form) { return shown(row.row, form); }},
-         {"Código", false, [](const ListWarning& row, CellForm) { return row.code; }},
-         {"Valor", false, [](const ListWarning& row, CellForm) { return row.value; }},
-         {"Detalle", false, &warningDetail}});
+    std::vector<const ListWarning*> rows = pointers(report.warnings);
+    std::erase_if(rows, [](const ListWarning* row) { return row->kind == WarningKind::UnknownGroup; });
+    ReportTable made = table<ListWarning>("avisos", "Avisos de la lista", std::move(rows), warningColumns());
     made.note = "Ninguno detiene la importación por sí mismo.";
     made.folded = made.rows > largestChanges;
+    made.inFile = false;
+    return made;
+}
+
+struct UnknownGroup {
+    std::string group;
+    std::int32_t rows = 0;
+    const ListWarning* first = nullptr;
+};
+
+ReportTable groupTable(const RunReport& report) {
+    std::map<std::string_view, UnknownGroup> groups;
+    for (const ListWarning& warning : report.warnings) {
+        if (warning.kind != WarningKind::UnknownGroup) continue;
+        UnknownGroup& group = groups[warning.value];
+        if (group.rows++ == 0) group.first = &warning;
+        group.group = warning.value;
+    }
+    auto rows = std::make_shared<std::vector<UnknownGroup>>();
+    for (auto& [name, group] : groups) rows->push_back(std::move(group));
+    ReportTable made = table<UnknownGroup>(
+        "avisos", "Grupos desconocidos", pointers(*rows),
+        {{"Grupo", false,
+          [](const UnknownGroup& row, CellForm) { return row.group.empty() ? "(vacío)" : row.group; }},
+         {"Filas", true, [](const UnknownGroup& row, CellForm) { return wholeNumber(row.rows); }},
+         {"La primera", true,
+          [](const UnknownGroup& row, CellForm form) { return shown(row.first->row, form); }},
+         {"Su texto", false,
+          [](const UnknownGroup& row, CellForm form) { return warningDetail(*row.first, form); }}});
+    made.cell = [rows, cell = std::move(made.cell)](std::size_t row, std::size_t column, CellForm form) {
+        return cell(row, column, form);
+    };
+    made.note =
+        "Cada fila toma el texto de descuento de la última de un grupo conocido; con --csv están todas.";
+    made.inFile = false;
     return made;
 }
 
@@ -229,7 +278,9 @@ std::vector<ReportTable> reportTables(const RunReport& report) {
     };
     add(faultTable(report));
     add(faultyRows(report));
+    add(warningFile(report));
     add(warningTable(report));
+    add(groupTable(report));
     add(largest(report));
     add(allPrices(report));
     add(withStockFirst("bajas", "Artículos dados de baja", report.facts.retired));
