@@ -200,8 +200,7 @@ ReportTable groupTable(const RunReport& report) {
     made.cell = [rows, cell = std::move(made.cell)](std::size_t row, std::size_t column, CellForm form) {
         return cell(row, column, form);
     };
-    made.note =
-        "Cada fila toma el texto de descuento de la última de un grupo conocido; con --csv están todas.";
+    made.note = "Con --csv están todas las filas.";
     made.inFile = false;
     return made;
 }
