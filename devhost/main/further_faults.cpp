@@ -35,8 +35,11 @@ bool is(std::string_view reason, ErrorNumber number) {
 std::optional<std::size_t> culprit(const ListWatch& watch, const ListFault& fault) {
     if (is(fault.reason, ErrorNumber::ItemNotFound) || watch.lastPosition() < 0) return std::nullopt;
     const auto last = static_cast<std::size_t>(watch.lastPosition());
-    for (const ErrorNumber ofAValue :
-         {ErrorNumber::TypeMismatch, ErrorNumber::InvalidUseOfNull, ErrorNumber::Overflow}) {
+    if (is(fault.reason, ErrorNumber::InvalidUseOfNull)) {
+        // What is empty may be the article's price, not the list's.
+        return fault.values.at(last).empty() ? std::optional(last) : std::nullopt;
+    }
+    for (const ErrorNumber ofAValue : {ErrorNumber::TypeMismatch, ErrorNumber::Overflow}) {
         if (is(fault.reason, ofAValue)) return last;
     }
     for (std::size_t at = 0; at < fault.values.size(); ++at) {

@@ -78,6 +78,10 @@ std::string_view advice(const ListFault& fault) {
         {described(ErrorNumber::ItemNotFound), "A la lista le faltan columnas: no es de ese año."},
         {described(ErrorNumber::SubscriptOutOfRange), "A la línea le faltan campos: complétela o quítela."},
     };
+    if (fault.column.empty() &&
+        std::string_view(fault.reason).starts_with(described(ErrorNumber::InvalidUseOfNull))) {
+        return "El artículo no tiene precio en la base de datos: póngaselo antes de importar.";
+    }
     if (fault.code.find('\'') != fault.code.npos || fault.value.find('\'') != fault.value.npos) {
         return "Quite el apóstrofo.";
     }
