@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iterator>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 #include "devhost/changes/checksum.h"
@@ -15,8 +16,13 @@ constexpr std::string_view formatLine = "PXTarvo changes 1\n";
 
 }  // namespace
 
-ChangesFile::ChangesFile(std::string path)
-    : path_(std::move(path)), file_(path_, std::ios::binary | std::ios::trunc) {
+ChangesFile::ChangesFile(std::string path) : path_(std::move(path)) {
+    std::error_code missing;
+    if (const auto bytes = std::filesystem::file_size(path_, missing); !missing && bytes > 0) {
+        throw std::runtime_error("'" + path_ +
+                                 "' is there already, and may hold what an earlier run changed");
+    }
+    file_.open(path_, std::ios::binary | std::ios::trunc);
     if (!file_) throw std::runtime_error("'" + path_ + "' cannot be written");
 }
 

@@ -12,7 +12,8 @@ namespace pxtarvo::devhost {
 /// Made before the run, so that a file that cannot be written is known before anything is changed.
 class ChangesFile {
   public:
-    /// Creates or empties the file; raises std::runtime_error with its name otherwise.
+    /// Creates the file; raises std::runtime_error with its name where that fails, and where it is there
+    /// already and not empty: it may be the only way back from a run.
     explicit ChangesFile(std::string path);
     /// Raises std::runtime_error where not all of it could be written.
     void write(std::string_view changes);
