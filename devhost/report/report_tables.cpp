@@ -233,7 +233,7 @@ ReportTable allPrices(const RunReport& report) {
 ReportTable withStockFirst(std::string_view name, std::string title,
                            const std::vector<ArticleFact>& articles) {
     std::vector<const ArticleFact*> rows = pointers(articles);
-    std::ranges::stable_partition(rows, [](const ArticleFact* row) { return row->stock > 0; });
+    std::stable_partition(rows.begin(), rows.end(), [](const ArticleFact* row) { return row->stock > 0; });
     ReportTable made =
         table<ArticleFact>(name, std::move(title), std::move(rows),
                            {articleCode, articleDescription, articlePrice, articleStock, articleValue});
