@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "fields/code_fields.h"
 #include "import/formato_tarifa.h"
@@ -16,6 +17,9 @@ namespace pxtarvo {
 class frmImpTarifas : public Window {
   public:
     explicit frmImpTarifas(Platform& platform);
+
+    /// What Combo1 offers, oldest first; the last one is chosen on load.
+    static std::vector<std::string> anios();
 
     Shape Shape1;
     ControlArray<OptionButton> Option1;  ///< 0 the yearly lists, 1 the barcode list

@@ -54,6 +54,12 @@ std::span<const frmImpTarifas::AnioTarifa> frmImpTarifas::aniosTarifa() {
     return anios;
 }
 
+std::vector<std::string> frmImpTarifas::anios() {
+    std::vector<std::string> anios;
+    for (const AnioTarifa& anio : aniosTarifa()) anios.emplace_back(anio.sAnio);
+    return anios;
+}
+
 void frmImpTarifas::msImportarTarifa2007() {
     msImportarTarifa(formato2007);
 }

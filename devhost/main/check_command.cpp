@@ -9,6 +9,7 @@
 #include "devhost/main/options.h"
 #include "devhost/main/run_keeping.h"
 #include "devhost/main/window_command.h"
+#include "import/frm_imp_tarifas.h"
 #include "import/list_2006.h"
 #include "platform/values/number_text.h"
 #include "platform/values/text.h"
@@ -120,7 +121,7 @@ void addCheckCommand(CLI::App& program, Command& chosen) {
     command.add_option("LIST", options->list, "the list's file")->required();
     command.add_option("--year", options->year, "the list's year")
         ->required()
-        ->check(CLI::IsMember(importYears));
+        ->check(CLI::IsMember(frmImpTarifas::anios()));
     command.add_option("--list", options->kind, "which supplier's list: same (yearly) or ama (barcodes)")
         ->check(CLI::IsMember({"same", "ama"}));
     command.add_option("--report", options->common.report, "write the faults and warnings as a page")

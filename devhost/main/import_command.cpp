@@ -5,6 +5,7 @@
 #include "devhost/main/import_run.h"
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
+#include "import/frm_imp_tarifas.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
@@ -25,7 +26,8 @@ void addImportCommand(CLI::App& program, Command& chosen) {
     const auto options = std::make_shared<ImportOptions>();
     CLI::App& command = addCommand(program, chosen, "import", "Import a price list through the import window",
                                    options, runImport);
-    command.add_option("--year", options->year, "the list's year")->check(CLI::IsMember(importYears));
+    command.add_option("--year", options->year, "the list's year")
+        ->check(CLI::IsMember(frmImpTarifas::anios()));
     command.add_option("--list", options->list, "which supplier's list: same (yearly) or ama (barcodes)")
         ->check(CLI::IsMember({"same", "ama"}));
     command.add_option("--file", options->file, "the list's file")->type_name("PATH");

@@ -7,6 +7,7 @@
 #include "devhost/window_controls.h"
 #include "fields/window_texts.h"
 #include "import/barcode_list.h"
+#include "import/frm_imp_tarifas.h"
 #include "import/run_texts.h"
 #include "platform/portable/files/drive_paths.h"
 #include "platform/values/text.h"
@@ -15,8 +16,7 @@ namespace pxtarvo::devhost {
 
 namespace {
 
-// What the window shows when it opens.
-constexpr std::string_view windowYear = "2012";
+/// What the window shows when it opens.
 constexpr std::string_view windowList = "same";
 
 std::string_view wordsOf(LookFault fault) {
@@ -41,7 +41,7 @@ int positionOf(std::string_view list) {
 
 ImportRun::ImportRun(const ImportOptions& options)
     : options_(options),
-      year_(options.year.value_or(std::string(windowYear))),
+      year_(options.year.value_or(frmImpTarifas::anios().back())),
       list_(options.list.value_or(std::string(windowList))) {
     command_.actions = [this](DevHost& host, Window& window) { return work(host, window); };
     command_.successMessage = sExito;

@@ -3,15 +3,11 @@
 // An import as a command of the window.
 
 #include <string>
-#include <vector>
 
 #include "devhost/main/options.h"
 #include "devhost/main/window_command.h"
 
 namespace pxtarvo::devhost {
-
-/// The years that the window offers.
-inline const std::vector<std::string> importYears{"2006", "2007", "2008", "2009", "2010", "2011", "2012"};
 
 class ImportRun {
   public:
