@@ -1,0 +1,167 @@
+#include "tests/rehearsal/rehearsal.h"
+
+#include <algorithm>
+#include <climits>
+#include <filesystem>
+#include <regex>
+
+namespace pxtarvo::tests {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The files of a folder, each with its bytes.
+std::map<std::string, std::string> filesOf(const fs::path& folder, std::string_view prefix = "") {
+    std::map<std::string, std::string> files;
+    if (!fs::exists(folder)) return files;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        const std::string name = entry.path().filename();
+        if (name.starts_with(prefix)) files[name] = bytesOf(entry.path());
+    }
+    return files;
+}
+
+Rows sorted(Rows rows) {
+    std::ranges::sort(rows);
+    return rows;
+}
+
+/// The rows before the one that the run's message names, all where it names none.
+int rowsTaken(const std::string& output) {
+    std::smatch row;
+    return std::regex_search(output, row, std::regex("Registro ([0-9]+)\\.")) ? std::stoi(row[1]) - 1
+                                                                              : INT_MAX;
+}
+
+/// "1.234,50" as a number.
+double shownNumber(std::string text) {
+    std::erase(text, '.');
+    std::ranges::replace(text, ',', '.');
+    return std::stod(text);
+}
+
+}  // namespace
+
+Rehearsal::Rehearsal() {
+    std::filesystem::create_directories(folder.file("c/tarvo"));
+}
+
+void Rehearsal::makeDealer(const std::string& name) {
+    static const std::string made = [&] {
+        EXPECT_EQ(run("init made.db --sample"), 0) << errors;
+        return bytesOf(path("made.db"));
+    }();
+    folder.write(name, made);
+}
+
+void Rehearsal::copy(const std::string& from, const std::string& to) {
+    fs::copy_file(path(from), path(to), fs::copy_options::overwrite_existing);
+}
+
+void Rehearsal::change(const std::string& sql, const std::string& database) {
+    sqlite3* opened = nullptr;
+    sqlite3_open(path(database).c_str(), &opened);
+    const portable::DatabaseHandle handle(opened);
+    ASSERT_EQ(sqlite3_exec(opened, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+        << sql << ": " << sqlite3_errmsg(opened);
+}
+
+int Rehearsal::holds(const std::string& command, const List& list) {
+    const std::string whole = command + " dealer.db --quiet --now '2012-07-25 10:30:00' ";
+    for (const char* left : {"dry", "real"}) fs::remove_all(path(left));
+    copy("dealer.db", "before.db");
+    const auto before = filesOf(folder.file(""), "dealer.db");
+    const Rows contents = contentsOf(path("before.db"));
+
+    const int status = run(whole + "--dry-run --report dry.html --csv dry");
+    EXPECT_TRUE(filesOf(folder.file(""), "dealer.db") == before) << "the rehearsal wrote";
+    const std::string said = output;
+    const std::string toldErrors = errors;
+
+    EXPECT_EQ(run(whole + "--report real.html --csv real --changes changes"), status) << errors;
+    EXPECT_EQ(output, said);
+    EXPECT_EQ(errors, toldErrors);
+    EXPECT_TRUE(filesOf(path("dry")) == filesOf(path("real"))) << "the rehearsal's tables are others";
+    copy("dealer.db", "after.db");
+    const ReportPage page(path("real.html"));
+    EXPECT_EQ(ReportPage(path("dry.html")).totals(), page.totals());
+    expectFigures(page, list);
+
+    EXPECT_EQ(run("undo dealer.db changes --dry-run"), 0) << errors;
+    EXPECT_TRUE(bytesOf(path("dealer.db")) == bytesOf(path("after.db"))) << "the rehearsed undo wrote";
+    EXPECT_EQ(run("undo dealer.db changes"), 0) << errors;
+    EXPECT_TRUE(contentsOf(path("dealer.db")) == contents) << "the undo did not bring back the tables";
+    return status;
+}
+
+void Rehearsal::expectFigures(const ReportPage& page, const List& list) {
+    Comparison tables(path("before.db"), path("after.db"));
+    if (!list.path.empty()) tables.readList(list.path, list.table, list.pricePosition, rowsTaken(output));
+    std::map<std::string, std::string> counts;
+    const auto totals = page.totals();
+    for (const auto& [label, line] : totals) counts[label] = line.at(0);
+    const bool changed = contentsOf(path("before.db")) != contentsOf(path("after.db"));
+    EXPECT_EQ(counts, changed ? tables.totals() : decltype(counts)());
+
+    constexpr std::string_view value =
+        "SELECT total(Exis_Cantidad * ART_PVE) FROM {}.Exis JOIN {}.Art ON Exis_IdArt = Art_Id";
+    const auto bars = page.texts("//section[h2 = 'Valor de las existencias']//*[local-name() = 'text']");
+    if (!bars.empty()) {
+        const auto at = [&](const std::string& side) {
+            return tables.number(std::regex_replace(std::string(value), std::regex("\\{\\}"), side));
+        };
+        EXPECT_NEAR(shownNumber(bars.at(1)), at("antes"), 0.0051);
+        EXPECT_NEAR(shownNumber(bars.at(3)), at("despues"), 0.0051);
+    }
+
+    if (const auto retired = totals.find("Dados de baja"); retired != totals.end()) {
+        std::smatch said;
+        const std::string& detail = retired->second.at(1);
+        ASSERT_TRUE(std::regex_search(
+            detail, said,
+            std::regex("^([0-9.]+) con existencias: ([0-9.,]+) unidades, por valor de ([-0-9.,]+)"
+                       "(?:; ([0-9.]+) están en la lista.*)?$")))
+            << detail;
+        const std::string stocked = " FROM Bajas WHERE Unidades > 0";
+        EXPECT_EQ(shownNumber(said[1]), tables.number("SELECT count(*)" + stocked));
+        EXPECT_NEAR(shownNumber(said[2]), tables.number("SELECT total(Unidades)" + stocked), 0.0001);
+        EXPECT_NEAR(shownNumber(said[3]),
+                    tables.number("SELECT total(Unidades * coalesce(Despues, 0))" + stocked), 0.0051);
+        EXPECT_EQ(said[4].matched ? shownNumber(said[4]) : 0,
+                  tables.number("SELECT count(*) FROM Listados WHERE Precio IS NOT NULL AND Art_Id IN "
+                                "(SELECT Art_Id FROM Bajas)"));
+    }
+    expectTables(page, tables);
+}
+
+void Rehearsal::expectTables(const ReportPage& page, const Comparison& tables) {
+    const std::map<std::string, std::string> titles{{"precios", "Todos los precios que cambian"},
+                                                    {"bajas", "Artículos dados de baja"},
+                                                    {"nuevos", "Artículos nuevos"},
+                                                    {"borrados", "Artículos borrados"},
+                                                    {"existencias", "Existencias que cambian"},
+                                                    {"ubicaciones", "Ubicaciones"}};
+    for (auto [name, expected] : tables.tables()) {
+        SCOPED_TRACE(name);
+        for (Row& row : expected) {
+            for (std::size_t at = 0; at < row.size(); ++at) {
+                // What a spreadsheet would take for a formula; texts stand first.
+                const bool text = at == 0 || (name != "existencias" && at == 1);
+                if (text && row[at].find_first_of("=+-@") == 0) row[at].insert(0, 1, '\'');
+            }
+        }
+        const Rows rows = csvRows(path("real/" + name + ".csv"));
+        EXPECT_EQ(sorted(rows), sorted(expected));
+        Rows shown = page.table(titles.at(name));
+        for (std::size_t at = 0; at < std::min(rows.size(), shown.size()); ++at) {
+            // The page needs no such apostrophe.
+            for (std::size_t cell = 0; cell < shown[at].size(); ++cell) {
+                if ("'" + shown[at][cell] == rows[at].at(cell)) shown[at][cell] = rows[at][cell];
+            }
+        }
+        EXPECT_TRUE(sameTables(shown, rows)) << "the page shows another table";
+    }
+}
+
+}  // namespace pxtarvo::tests
