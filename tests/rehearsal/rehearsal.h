@@ -13,8 +13,6 @@ namespace pxtarvo::tests {
 
 class Rehearsal : public ::testing::Test, protected HostProcess {
   protected:
-    Rehearsal();
-
     /// Makes the sample dealer's database, as `name`, from one that is made once.
     void makeDealer(const std::string& name = "dealer.db");
     void copy(const std::string& from, const std::string& to);
@@ -37,7 +35,7 @@ class Rehearsal : public ::testing::Test, protected HostProcess {
     int holds(const std::string& command) { return holds(command, List()); }
 
   private:
-    void expectFigures(const ReportPage& page, const List& list);
+    void expectFigures(const ReportPage& page, const List& list, bool changed);
     void expectTables(const ReportPage& page, const Comparison& tables);
 };
 
