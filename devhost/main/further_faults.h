@@ -16,8 +16,8 @@ void watchList(DevHostOptions& host, const WindowCommand& command, const std::sh
 
 /// The row at which a run has stopped.
 ListFault faultAt(const ListWatch& watch, std::string reason);
-/// Why a run stopped in a row, without the number that its message begins with.
-std::string reasonWithoutRow(std::string failure);
+/// Why a run stopped, without the number, of the row or of the error, that its message begins with.
+std::string bareReason(std::string told);
 
 /// What stops the runs that follow one which the watch has seen stop. `host` is a host for nothing else,
 /// whose tables come to harm; its options have been through watchList().

@@ -127,7 +127,7 @@ void RunKeeping::takeList(const DevHost&, const RunEnding& ending) {
     }
     if (report_.stoppedInRow) {
         report_.faults.push_back(command_.readsArticleFile
-                                     ? faultyLine(listPlace_, report_.lastRow, ending.failure.value_or(""))
+                                     ? faultyLine(listPlace_, report_.lastRow, ending.told)
                                      : faultAt(*watch_, ending.failure.value_or("")));
         findFurtherFaults();
     }

@@ -151,14 +151,14 @@ RunEnding runOnce(DevHost& host, const CommonOptions& options, const WindowComma
     try {
         host.run();
     } catch (const RuntimeError& error) {
-        ending.failure = described(error);
+        ending.failure = ending.told = described(error);
     }
     user.onWindowShown = nullptr;
     if (!ending.failure && !user.lastMessageIs(command.successMessage) &&
         !(command.endedWell && command.endedWell())) {
-        std::string told =
+        ending.told =
             user.messages().empty() ? "nothing was said" : asOneLine(user.messages().back().message.text);
-        ending.failure = command.reason ? command.reason(host, std::move(told)) : std::move(told);
+        ending.failure = command.reason ? command.reason(host, ending.told) : ending.told;
     }
     if (options.inTransaction) {
         if (auto notCommitted = endTransaction(*host.connection(), ending.well())) {

@@ -58,6 +58,7 @@ struct WindowCommand {
 struct RunEnding {
     std::optional<Refusal> notTaken;     ///< nothing was started
     std::optional<std::string> failure;  ///< why it did not end well
+    std::string told;                    ///< of that, what the last message or the error said, on one line
     bool well() const noexcept { return !notTaken && !failure; }
 };
 

@@ -81,6 +81,9 @@ std::string_view advice(const ListFault& fault) {
     if (fault.code.find('\'') != fault.code.npos || fault.value.find('\'') != fault.value.npos) {
         return "Quite el apóstrofo.";
     }
+    if (fault.column.empty() && fault.reason.starts_with(described(ErrorNumber::InvalidUseOfNull))) {
+        return "El artículo no tiene precio en la base de datos: escríbalo allí.";
+    }
     for (const Advice& one : advices) {
         if (std::string_view(fault.reason).starts_with(one.reasonBegins)) return one.text;
     }

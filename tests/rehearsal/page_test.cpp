@@ -13,12 +13,20 @@ namespace {
 using ::testing::Contains;
 using ::testing::IsSubsetOf;
 
-constexpr const char* hostileTexts[] = {
-    "<script>alert(1)</script>", "\"&'",  "</td></table><img src=x onerror=alert(1)>",
-    "&lt;b&gt;&amp;",            "<!--",  "]]><svg onload=alert(1)>",
-    "=1+1",                      "+1",    "-1",
-    "@SUM(A1)",                  "\t=1",  "a;\"b\"\r\nc",
-    "ÑANDÚ €",                   "'\"; DROP TABLE Art; --"};
+constexpr const char* hostileTexts[] = {"<script>alert(1)</script>",
+                                        "\"&'",
+                                        "</td></table><img src=x onerror=alert(1)>",
+                                        "&lt;b&gt;&amp;",
+                                        "<!--",
+                                        "]]><svg onload=alert(1)>",
+                                        "=1+1",
+                                        "+1",
+                                        "-1",
+                                        "@SUM(A1)",
+                                        "\t=1",
+                                        "a;\"b\"\r\nc",
+                                        "ÑANDÚ €",
+                                        "'\"; DROP TABLE Art; --"};
 
 class HostilePage : public Rehearsal {
   protected:
@@ -31,15 +39,17 @@ class HostilePage : public Rehearsal {
             const std::string quoted = "'" + replaced(text, "'", "''") + "'";
             // Articles of the brand without movements, some with stock, one in two retired.
             // An apostrophe in a code stops the deletion.
-            sql += "UPDATE Art SET ART_Cod = replace(" + quoted + ", char(39), '`'), ART_DES = " + quoted + ", Art_Estado = " +
-                   std::to_string(article % 2) + ", Art_FechaEstado = '2005-01-01 00:00:00' WHERE Art_Id = " +
+            sql += "UPDATE Art SET ART_Cod = replace(" + quoted + ", char(39), '`'), ART_DES = " + quoted +
+                   ", Art_Estado = " + std::to_string(article % 2) +
+                   ", Art_FechaEstado = '2005-01-01 00:00:00' WHERE Art_Id = " +
                    "(SELECT Art_Id FROM Art WHERE Art_Marca = 1 AND Art_Id % 4 = 0 ORDER BY Art_Id LIMIT 1 "
                    "OFFSET " +
                    std::to_string(article) + ");";
             ++article;
         }
-        sql += "UPDATE Pro SET Pro_NOM = '<script>alert(2)</script>';"
-               "UPDATE Marcas SET Marca_Des = '</dd><script>alert(3)</script>';";
+        sql +=
+            "UPDATE Pro SET Pro_NOM = '<script>alert(2)</script>';"
+            "UPDATE Marcas SET Marca_Des = '</dd><script>alert(3)</script>';";
         change(sql);
     }
 

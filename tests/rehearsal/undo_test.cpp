@@ -53,7 +53,8 @@ TEST_F(Undo, IsRefusedWhereTheRunsRowsWereChangedSince) {
     const Case cases[] = {
         {"UPDATE Art SET ART_PVE = 12.5" + where(repriced),
          {row(repriced, "ART_PVE is '12.5', the run left '")}},
-        {"UPDATE Art SET ART_PVE = NULL" + where(repriced), {row(repriced, "ART_PVE is Null, the run left '")}},
+        {"UPDATE Art SET ART_PVE = NULL" + where(repriced),
+         {row(repriced, "ART_PVE is Null, the run left '")}},
         {"DELETE FROM Art" + where(retired), {row(retired, "the row is gone")}},
         {"UPDATE Art SET Art_Estado = 0" + where(retired),
          {row(retired, "Art_Estado is '0', the run left '1'")}},
