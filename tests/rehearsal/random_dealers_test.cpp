@@ -70,7 +70,7 @@ class RandomDealers : public Rehearsal {
 TEST_F(RandomDealers, AreToldAndGivenBackWhatTheyHave) {
     const char* const chosen = std::getenv("PXTARVO_SEED");
     const auto first = static_cast<std::uint32_t>(chosen ? std::stoul(chosen) : std::random_device()());
-    constexpr std::uint32_t runs = 36;
+    constexpr std::uint32_t runs = 24;
     std::cout << "PXTARVO_SEED=" << first << " repeats these runs\n";
     const std::string lists[] = {
         "list-decimal-price.mdb",     "list-whole-price.mdb",           "list-text-price.mdb",
