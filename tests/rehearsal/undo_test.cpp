@@ -113,7 +113,7 @@ TEST_F(Undo, IsRefusedWhereTheRowsAreNotTheRuns) {
 }
 
 TEST_F(Undo, IsRefusedForWhatIsNoWholeFileOfChanges) {
-    make("import --file {S}/TARIFA2012.MDB");
+    make("import --file {S}/list-decimal-price.mdb");
     const std::string whole = bytesOf(path("changes"));
     const std::size_t size = whole.size();
     for (const std::size_t length : {std::size_t{0}, std::size_t{17}, std::size_t{18}, std::size_t{60},
