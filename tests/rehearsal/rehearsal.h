@@ -4,12 +4,16 @@
 
 #include <gmock/gmock.h>
 
+#include <optional>
 #include <string>
 
 #include "tests/common/host_process.h"
 #include "tests/rehearsal/comparison.h"
 
 namespace pxtarvo::tests {
+
+/// The number behind the first place of the words; nothing where they do not stand.
+std::optional<int> numberAfter(const std::string& text, const std::string& words);
 
 class Rehearsal : public ::testing::Test, protected HostProcess {
   protected:
