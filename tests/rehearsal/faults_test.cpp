@@ -9,8 +9,6 @@ namespace pxtarvo::tests {
 
 namespace {
 
-using ::testing::HasSubstr;
-
 /// The characters as an Access file keeps them.
 std::string wide(std::string_view text) {
     std::string bytes;
