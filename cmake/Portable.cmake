@@ -14,6 +14,7 @@ if(NOT PXTARVO_TESTS AND NOT PXTARVO_FUZZ)
     find_package(benchmark REQUIRED)
 elseif(PXTARVO_TESTS AND NOT PXTARVO_WINE)
     find_package(GTest REQUIRED)
+    pkg_check_modules(LIBXML REQUIRED IMPORTED_TARGET libxml-2.0)
 endif()
 
 add_room(dialect platform/portable/dialect PUBLIC values)

@@ -31,15 +31,16 @@ bool is(std::string_view reason, ErrorNumber number) {
 }
 
 /// The position of the value that stopped the run: the one read last, but where a statement broke, the one
-/// with the apostrophe that broke it; nothing where a column is missing.
+/// with the apostrophe that broke it; nothing where a column is missing, or where the value is not what is
+/// Null but the price that the dealer's article has.
 std::optional<std::size_t> culprit(const ListWatch& watch, const ListFault& fault) {
     if (is(fault.reason, ErrorNumber::ItemNotFound) || watch.lastPosition() < 0) return std::nullopt;
     const auto last = static_cast<std::size_t>(watch.lastPosition());
-    if (is(fault.reason, ErrorNumber::InvalidUseOfNull)) {
-        // What is empty may be the article's price, not the list's.
-        return fault.values.at(last).empty() ? std::optional(last) : std::nullopt;
+    if (is(fault.reason, ErrorNumber::InvalidUseOfNull) && !watch.values()[last].isNull()) {
+        return std::nullopt;
     }
-    for (const ErrorNumber ofAValue : {ErrorNumber::TypeMismatch, ErrorNumber::Overflow}) {
+    for (const ErrorNumber ofAValue :
+         {ErrorNumber::TypeMismatch, ErrorNumber::InvalidUseOfNull, ErrorNumber::Overflow}) {
         if (is(fault.reason, ofAValue)) return last;
     }
     for (std::size_t at = 0; at < fault.values.size(); ++at) {
@@ -76,16 +77,25 @@ void watchList(DevHostOptions& host, const WindowCommand& command, const std::sh
     }
 }
 
-std::string reasonWithoutRow(std::string failure) {
-    if (!failure.starts_with(sRegistro)) return failure;
-    const std::size_t end = failure.find(". ");
-    return end == failure.npos ? failure : failure.substr(end + 2);
+std::string reasonForDealer(const DevHost& host, const RunEnding& ending) {
+    if (!ending.told.empty()) return ending.told;
+    if (host.state().refused.count() == 0) return "La ventana se cerró sin decir nada.";
+    return joined({"El anfitrión rechazó una escritura: ", asOneLine(host.state().refused.first())});
+}
+
+std::string bareReason(std::string told) {
+    const std::pair<std::string_view, std::string_view> heads[] = {{sRegistro, ". "}, {"Error '", ": "}};
+    for (const auto& [begin, end] : heads) {
+        const std::size_t at = told.starts_with(begin) ? told.find(end) : told.npos;
+        if (at != told.npos) return told.substr(at + end.size());
+    }
+    return told;
 }
 
 ListFault faultAt(const ListWatch& watch, std::string reason) {
     ListFault fault;
     fault.row = watch.row();
-    fault.reason = reasonWithoutRow(std::move(reason));
+    fault.reason = bareReason(std::move(reason));
     for (const Variant& value : watch.values()) fault.values.push_back(textOf(value));
     if (const auto at = culprit(watch, fault)) {
         fault.column = watch.columns()[*at];
@@ -104,14 +114,14 @@ std::vector<ListFault> furtherFaults(DevHost& host, const CommonOptions& options
         const std::int32_t before = watch.row();
         const RunEnding ending = runOnce(host, options, command, nullptr);
         if (ending.well() || watch.row() == before || !watch.stoppedInRow()) return faults;
-        faults.push_back(faultAt(watch, ending.failure.value_or("")));
+        faults.push_back(faultAt(watch, reasonForDealer(host, ending)));
     }
 }
 
 ListFault faultyLine(const std::string& place, std::int32_t line, std::string reason) {
     ListFault fault;
     fault.row = line;
-    fault.reason = std::move(reason);
+    fault.reason = bareReason(std::move(reason));
     const std::string rest = linesFrom(bytesOf(place), line);
     const std::string text = fromWindows1252(std::string_view(rest).substr(0, rest.find('\r')));
     for (const std::string_view field : split(text, fieldSeparator)) fault.values.emplace_back(field);
@@ -135,7 +145,7 @@ std::vector<ListFault> faultyLines(DevHostOptions hostOptions, const CommonOptio
         const std::int32_t read = files.linesRead(nFicheroArticulos);
         files.close(nFicheroArticulos);  // a run that stops leaves it open
         if (ending.well() || read == 0) return faults;
-        faults.push_back(faultyLine(place, firstLine + read - 1, ending.failure.value_or("")));
+        faults.push_back(faultyLine(place, firstLine + read - 1, ending.told));
         firstLine += read;
     }
 }

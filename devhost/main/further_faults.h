@@ -14,10 +14,12 @@ namespace pxtarvo::devhost {
 /// Makes the run read its list through the watch; a further run in a host of the same options reads on.
 void watchList(DevHostOptions& host, const WindowCommand& command, const std::shared_ptr<ListWatch>& watch);
 
-/// The row at which a run has stopped.
+/// Why a run did not end well, in the language of the windows.
+std::string reasonForDealer(const DevHost& host, const RunEnding& ending);
+/// The row at which a run has stopped; `reason` as above.
 ListFault faultAt(const ListWatch& watch, std::string reason);
-/// Why a run stopped in a row, without the number that its message begins with.
-std::string reasonWithoutRow(std::string failure);
+/// Why a run stopped, without the number, of the row or of the error, that its message begins with.
+std::string bareReason(std::string told);
 
 /// What stops the runs that follow one which the watch has seen stop. `host` is a host for nothing else,
 /// whose tables come to harm; its options have been through watchList().

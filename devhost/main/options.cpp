@@ -73,7 +73,8 @@ void addDryRun(CLI::App& command, CommonOptions& options) {
 void addReportOptions(CLI::App& command, CommonOptions& options) {
     addDryRun(command, options);
     command.add_option("--changes", options.changes, "keep what the run changed in this file, for 'undo'")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->excludes("--dry-run");
     command.add_option("--report", options.report, "write what the run did, or would do, as a page")
         ->type_name("FILE.html");
     command.add_option("--csv", options.csvFolder, "write the report's tables into this folder")

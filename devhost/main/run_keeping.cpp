@@ -100,7 +100,7 @@ void RunKeeping::takeFields() {
 void RunKeeping::takeEnding(const DevHost& host, const RunEnding& ending) {
     report_.when = timeText(hostOptions_.clock->now());
     report_.endedWell = ending.well();
-    report_.reason = ending.notTaken ? ending.notTaken->reason : ending.failure.value_or("");
+    if (!ending.well()) report_.reason = reasonForDealer(host, ending);
     if (purpose_ == Purpose::Keep) {
         for (const ShownMessage& shown : host.user().messages())
             report_.messages.push_back(shown.message.text);
@@ -116,7 +116,7 @@ void RunKeeping::takeEnding(const DevHost& host, const RunEnding& ending) {
     }
 }
 
-void RunKeeping::takeList(const DevHost&, const RunEnding& ending) {
+void RunKeeping::takeList(const RunEnding& ending) {
     if (listPlace_.empty()) return;
     report_.list = describeListFile(listPlace_);
     if (!report_.list) return;
@@ -128,8 +128,8 @@ void RunKeeping::takeList(const DevHost&, const RunEnding& ending) {
     }
     if (report_.stoppedInRow) {
         report_.faults.push_back(command_.readsArticleFile
-                                     ? faultyLine(listPlace_, report_.lastRow, ending.failure.value_or(""))
-                                     : faultAt(*watch_, ending.failure.value_or("")));
+                                     ? faultyLine(listPlace_, report_.lastRow, ending.told)
+                                     : faultAt(*watch_, report_.reason));
         findFurtherFaults();
     }
     list.columns = watch_->columns();
@@ -162,7 +162,7 @@ void RunKeeping::finish(DevHost& host, const RunEnding& ending) {
         listPrice = [this](std::string_view code) { return findings_->lastPrice(code); };
     }
     if (purpose_ == Purpose::Keep) report_.facts = gatherFacts(*host.database(), changes, listPrice);
-    takeList(host, ending);
+    takeList(ending);
     if (!options_.report.empty()) {
         std::ofstream page(options_.report, std::ios::binary | std::ios::trunc);
         page << reportPage(report_);

@@ -39,7 +39,7 @@ class RunKeeping {
   private:
     void takeFields();
     void takeEnding(const DevHost& host, const RunEnding& ending);
-    void takeList(const DevHost& host, const RunEnding& ending);
+    void takeList(const RunEnding& ending);
     void findFurtherFaults();
 
     const CommonOptions& options_;

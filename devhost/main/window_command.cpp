@@ -148,6 +148,7 @@ RunEnding runOnce(DevHost& host, const CommonOptions& options, const WindowComma
     DevUser& user = host.user();
     RunEnding ending;
     user.yesNo = options.answer;
+    const std::size_t toldBefore = user.messages().size();
     bool opened = command.opener.empty();
     user.onWindowShown = [&](Window& window) {
         if (!std::exchange(opened, true)) {
@@ -162,22 +163,22 @@ RunEnding runOnce(DevHost& host, const CommonOptions& options, const WindowComma
     try {
         host.run();
     } catch (const RuntimeError& error) {
-        ending.failure = described(error);
+        ending.failure = ending.told = described(error);
     }
     user.onWindowShown = nullptr;
-    if (!ending.failure && !user.lastMessageIs(command.successMessage) &&
+    const bool said = user.messages().size() > toldBefore;
+    if (!ending.failure && !(said && user.lastMessageIs(command.successMessage)) &&
         !(command.endedWell && command.endedWell())) {
-        const std::string told =
-            user.messages().empty() ? "" : asOneLine(user.messages().back().message.text);
-        ending.failure = told.empty() ? "nothing was said" : told;
-        if (command.reason) ending.failure = command.reason(host, *ending.failure);
-        ending.lastLine = lastLine(host, command, *ending.failure, told);
+        if (said) ending.told = asOneLine(user.messages().back().message.text);
+        std::string failure = ending.told.empty() ? "nothing was said" : ending.told;
+        ending.failure = command.reason ? command.reason(host, std::move(failure)) : std::move(failure);
+        ending.lastLine = lastLine(host, command, *ending.failure, ending.told);
     } else if (ending.failure) {
         ending.lastLine = *ending.failure;
     }
     if (options.inTransaction) {
         if (auto notCommitted = endTransaction(*host.connection(), ending.well())) {
-            ending.lastLine = *notCommitted;
+            ending.lastLine = ending.told = *notCommitted;
             ending.failure = std::move(notCommitted);
         }
     }

@@ -63,7 +63,8 @@ struct WindowCommand {
 struct RunEnding {
     std::optional<Refusal> notTaken;     ///< nothing was started
     std::optional<std::string> failure;  ///< why it did not end well
-    std::string lastLine{};  ///< the same for standard error, where a message has been told already
+    std::string told{};      ///< what the last message or the error said, on one line; empty for nothing
+    std::string lastLine{};  ///< the failure for standard error, where a message has been told already
     bool well() const noexcept { return !notTaken && !failure; }
 };
 

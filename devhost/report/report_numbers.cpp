@@ -70,7 +70,9 @@ std::string plainAmount(const std::optional<double>& value) {
 }
 
 std::string plainPercentage(double from, double to) {
-    return from == 0 ? std::string() : fixed((to - from) / std::abs(from) * 100, 1);
+    if (from == 0) return {};
+    const std::string text = fixed((to - from) / std::abs(from) * 100, 1);
+    return text == "-0,0" ? "0,0" : text;
 }
 
 std::string percentage(double from, double to) {

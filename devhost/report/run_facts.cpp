@@ -189,7 +189,7 @@ class Gathering {
         const auto before = inserted ? std::nullopt : change && change->priceChanged ? change->before : after;
         facts_.stockValueBefore += unitsBefore(id) * before.value_or(0);
         facts_.stockValueAfter += units(id) * after.value_or(0);
-        if (listPrice_ && after && !inserted) {
+        if (listPrice_ && after && !inserted && !(change && change->priceChanged)) {
             const auto listed = listPrice_(text(row, 1));
             if (listed && *after > *listed) ++facts_.keptHigher;
         }

@@ -46,7 +46,7 @@ struct RunFacts {
     std::size_t retiredThoughListed = 0;  ///< of these, the ones that the list names
     std::vector<ArticleFact> deleted;
     std::size_t reactivated = 0;  ///< were retired and are active
-    std::size_t keptHigher = 0;   ///< listed articles whose price stays above the list's
+    std::size_t keptHigher = 0;   ///< listed articles that keep their price, which is above the list's last
     std::size_t supplierRowsNew = 0;
     std::size_t supplierRowsChanged = 0;
     std::size_t discountTexts = 0;  ///< new or changed

@@ -80,7 +80,7 @@ std::string_view advice(const ListFault& fault) {
     };
     if (fault.column.empty() &&
         std::string_view(fault.reason).starts_with(described(ErrorNumber::InvalidUseOfNull))) {
-        return "El artículo no tiene precio en la base de datos: póngaselo antes de importar.";
+        return "El artículo no tiene precio en la base de datos: escríbalo allí.";
     }
     if (fault.code.find('\'') != fault.code.npos || fault.value.find('\'') != fault.value.npos) {
         return "Quite el apóstrofo.";

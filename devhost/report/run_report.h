@@ -38,8 +38,8 @@ inline constexpr RunWords checkWords{"Revisión de la tarifa", "Se puede importa
 struct ListFault {
     std::int32_t row = 0;
     std::string code;
-    std::string column;               ///< the one read last; empty where none was
-    std::string value;                ///< its value there
+    std::string column;  ///< of the value that stopped the run; empty where none of the list's did
+    std::string value;
     std::string reason;               ///< as the run's message gives it
     std::vector<std::string> values;  ///< the whole row, by position
 };

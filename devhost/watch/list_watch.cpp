@@ -23,12 +23,16 @@ void ListWatch::beginRow(Rest rest) {
     stopped_ = false;
 }
 
-void ListWatch::seen(std::int32_t position, const Variant& value) {
+void ListWatch::reading(std::int32_t position) {
     const auto at = static_cast<std::size_t>(position);
     if (!inRow_ || at >= values_.size()) return;
     last_ = position;
     read_[at] = true;
-    if (present_[at]) return;
+}
+
+void ListWatch::seen(std::int32_t position, const Variant& value) {
+    const auto at = static_cast<std::size_t>(position);
+    if (!inRow_ || at >= values_.size() || present_[at]) return;
     values_[at] = value;
     present_[at] = true;
 }
@@ -46,6 +50,11 @@ void ListWatch::complete(std::int32_t position) {
 
 void ListWatch::endRow(bool stopped) {
     if (!std::exchange(inRow_, false)) return;
+    if (stopped && last_ < 0) {
+        row_ -= 1;
+        rest_ = nullptr;
+        return;
+    }
     stopped_ = stopped;
     if (stopped) {
         for (std::size_t at = 0; at < values_.size(); ++at) complete(static_cast<std::int32_t>(at));

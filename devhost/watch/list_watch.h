@@ -35,8 +35,11 @@ class ListWatch {
 
     /// A row is the current one; its values are those that the run reads, the others come from `rest`.
     void beginRow(Rest rest);
+    /// The run is about to read the value at a position, which may fail; it has read it.
+    void reading(std::int32_t position);
     void seen(std::int32_t position, const Variant& value);
-    /// The run has left the row. Where it has `stopped` in it, all of the row's values are kept.
+    /// The run has left the row. Where it has `stopped` in it, all of the row's values are kept; where it has
+    /// stopped before it read any, the row does not count.
     void endRow(bool stopped = false);
 
     /// Whether the run that left the last row has stopped in it.

@@ -38,6 +38,7 @@ class WatchedRows : public RowStream {
         return true;
     }
     Variant value(std::int32_t position) const override {
+        list_->watch->reading(position);
         Variant value = rows().value(position);
         list_->watch->seen(position, value);
         return value;

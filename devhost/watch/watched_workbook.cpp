@@ -27,7 +27,10 @@ class WatchedSheet : public Worksheet {
                 return position < firstColumn ? Variant() : sheet_->Cells(ownRow, position);
             });
         }
-        if (ownRow == watch_->row()) watch_->seen(column, value);
+        if (ownRow == watch_->row()) {
+            watch_->reading(column);
+            watch_->seen(column, value);
+        }
         return value;
     }
 

@@ -1,11 +1,10 @@
 // pxtarvo-host as a process: exit statuses, what is printed, the files that it leaves.
 
 #include <gmock/gmock.h>
-#include <sys/wait.h>
 
 #include <algorithm>
-#include <cstdlib>
 
+#include "tests/common/host_process.h"
 #include "tests/devhost/host_folder.h"
 
 namespace pxtarvo::tests {
@@ -20,25 +19,7 @@ std::string lastLineOf(const std::string& text) {
     return text.size() < 2 ? text : text.substr(text.rfind('\n', text.size() - 2) + 1);
 }
 
-class CommandLine : public ::testing::Test {
-  protected:
-    /// Runs a command line in the test's folder; {S} stands for the folder of samples. `before` is done in
-    /// the same shell. Gives back the exit status.
-    int run(std::string arguments, const std::string& redirection = "> out", const std::string& before = "") {
-        const std::size_t samples = arguments.find("{S}");
-        if (samples != std::string::npos) arguments.replace(samples, 3, PXTARVO_SAMPLES_DIR);
-        const std::string line = "cd '" + folder.file("") + "' && " + before + "'" PXTARVO_HOST_PATH "' " +
-                                 arguments + " < /dev/null 2> err " + redirection;
-        const int status = std::system(line.c_str());
-        output = bytesOf(folder.file("out"));
-        errors = bytesOf(folder.file("err"));
-        return WEXITSTATUS(status);
-    }
-
-    TemporaryFolder folder;
-    std::string output;
-    std::string errors;
-};
+class CommandLine : public ::testing::Test, protected HostProcess {};
 
 TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
     ASSERT_EQ(run("init dealer.db --sample"), 0);
