@@ -12,6 +12,7 @@ add_room(host_windows host/windows
          PUBLIC automation host platform PRIVATE windows_data windows_screen windows_system values)
 add_subdirectory(plugin/com)
 include(cmake/HostDescription.cmake)
+add_subdirectory(examples/host)
 if(PXTARVO_TESTS)
     add_subdirectory(tests/windows)
 endif()

@@ -1,0 +1,535 @@
+// A host for PXTarvo in one file, written after docs/integration.md: a context that writes rows, a field
+// helper, and the four steps of main(). Nothing of PXTarvo's own code is used.
+//
+//   SampleHost.exe "CONNECTION STRING"
+
+#ifndef UNICODE
+#define UNICODE
+#endif
+#include <windows.h>
+
+#include <objbase.h>
+#include <oleauto.h>
+
+#include <cmath>
+#include <cstdio>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr LCID usEnglish = 0x0409, spanish = 0x0C0A;
+
+/// An error of automation: what the user reads of it.
+struct Failure {
+    HRESULT code;
+    std::wstring text;
+};
+
+/// An error by its number, as the language of scripts has it.
+Failure failure(int number, std::wstring text) {
+    return {static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number)), std::move(text)};
+}
+
+// --- Values
+// ---------------------------------------------------------------------------------------------------------
+
+/// A VARIANT that is freed.
+class Value {
+  public:
+    Value() { VariantInit(&value_); }
+    Value(const wchar_t* text) : Value() { V_VT(&value_) = VT_BSTR, V_BSTR(&value_) = SysAllocString(text); }
+    Value(const std::wstring& text) : Value(text.c_str()) {}
+    Value(long number) : Value() { V_VT(&value_) = VT_I4, V_I4(&value_) = number; }
+    Value(double number) : Value() { V_VT(&value_) = VT_R8, V_R8(&value_) = number; }
+    Value(bool truth) : Value() {
+        V_VT(&value_) = VT_BOOL, V_BOOL(&value_) = truth ? VARIANT_TRUE : VARIANT_FALSE;
+    }
+    Value(IDispatch* object) : Value() {
+        V_VT(&value_) = VT_DISPATCH, V_DISPATCH(&value_) = object;
+        if (object) object->AddRef();
+    }
+    /// A copy, read through references.
+    explicit Value(const VARIANT& value) : Value() { VariantCopyInd(&value_, const_cast<VARIANT*>(&value)); }
+    Value(const Value& other) : Value(other.value_) {}
+    Value& operator=(Value other) { return std::swap(value_, other.value_), *this; }
+    ~Value() { VariantClear(&value_); }
+
+    static Value missing() {
+        Value value;
+        V_VT(&value.value_) = VT_ERROR, V_ERROR(&value.value_) = DISP_E_PARAMNOTFOUND;
+        return value;
+    }
+
+    VARIANT* put() { return &value_; }
+    const VARIANT& get() const { return value_; }
+    bool isNull() const { return V_VT(&value_) == VT_NULL || V_VT(&value_) == VT_EMPTY; }
+    IDispatch* object() const { return V_VT(&value_) == VT_DISPATCH ? V_DISPATCH(&value_) : nullptr; }
+    Value as(VARTYPE type, LCID locale = usEnglish) const {
+        Value other;
+        const HRESULT changed =
+            VariantChangeTypeEx(&other.value_, const_cast<VARIANT*>(&value_), locale, 0, type);
+        if (FAILED(changed)) throw failure(13, L"No coinciden los tipos");
+        return other;
+    }
+    std::wstring text(LCID locale = usEnglish) const {
+        if (isNull()) return {};
+        const Value text = as(VT_BSTR, locale);
+        return std::wstring(V_BSTR(&text.value_), SysStringLen(V_BSTR(&text.value_)));
+    }
+    double number() const {
+        const Value number = as(VT_R8);
+        return V_R8(&number.value_);
+    }
+
+  private:
+    VARIANT value_;
+};
+
+// --- Calling an object by name
+// --------------------------------------------------------------------------------------
+
+Value call(IDispatch* object, const wchar_t* member, WORD kind, std::initializer_list<Value> arguments = {}) {
+    if (!object) throw failure(91, L"Variable de objeto o bloque With no establecido");
+    DISPID identifier = 0;
+    auto* name = const_cast<LPOLESTR>(member);
+    if (FAILED(object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &identifier))) {
+        throw failure(438, std::wstring(L"Falta el miembro ") + member);
+    }
+    std::vector<VARIANTARG> backwards;
+    for (auto at = arguments.end(); at != arguments.begin();) backwards.push_back((--at)->get());
+    DISPID assigned = DISPID_PROPERTYPUT;
+    const bool assignment = kind == DISPATCH_PROPERTYPUT || kind == DISPATCH_PROPERTYPUTREF;
+    DISPPARAMS given{backwards.data(), assignment ? &assigned : nullptr, static_cast<UINT>(backwards.size()),
+                     assignment ? 1u : 0u};
+    Value answer;
+    EXCEPINFO record{};
+    const HRESULT called = object->Invoke(identifier, IID_NULL, LOCALE_USER_DEFAULT, kind, &given,
+                                          assignment ? nullptr : answer.put(), &record, nullptr);
+    if (SUCCEEDED(called)) return answer;
+    Failure raised{called == DISP_E_EXCEPTION ? record.scode : called,
+                   record.bstrDescription ? record.bstrDescription : member};
+    for (BSTR text : {record.bstrSource, record.bstrDescription, record.bstrHelpFile}) SysFreeString(text);
+    throw raised;
+}
+
+Value get(IDispatch* object, const wchar_t* member) {
+    return call(object, member, DISPATCH_PROPERTYGET);
+}
+void put(IDispatch* object, const wchar_t* member, Value value) {
+    call(object, member, DISPATCH_PROPERTYPUT, {std::move(value)});
+}
+
+Value created(const wchar_t* name) {
+    CLSID type;
+    IDispatch* object = nullptr;
+    HRESULT made = CLSIDFromProgID(name, &type);
+    if (SUCCEEDED(made)) {
+        made = CoCreateInstance(type, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
+                                reinterpret_cast<void**>(&object));
+    }
+    if (FAILED(made)) throw failure(429, std::wstring(name) + L" no se puede crear");
+    Value value(object);
+    object->Release();
+    return value;
+}
+
+// --- Objects of our own
+// ---------------------------------------------------------------------------------------------
+
+/// The arguments of one call, first one first.
+class Arguments {
+  public:
+    Arguments(const DISPPARAMS& given, WORD kind) : given_(given), put_((kind & DISPATCH_PROPERTYPUT) != 0) {}
+
+    bool isPut() const { return put_; }
+    VARIANTARG& raw(UINT at) const {
+        if (at >= given_.cArgs) throw failure(449, L"Argumento no opcional");
+        return given_.rgvarg[given_.cArgs - 1 - at];
+    }
+    Value value(UINT at) const { return Value(raw(at)); }
+    /// Replaces the text that the caller passed by reference.
+    void giveBack(UINT at, const std::wstring& text) const {
+        if (V_VT(&raw(at)) != (VT_BYREF | VT_BSTR)) throw failure(13, L"No coinciden los tipos");
+        SysReAllocString(V_BSTRREF(&raw(at)), text.c_str());
+    }
+
+  private:
+    const DISPPARAMS& given_;
+    bool put_;
+};
+
+/// An automation object of these members; it deletes itself with its last reference.
+class Object : public IDispatch {
+  public:
+    explicit Object(std::vector<const wchar_t*> members) : members_(std::move(members)) {}
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
+        *object = known ? this : nullptr;
+        if (known) AddRef();
+        return known ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;
+        return left;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override { return *count = 0, S_OK; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
+                                            DISPID* identifiers) override {
+        for (std::size_t at = 0; at < members_.size(); ++at) {
+            if (lstrcmpiW(members_[at], names[0]) == 0)
+                return identifiers[0] = static_cast<DISPID>(at + 1), S_OK;
+        }
+        return DISP_E_UNKNOWNNAME;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID identifier, REFIID, LCID, WORD kind, DISPPARAMS* given,
+                                     VARIANT* answer, EXCEPINFO* record, UINT*) override {
+        if (identifier < 1 || identifier > static_cast<DISPID>(members_.size())) return DISP_E_MEMBERNOTFOUND;
+        try {
+            const Value result =
+                member(members_[static_cast<std::size_t>(identifier - 1)], Arguments(*given, kind));
+            if (answer) VariantCopy(answer, const_cast<VARIANT*>(&result.get()));
+            return S_OK;
+        } catch (const Failure& raised) {
+            if (record) *record = {}, record->scode = raised.code;
+            if (record) record->bstrDescription = SysAllocString(raised.text.c_str());
+            return DISP_E_EXCEPTION;
+        }
+    }
+
+  protected:
+    virtual ~Object() = default;
+    virtual Value member(std::wstring name, const Arguments& arguments) = 0;
+
+  private:
+    std::vector<const wchar_t*> members_;
+    ULONG references_ = 1;
+};
+
+/// A new object as a value, which owns it.
+template <class Kind, class... Given>
+Value made(Given&&... given) {
+    Kind* const object = new Kind(std::forward<Given>(given)...);
+    Value value(object);
+    object->Release();
+    return value;
+}
+
+// --- The context
+// ----------------------------------------------------------------------------------------------------
+
+struct Column {
+    std::wstring name;
+    long kind;
+    Value value;
+};
+
+/// What a column's value is in a statement.
+std::wstring literal(const Column& column) {
+    enum { Boolean, Whole, Decimal, Text, Date, Expression = 6 };
+    if (column.value.isNull()) return L"NULL";
+    switch (column.kind) {
+        case Boolean:
+        case Whole:
+        case Decimal:
+            // A text is a number as this country writes it: the minimum stock.
+            return V_VT(&column.value.get()) == VT_BSTR ? column.value.as(VT_R8, spanish).text()
+                                                        : column.value.text();
+        case Text:
+        case Date: {
+            std::wstring quoted = L"'";
+            for (const wchar_t character : column.value.text())
+                quoted += character == L'\'' ? L"''" : std::wstring(1, character);
+            return quoted + L"'";
+        }
+        case Expression:
+            return column.value.text();
+    }
+    throw failure(5, L"Tipo de columna desconocido: " + std::to_wstring(column.kind));
+}
+
+class FieldList : public Object {
+  public:
+    FieldList() : Object({L"Agregar"}) {}
+    std::vector<Column> columns;
+
+  protected:
+    Value member(std::wstring, const Arguments& given) override {
+        const long kind = static_cast<long>(given.value(1).number());
+        columns.push_back({given.value(0).text(), kind, given.value(2)});
+        return {};
+    }
+};
+
+class Parameter : public Object {
+  public:
+    explicit Parameter(Value value) : Object({L"Valor"}), value_(std::move(value)) {}
+
+  protected:
+    Value member(std::wstring, const Arguments&) override { return value_; }
+
+  private:
+    Value value_;
+};
+
+class Parameters : public Object {
+  public:
+    Parameters() : Object({L"Item"}) {}
+
+  protected:
+    Value member(std::wstring, const Arguments& given) override {
+        if (given.value(0).text() == L"PAR_ORCONTANOM") return made<Parameter>(Value(0L));
+        throw failure(5, L"Parámetro desconocido: " + given.value(0).text());
+    }
+};
+
+class Context : public Object {
+  public:
+    explicit Context(Value connection)
+        : Object({L"Parametros", L"Usuario", L"Limpiar", L"Condicion", L"Campos", L"Tabla", L"Conexion",
+                  L"Borrar", L"Ejecutar", L"Insertar"}),
+          connection_(std::move(connection)) {}
+
+  protected:
+    Value member(std::wstring name, const Arguments& given) override {
+        if (name == L"Conexion") return connection_;
+        if (name == L"Campos") return fields_;
+        if (name == L"Parametros") return made<Parameters>();
+        if (name == L"Usuario") return Value(1L);
+        if (name == L"Tabla") return table_ = given.value(0).text(), Value();
+        if (name == L"Condicion") return condition_ = given.value(0).text(), Value();
+        if (name == L"Limpiar") return columns().clear(), Value();
+        const std::wstring statement = name == L"Insertar"   ? insertion()
+                                       : name == L"Ejecutar" ? update()
+                                                             : L"DELETE FROM " + table_ + condition_;
+        return run(statement, given);
+    }
+
+  private:
+    std::vector<Column>& columns() { return static_cast<FieldList*>(fields_.object())->columns; }
+
+    std::wstring insertion() {
+        std::wstring names, values;
+        for (const Column& column : columns()) {
+            names += (names.empty() ? L"" : L",") + column.name;
+            values += (values.empty() ? L"" : L",") + literal(column);
+        }
+        return L"INSERT INTO " + table_ + L" (" + names + L") VALUES (" + values + L")";
+    }
+    std::wstring update() {
+        std::wstring changes;
+        for (const Column& column : columns()) {
+            changes += (changes.empty() ? L"" : L",") + column.name + L"=" + literal(column);
+        }
+        return L"UPDATE " + table_ + L" SET " + changes + condition_;
+    }
+    /// On the connection itself, so that the plug-in's transaction holds it. What the server refuses is told.
+    Value run(const std::wstring& statement, const Arguments& given) {
+        try {
+            call(connection_.object(), L"Execute", DISPATCH_METHOD,
+                 {statement, Value::missing(), Value(-1L)});
+            return Value(true);
+        } catch (const Failure& refused) {
+            given.giveBack(0, refused.text);
+            return Value(false);
+        }
+    }
+
+    Value connection_;
+    Value fields_ = made<FieldList>();
+    std::wstring table_, condition_;
+};
+
+// --- The field helper
+// -----------------------------------------------------------------------------------------------
+
+/// The search list: a window of its own with the rows; Enter or a double click chooses, Esc does not.
+class SearchList {
+  public:
+    SearchList(const std::wstring& title, const std::vector<std::wstring>& rows) {
+        owner_ = GetActiveWindow();
+        window_ =
+            CreateWindowW(L"LISTBOX", title.c_str(),
+                          WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_VSCROLL | WS_VISIBLE | LBS_USETABSTOPS, 150,
+                          150, 480, 320, owner_, nullptr, GetModuleHandleW(nullptr), nullptr);
+        for (const std::wstring& row : rows)
+            SendMessageW(window_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(row.c_str()));
+        SendMessageW(window_, LB_SETCURSEL, 0, 0);
+    }
+    SearchList(const SearchList&) = delete;
+    SearchList& operator=(const SearchList&) = delete;
+    ~SearchList() {
+        EnableWindow(owner_, TRUE);
+        DestroyWindow(window_);
+        SetActiveWindow(owner_);
+    }
+    /// The row's place, or -1.
+    int choose() {
+        EnableWindow(owner_, FALSE);
+        SetFocus(window_);
+        MSG message;
+        while (IsWindow(window_) && GetMessageW(&message, nullptr, 0, 0) > 0) {
+            const bool enter = message.message == WM_KEYDOWN && message.wParam == VK_RETURN;
+            if (enter || message.message == WM_LBUTTONDBLCLK) {
+                return static_cast<int>(SendMessageW(window_, LB_GETCURSEL, 0, 0));
+            }
+            if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) return -1;
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        return -1;
+    }
+
+  private:
+    HWND owner_, window_;
+};
+
+class FieldHelper : public Object {
+  public:
+    FieldHelper()
+        : Object({L"Redondear", L"ColorFondo", L"ColorFoco", L"SalirCampo", L"EntrarCampo", L"Conexion",
+                  L"FiltrarTecla", L"Buscar"}) {}
+
+  protected:
+    Value member(std::wstring name, const Arguments& given) override {
+        if (name == L"ColorFondo") return normal_ = given.value(0), Value();
+        if (name == L"ColorFoco") return focused_ = given.value(0), Value();
+        if (name == L"Conexion") return connection_ = given.value(0), Value();
+        if (name == L"EntrarCampo") return put(given.value(0).object(), L"BackColor", focused_), Value();
+        if (name == L"SalirCampo") return leave(given.value(0).object(), given.value(1).text()), Value();
+        if (name == L"Redondear") {
+            const double scale = std::pow(10.0, given.value(1).number());
+            return Value(std::round(given.value(0).number() * scale) / scale);
+        }
+        if (name == L"FiltrarTecla") {
+            SHORT& key = *V_I2REF(&given.raw(1));
+            const bool date = given.value(2).number() != 0;
+            const bool allowed = key < L' ' || (key >= L'0' && key <= L'9') || key == (date ? L'/' : L'-');
+            if (!allowed) key = 0;
+            return {};
+        }
+        return search(given);
+    }
+
+  private:
+    void leave(IDispatch* field, const std::wstring& format) {
+        put(field, L"BackColor", normal_);
+        const std::wstring text = get(field, L"Text").text();
+        if (format != L"dd/mm/yyyy" || text.empty()) return;
+        const Value date = Value(text).as(VT_DATE, spanish);
+        SYSTEMTIME day{};
+        VariantTimeToSystemTime(V_DATE(&date.get()), &day);
+        wchar_t written[16];
+        swprintf(written, std::size(written), L"%02d/%02d/%04d", day.wDay, day.wMonth, day.wYear);
+        put(field, L"Text", written);
+    }
+
+    Value search(const Arguments& given) {
+        const Value rows = call(connection_.object(), L"Execute", DISPATCH_METHOD,
+                                {given.value(0), Value::missing(), Value(-1L)});
+        std::vector<std::wstring> shown, answers;
+        for (; get(rows.object(), L"EOF").number() == 0; call(rows.object(), L"MoveNext", DISPATCH_METHOD)) {
+            const Value fields = call(rows.object(), L"Fields", DISPATCH_METHOD | DISPATCH_PROPERTYGET);
+            std::wstring column[3];
+            for (long at = 0; at < 3; ++at) {
+                const Value field =
+                    call(fields.object(), L"Item", DISPATCH_METHOD | DISPATCH_PROPERTYGET, {Value(at)});
+                column[at] = get(field.object(), L"Value").text();
+            }
+            shown.push_back(column[1] + L"\t" + column[2]);
+            answers.push_back(column[0] + L"\x01" + column[1] + L"\x01" + column[2]);
+        }
+        const int chosen = SearchList(given.value(4).text(), shown).choose();
+        return chosen < 0 ? Value(L"") : Value(answers[static_cast<std::size_t>(chosen)]);
+    }
+
+    Value normal_, focused_, connection_;
+};
+
+/// Makes the field helpers of this program, for as long as it runs.
+class HelperClass : public IClassFactory {
+  public:
+    HelperClass() {
+        // For this user; where classes are no user's own, for all.
+        const auto written = [](HKEY root, const wchar_t* key) {
+            RegSetKeyValueW(root, key, nullptr, REG_SZ, identifier, sizeof identifier);
+            CLSID found;
+            return SUCCEEDED(CLSIDFromProgID(L"HostFields.FieldHelper", &found));
+        };
+        if (!written(HKEY_CURRENT_USER, L"Software\\Classes\\HostFields.FieldHelper\\CLSID"))
+            written(HKEY_CLASSES_ROOT, L"HostFields.FieldHelper\\CLSID");
+        CLSID type;
+        CLSIDFromString(identifier, &type);
+        const HRESULT offered =
+            CoRegisterClassObject(type, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
+        if (FAILED(offered)) throw Failure{offered, L"HostFields.FieldHelper no se puede registrar"};
+    }
+    HelperClass(const HelperClass&) = delete;
+    HelperClass& operator=(const HelperClass&) = delete;
+    virtual ~HelperClass() { CoRevokeClassObject(cookie_); }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IClassFactory);
+        *object = known ? this : nullptr;
+        return known ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }  // lives in main()
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
+        return outer ? CLASS_E_NOAGGREGATION : made<FieldHelper>().object()->QueryInterface(iid, object);
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+
+  private:
+    static constexpr wchar_t identifier[] = L"{490DCA1F-5049-4A98-BDB6-57943F99285D}";
+    DWORD cookie_ = 0;
+};
+
+// --- The host
+// -------------------------------------------------------------------------------------------------------
+
+Value openConnection(const wchar_t* connectionString) {
+    constexpr long clientCursors = 3;
+    const Value connection = created(L"ADODB.Connection");
+    put(connection.object(), L"CursorLocation", clientCursors);
+    put(connection.object(), L"ConnectionString", connectionString);
+    call(connection.object(), L"Open", DISPATCH_METHOD, {L"", L"", L"", Value(-1L)});
+    call(connection.object(), L"Execute", DISPATCH_METHOD,
+         {L"SET DATEFORMAT dmy", Value::missing(), Value(-1L)});
+    return connection;
+}
+
+void run(const wchar_t* connectionString) {
+    const HelperClass helpers;
+    const Value connection = openConnection(connectionString);
+    const Value plugIn = created(L"PXTarvo.PXTarvor");
+    call(plugIn.object(), L"MyBd", DISPATCH_PROPERTYPUTREF, {made<Context>(connection)});
+    call(plugIn.object(), L"jImportacionTarifas", DISPATCH_METHOD);
+    call(plugIn.object(), L"MyBd", DISPATCH_PROPERTYPUTREF, {Value(static_cast<IDispatch*>(nullptr))});
+    call(connection.object(), L"Close", DISPATCH_METHOD);
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** arguments) {
+    if (count != 2) {
+        std::fputs("SampleHost.exe \"CONNECTION STRING\"\n", stderr);
+        return 2;
+    }
+    CoInitialize(nullptr);
+    try {
+        run(arguments[1]);
+        return 0;
+    } catch (const Failure& raised) {
+        std::fprintf(stderr, "%08lX %ls\n", static_cast<unsigned long>(raised.code), raised.text.c_str());
+        return 1;
+    }
+}
