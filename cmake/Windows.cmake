@@ -13,6 +13,7 @@ add_room(host_windows host/windows
 add_subdirectory(plugin/com)
 include(cmake/HostDescription.cmake)
 add_subdirectory(examples/host)
+add_subdirectory(check)
 if(PXTARVO_TESTS)
     add_subdirectory(tests/windows)
 endif()

@@ -1,7 +1,10 @@
 // A host for PXTarvo in one file, written after docs/integration.md: a context that writes rows, a field
 // helper, and the four steps of main(). Nothing of PXTarvo's own code is used.
 //
-//   SampleHost.exe "CONNECTION STRING"
+//   SampleHost.exe "CONNECTION STRING" [--check]
+//
+// With --check it hands its context to PXTarvoCheck.dll, and ends with the number of faults, instead of
+// opening the window.
 
 #ifndef UNICODE
 #define UNICODE
@@ -11,6 +14,7 @@
 #include <objbase.h>
 #include <oleauto.h>
 
+#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <initializer_list>
@@ -507,27 +511,53 @@ Value openConnection(const wchar_t* connectionString) {
     return connection;
 }
 
-void run(const wchar_t* connectionString) {
-    const HelperClass helpers;
-    const Value connection = openConnection(connectionString);
+void import(const Value& context) {
     const Value plugIn = created(L"PXTarvo.PXTarvor");
-    call(plugIn.object(), L"MyBd", DISPATCH_PROPERTYPUTREF, {made<Context>(connection)});
+    call(plugIn.object(), L"MyBd", DISPATCH_PROPERTYPUTREF, {context});
     call(plugIn.object(), L"jImportacionTarifas", DISPATCH_METHOD);
     call(plugIn.object(), L"MyBd", DISPATCH_PROPERTYPUTREF, {Value(static_cast<IDispatch*>(nullptr))});
+}
+
+/// The number of faults.
+int check(const Value& context) {
+    using Check = LONG(WINAPI*)(IDispatch*, BSTR*);
+    const HMODULE library = LoadLibraryW(L"PXTarvoCheck.dll");
+    if (!library) throw failure(53, L"No se encuentra PXTarvoCheck.dll");
+    const auto comprobar =
+        reinterpret_cast<Check>(reinterpret_cast<void*>(GetProcAddress(library, "PXTarvoComprobar")));
+    BSTR report = nullptr;
+    const LONG faults = comprobar(context.object(), &report);
+    std::printf("%ls", report);
+    SysFreeString(report);
+    return static_cast<int>(faults);
+}
+
+int run(const wchar_t* connectionString, bool checking) {
+    const HelperClass helpers;
+    const Value connection = openConnection(connectionString);
+    const Value context = made<Context>(connection);
+    int faults = 0;
+    if (checking) {
+        faults = check(context);
+    } else {
+        import(context);
+    }
     call(connection.object(), L"Close", DISPATCH_METHOD);
+    return faults;
 }
 
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
-    if (count != 2) {
-        std::fputs("SampleHost.exe \"CONNECTION STRING\"\n", stderr);
+    const bool checking = count == 3 && std::wstring(arguments[2]) == L"--check";
+    if (count != 2 && !checking) {
+        std::fputs("SampleHost.exe \"CONNECTION STRING\" [--check]\n", stderr);
         return 2;
     }
+    std::setlocale(LC_ALL, "");
     CoInitialize(nullptr);
     try {
-        run(arguments[1]);
-        return 0;
+        return run(arguments[1], checking);
     } catch (const Failure& raised) {
         std::fprintf(stderr, "%08lX %ls\n", static_cast<unsigned long>(raised.code), raised.text.c_str());
         return 1;
