@@ -93,6 +93,8 @@ class ContextCheck {
 
     void run() {
         attempt([&] { askQuestions(); });
+        // Nothing is written that could not be undone.
+        if (!connection_.object().object().has(u"RollbackTrans")) return;
         try {
             connection_.run(u"BeginTrans");
         } catch (const NotAnswered&) {
@@ -119,7 +121,10 @@ class ContextCheck {
                 "Connection.CursorLocation",
                 "los cursores son del servidor; con adUseClient las búsquedas ocupan la mitad");
         }
-        rows.child(u"Fields", "Fields", "").expectMembers({u"Item", u"Count"});
+        const AskedObject fields = rows.child(u"Fields", "Fields", "");
+        fields.expectMembers({u"Item", u"Count"});
+        fields.child(u"Item", "Field", "Long 0", OwnedVariant(std::int32_t{0}))
+            .expectMembers({u"Name", u"Value"});
         rows.ask(u"Close", "", [](const Dispatch& object) { object.run(u"Close"); });
     }
 
@@ -277,8 +282,9 @@ class ContextCheck {
         if (!changed || changed->price != changedPrice) {
             const std::string why = message == untouched ? "" : ": " + message;
             fault(u"Ejecutar", "no cambia la fila" + why);
+            return;
         }
-        if (changed && changed->text != trial.text) {
+        if (changed->text != trial.text) {
             fault(u"Limpiar", "quedan columnas de la escritura anterior");
         }
         begin(Art::tabla, First::Tabla);

@@ -1,11 +1,15 @@
 #include "check/findings.h"
 
+#include <algorithm>
+
 namespace pxtarvo::check {
 
-void Findings::add(std::string_view about, std::string_view text, std::string_view kind) {
+bool Findings::add(std::string_view about, std::string_view text, std::string_view kind) {
     std::string line(kind);
     line.append(about).append(": ").append(text);
+    if (std::ranges::find(lines_, line) != lines_.end()) return false;
     lines_.push_back(std::move(line));
+    return true;
 }
 
 std::string Findings::report() const {

@@ -13,7 +13,9 @@ namespace pxtarvo::check {
 class Findings {
   public:
     /// What keeps a window or a run from working.
-    void fault(std::string_view about, std::string_view text) { add(about, text, "FALLO  "), ++faults_; }
+    void fault(std::string_view about, std::string_view text) {
+        if (add(about, text, "FALLO  ")) ++faults_;
+    }
     /// What works, but not as it should.
     void advice(std::string_view about, std::string_view text) { add(about, text, "AVISO  "); }
 
@@ -23,7 +25,8 @@ class Findings {
     std::string report() const;
 
   private:
-    void add(std::string_view about, std::string_view text, std::string_view kind);
+    /// False where the line was there before.
+    bool add(std::string_view about, std::string_view text, std::string_view kind);
 
     std::vector<std::string> lines_;
     int faults_ = 0;

@@ -11,6 +11,8 @@
 #endif
 #include <windows.h>
 
+#include <fcntl.h>
+#include <io.h>
 #include <objbase.h>
 #include <oleauto.h>
 
@@ -38,7 +40,6 @@ Failure failure(int number, std::wstring text) {
 }
 
 // --- Values
-// ---------------------------------------------------------------------------------------------------------
 
 /// A VARIANT that is freed.
 class Value {
@@ -93,7 +94,6 @@ class Value {
 };
 
 // --- Calling an object by name
-// --------------------------------------------------------------------------------------
 
 Value call(IDispatch* object, const wchar_t* member, WORD kind, std::initializer_list<Value> arguments = {}) {
     if (!object) throw failure(91, L"Variable de objeto o bloque With no establecido");
@@ -141,14 +141,12 @@ Value created(const wchar_t* name) {
 }
 
 // --- Objects of our own
-// ---------------------------------------------------------------------------------------------
 
 /// The arguments of one call, first one first.
 class Arguments {
   public:
-    Arguments(const DISPPARAMS& given, WORD kind) : given_(given), put_((kind & DISPATCH_PROPERTYPUT) != 0) {}
+    explicit Arguments(const DISPPARAMS& given) : given_(given) {}
 
-    bool isPut() const { return put_; }
     VARIANTARG& raw(UINT at) const {
         if (at >= given_.cArgs) throw failure(449, L"Argumento no opcional");
         return given_.rgvarg[given_.cArgs - 1 - at];
@@ -162,7 +160,6 @@ class Arguments {
 
   private:
     const DISPPARAMS& given_;
-    bool put_;
 };
 
 /// An automation object of these members; it deletes itself with its last reference.
@@ -194,12 +191,12 @@ class Object : public IDispatch {
         }
         return DISP_E_UNKNOWNNAME;
     }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID identifier, REFIID, LCID, WORD kind, DISPPARAMS* given,
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID identifier, REFIID, LCID, WORD, DISPPARAMS* given,
                                      VARIANT* answer, EXCEPINFO* record, UINT*) override {
         if (identifier < 1 || identifier > static_cast<DISPID>(members_.size())) return DISP_E_MEMBERNOTFOUND;
         try {
             const Value result =
-                member(members_[static_cast<std::size_t>(identifier - 1)], Arguments(*given, kind));
+                member(members_[static_cast<std::size_t>(identifier - 1)], Arguments(*given));
             if (answer) VariantCopy(answer, const_cast<VARIANT*>(&result.get()));
             return S_OK;
         } catch (const Failure& raised) {
@@ -228,7 +225,6 @@ Value made(Given&&... given) {
 }
 
 // --- The context
-// ----------------------------------------------------------------------------------------------------
 
 struct Column {
     std::wstring name;
@@ -353,7 +349,6 @@ class Context : public Object {
 };
 
 // --- The field helper
-// -----------------------------------------------------------------------------------------------
 
 /// The search list: a window of its own with the rows; Enter or a double click chooses, Esc does not.
 class SearchList {
@@ -462,16 +457,17 @@ class FieldHelper : public Object {
 class HelperClass : public IClassFactory {
   public:
     HelperClass() {
-        // For this user; where classes are no user's own, for all.
-        const auto written = [](HKEY root, const wchar_t* key) {
-            RegSetKeyValueW(root, key, nullptr, REG_SZ, identifier, sizeof identifier);
-            CLSID found;
-            return SUCCEEDED(CLSIDFromProgID(L"HostFields.FieldHelper", &found));
-        };
-        if (!written(HKEY_CURRENT_USER, L"Software\\Classes\\HostFields.FieldHelper\\CLSID"))
-            written(HKEY_CLASSES_ROOT, L"HostFields.FieldHelper\\CLSID");
+        // For this user; where classes are no user's own, for all. A name that is there already keeps its
+        // class, which is this program's in its own apartment.
+        constexpr wchar_t name[] = L"HostFields.FieldHelper";
         CLSID type;
-        CLSIDFromString(identifier, &type);
+        RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\Classes\\HostFields.FieldHelper\\CLSID", nullptr,
+                        REG_SZ, identifier, sizeof identifier);
+        if (FAILED(CLSIDFromProgID(name, &type))) {
+            RegSetKeyValueW(HKEY_CLASSES_ROOT, L"HostFields.FieldHelper\\CLSID", nullptr, REG_SZ, identifier,
+                            sizeof identifier);
+            CLSIDFromString(identifier, &type);
+        }
         const HRESULT offered =
             CoRegisterClassObject(type, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
         if (FAILED(offered)) throw Failure{offered, L"HostFields.FieldHelper no se puede registrar"};
@@ -498,7 +494,6 @@ class HelperClass : public IClassFactory {
 };
 
 // --- The host
-// -------------------------------------------------------------------------------------------------------
 
 Value openConnection(const wchar_t* connectionString) {
     constexpr long clientCursors = 3;
@@ -520,15 +515,15 @@ void import(const Value& context) {
 
 /// The number of faults.
 int check(const Value& context) {
-    using Check = LONG(WINAPI*)(IDispatch*, BSTR*);
+    using Check = LONG(WINAPI*)(IDispatch*, VARIANT*);
     const HMODULE library = LoadLibraryW(L"PXTarvoCheck.dll");
     if (!library) throw failure(53, L"No se encuentra PXTarvoCheck.dll");
     const auto comprobar =
         reinterpret_cast<Check>(reinterpret_cast<void*>(GetProcAddress(library, "PXTarvoComprobar")));
-    BSTR report = nullptr;
-    const LONG faults = comprobar(context.object(), &report);
-    std::printf("%ls", report);
-    SysFreeString(report);
+    Value report;
+    const LONG faults = comprobar(context.object(), report.put());
+    _setmode(_fileno(stdout), _O_BINARY);  // the lines end with CR LF already
+    std::printf("%ls", report.text().c_str());
     return static_cast<int>(faults);
 }
 

@@ -73,7 +73,9 @@ StandInClasses::StandInClasses(const std::string& server) {
     const std::pair<std::string, std::string> classes[] = {
         {"ADODB.Connection", "{00000514-0000-0010-8000-00AA006D2EA4}"},
         {"ADODB.Recordset", "{00000535-0000-0010-8000-00AA006D2EA4}"},
-        {"Excel.Application", "{6A1B6D60-54C1-4C9B-8E0B-3D6A51B40C77}"}};
+        {"Excel.Application", "{6A1B6D60-54C1-4C9B-8E0B-3D6A51B40C77}"},
+        {"HostFields.FieldHelper", "{6A1B6D61-54C1-4C9B-8E0B-3D6A51B40C77}"},
+        {"PXTarvoDevHost.Context", "{6A1B6D62-54C1-4C9B-8E0B-3D6A51B40C77}"}};
     for (const auto& [name, identifier] : classes) {
         write(name + "\\CLSID", identifier);
         write("CLSID\\" + identifier + "\\ProgID", name);

@@ -3,7 +3,11 @@
 
 #include <stdlib.h>
 
+#include "devhost/host_stage.h"
+#include "devhost/library/host_context.h"
 #include "devhost/wine/ado/stand_in_connection.h"
+#include "devhost/wine/objects/field_helper_object.h"
+#include "devhost/wine/objects/host_objects.h"
 #include "devhost/wine/objects/spreadsheet_object.h"
 #include "platform/portable/access/stream_recordset.h"
 #include "platform/portable/clocks.h"
@@ -25,7 +29,31 @@ portable::DrivePaths drives() {
     return portable::DrivePaths(prefix ? std::string(prefix) + "/drive_c" : std::string());
 }
 
+/// The development host behind the context and the field helper that are created by name, over the dealer's
+/// file that the environment variable PXTARVO_DEALER names.
+devhost::HostParts& devHost() {
+    static devhost::HostParts parts(
+        [] {
+            devhost::DevHostOptions options;
+            char16_t path[512] = {};
+            GetEnvironmentVariableW(reinterpret_cast<LPCWSTR>(u"PXTARVO_DEALER"),
+                                    reinterpret_cast<LPWSTR>(path), 512);
+            options.database = toUtf8(path);
+            return options;
+        }(),
+        [] {});
+    return parts;
+}
+
 Reference<IDispatch> made(std::string_view name) {
+    if (name.starts_with("PXTarvoDevHost.Context")) {
+        return makeDispatch<devhost::HostDatabaseObject>(
+            makeObject<devhost::DevHostDatabase>(devHost().state));
+    }
+    if (name.starts_with("HostFields.FieldHelper")) {
+        devhost::HostStage& stage = *devHost().stage;
+        return makeDispatch<devhost::FieldHelperObject>(stage.makeFieldHelper(), stage.platform);
+    }
     if (name.starts_with("ADODB.Connection")) {
         return makeDispatch<ConnectionObject>(
             makeObject<devhost::StandInConnection>(drives(), std::make_shared<portable::SystemClock>()));
