@@ -419,6 +419,8 @@ TEST_F(HostCheck, TellsWhichKindOfHelperIsRegistered) {
     const auto lines = linesOf(broken);
     RegDeleteKeyExW(HKEY_CLASSES_ROOT, server.get(), KEY_WOW64_32KEY, 0);
     RegCloseKey(narrow);
+    const Bstr whole("CLSID\\" + toUtf8(text));
+    RegDeleteKeyExW(HKEY_CLASSES_ROOT, whole.get(), KEY_WOW64_32KEY, 0);
     if (sizeof(void*) == 4) GTEST_SKIP() << "a prefix of 32 bits has one kind only";
     EXPECT_THAT(lines, ElementsAre(helper + ": está registrado solo para 32 bits y este programa es de 64"));
 }

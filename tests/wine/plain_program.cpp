@@ -100,6 +100,9 @@ StandInClasses::~StandInClasses() {
         const Bstr name(written.key);
         if (!written.wasThere) {
             RegDeleteTreeW(HKEY_CLASSES_ROOT, name.get());
+            // A class without anything in it fails otherwise than one that is not there.
+            const Bstr parent(written.key.substr(0, written.key.rfind('\\')));
+            RegDeleteKeyW(HKEY_CLASSES_ROOT, parent.get());
             continue;
         }
         const Bstr text(written.before);
