@@ -1,228 +1,28 @@
-// A host for PXTarvo in one file, written after docs/integration.md: a context that writes rows, a field
-// helper, and the four steps of main(). Nothing of PXTarvo's own code is used.
+// A host for PXTarvo, written after docs/integration.md: a context that writes rows, a field helper, and the
+// few calls that open the window. Nothing of PXTarvo's own code is used.
 //
 //   SampleHost.exe "CONNECTION STRING" [--check]
 //
 // With --check it hands its context to PXTarvoCheck.dll, and ends with the number of faults, instead of
 // opening the window.
 
-#ifndef UNICODE
-#define UNICODE
-#endif
-#include <windows.h>
-
 #include <fcntl.h>
 #include <io.h>
-#include <objbase.h>
-#include <oleauto.h>
 
 #include <clocale>
 #include <cmath>
 #include <cstdio>
-#include <initializer_list>
+#include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "automation.h"
+
 namespace {
 
-constexpr LCID usEnglish = 0x0409, spanish = 0x0C0A;
-
-/// An error of automation: what the user reads of it.
-struct Failure {
-    HRESULT code;
-    std::wstring text;
-};
-
-/// An error by its number, as the language of scripts has it.
-Failure failure(int number, std::wstring text) {
-    return {static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number)), std::move(text)};
-}
-
-// --- Values
-
-/// A VARIANT that is freed.
-class Value {
-  public:
-    Value() { VariantInit(&value_); }
-    Value(const wchar_t* text) : Value() { V_VT(&value_) = VT_BSTR, V_BSTR(&value_) = SysAllocString(text); }
-    Value(const std::wstring& text) : Value(text.c_str()) {}
-    Value(long number) : Value() { V_VT(&value_) = VT_I4, V_I4(&value_) = number; }
-    Value(double number) : Value() { V_VT(&value_) = VT_R8, V_R8(&value_) = number; }
-    Value(bool truth) : Value() {
-        V_VT(&value_) = VT_BOOL, V_BOOL(&value_) = truth ? VARIANT_TRUE : VARIANT_FALSE;
-    }
-    Value(IDispatch* object) : Value() {
-        V_VT(&value_) = VT_DISPATCH, V_DISPATCH(&value_) = object;
-        if (object) object->AddRef();
-    }
-    /// A copy, read through references.
-    explicit Value(const VARIANT& value) : Value() { VariantCopyInd(&value_, const_cast<VARIANT*>(&value)); }
-    Value(const Value& other) : Value(other.value_) {}
-    Value& operator=(Value other) { return std::swap(value_, other.value_), *this; }
-    ~Value() { VariantClear(&value_); }
-
-    static Value missing() {
-        Value value;
-        V_VT(&value.value_) = VT_ERROR, V_ERROR(&value.value_) = DISP_E_PARAMNOTFOUND;
-        return value;
-    }
-
-    VARIANT* put() { return &value_; }
-    const VARIANT& get() const { return value_; }
-    bool isNull() const { return V_VT(&value_) == VT_NULL || V_VT(&value_) == VT_EMPTY; }
-    IDispatch* object() const { return V_VT(&value_) == VT_DISPATCH ? V_DISPATCH(&value_) : nullptr; }
-    Value as(VARTYPE type, LCID locale = usEnglish) const {
-        Value other;
-        const HRESULT changed =
-            VariantChangeTypeEx(&other.value_, const_cast<VARIANT*>(&value_), locale, 0, type);
-        if (FAILED(changed)) throw failure(13, L"No coinciden los tipos");
-        return other;
-    }
-    std::wstring text(LCID locale = usEnglish) const {
-        if (isNull()) return {};
-        const Value text = as(VT_BSTR, locale);
-        return std::wstring(V_BSTR(&text.value_), SysStringLen(V_BSTR(&text.value_)));
-    }
-    double number() const {
-        const Value number = as(VT_R8);
-        return V_R8(&number.value_);
-    }
-
-  private:
-    VARIANT value_;
-};
-
-// --- Calling an object by name
-
-Value call(IDispatch* object, const wchar_t* member, WORD kind, std::initializer_list<Value> arguments = {}) {
-    if (!object) throw failure(91, L"Variable de objeto o bloque With no establecido");
-    DISPID identifier = 0;
-    auto* name = const_cast<LPOLESTR>(member);
-    if (FAILED(object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &identifier))) {
-        throw failure(438, std::wstring(L"Falta el miembro ") + member);
-    }
-    std::vector<VARIANTARG> backwards;
-    for (auto at = arguments.end(); at != arguments.begin();) backwards.push_back((--at)->get());
-    DISPID assigned = DISPID_PROPERTYPUT;
-    const bool assignment = kind == DISPATCH_PROPERTYPUT || kind == DISPATCH_PROPERTYPUTREF;
-    DISPPARAMS given{backwards.data(), assignment ? &assigned : nullptr, static_cast<UINT>(backwards.size()),
-                     assignment ? 1u : 0u};
-    Value answer;
-    EXCEPINFO record{};
-    const HRESULT called = object->Invoke(identifier, IID_NULL, LOCALE_USER_DEFAULT, kind, &given,
-                                          assignment ? nullptr : answer.put(), &record, nullptr);
-    if (SUCCEEDED(called)) return answer;
-    Failure raised{called == DISP_E_EXCEPTION ? record.scode : called,
-                   record.bstrDescription ? record.bstrDescription : member};
-    for (BSTR text : {record.bstrSource, record.bstrDescription, record.bstrHelpFile}) SysFreeString(text);
-    throw raised;
-}
-
-Value get(IDispatch* object, const wchar_t* member) {
-    return call(object, member, DISPATCH_PROPERTYGET);
-}
-void put(IDispatch* object, const wchar_t* member, Value value) {
-    call(object, member, DISPATCH_PROPERTYPUT, {std::move(value)});
-}
-
-Value created(const wchar_t* name) {
-    CLSID type;
-    IDispatch* object = nullptr;
-    HRESULT made = CLSIDFromProgID(name, &type);
-    if (SUCCEEDED(made)) {
-        made = CoCreateInstance(type, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
-                                reinterpret_cast<void**>(&object));
-    }
-    if (FAILED(made)) throw failure(429, std::wstring(name) + L" no se puede crear");
-    Value value(object);
-    object->Release();
-    return value;
-}
-
-// --- Objects of our own
-
-/// The arguments of one call, first one first.
-class Arguments {
-  public:
-    explicit Arguments(const DISPPARAMS& given) : given_(given) {}
-
-    VARIANTARG& raw(UINT at) const {
-        if (at >= given_.cArgs) throw failure(449, L"Argumento no opcional");
-        return given_.rgvarg[given_.cArgs - 1 - at];
-    }
-    Value value(UINT at) const { return Value(raw(at)); }
-    /// Replaces the text that the caller passed by reference.
-    void giveBack(UINT at, const std::wstring& text) const {
-        if (V_VT(&raw(at)) != (VT_BYREF | VT_BSTR)) throw failure(13, L"No coinciden los tipos");
-        SysReAllocString(V_BSTRREF(&raw(at)), text.c_str());
-    }
-
-  private:
-    const DISPPARAMS& given_;
-};
-
-/// An automation object of these members; it deletes itself with its last reference.
-class Object : public IDispatch {
-  public:
-    explicit Object(std::vector<const wchar_t*> members) : members_(std::move(members)) {}
-    Object(const Object&) = delete;
-    Object& operator=(const Object&) = delete;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
-        *object = known ? this : nullptr;
-        if (known) AddRef();
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override { return *count = 0, S_OK; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
-                                            DISPID* identifiers) override {
-        for (std::size_t at = 0; at < members_.size(); ++at) {
-            if (lstrcmpiW(members_[at], names[0]) == 0)
-                return identifiers[0] = static_cast<DISPID>(at + 1), S_OK;
-        }
-        return DISP_E_UNKNOWNNAME;
-    }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID identifier, REFIID, LCID, WORD, DISPPARAMS* given,
-                                     VARIANT* answer, EXCEPINFO* record, UINT*) override {
-        if (identifier < 1 || identifier > static_cast<DISPID>(members_.size())) return DISP_E_MEMBERNOTFOUND;
-        try {
-            const Value result =
-                member(members_[static_cast<std::size_t>(identifier - 1)], Arguments(*given));
-            if (answer) VariantCopy(answer, const_cast<VARIANT*>(&result.get()));
-            return S_OK;
-        } catch (const Failure& raised) {
-            if (record) *record = {}, record->scode = raised.code;
-            if (record) record->bstrDescription = SysAllocString(raised.text.c_str());
-            return DISP_E_EXCEPTION;
-        }
-    }
-
-  protected:
-    virtual ~Object() = default;
-    virtual Value member(std::wstring name, const Arguments& arguments) = 0;
-
-  private:
-    std::vector<const wchar_t*> members_;
-    ULONG references_ = 1;
-};
-
-/// A new object as a value, which owns it.
-template <class Kind, class... Given>
-Value made(Given&&... given) {
-    Kind* const object = new Kind(std::forward<Given>(given)...);
-    Value value(object);
-    object->Release();
-    return value;
-}
+using namespace automation;
 
 // --- The context
 
@@ -256,40 +56,26 @@ std::wstring literal(const Column& column) {
     throw failure(5, L"Tipo de columna desconocido: " + std::to_wstring(column.kind));
 }
 
-class FieldList : public Object {
+/// An object of one member.
+class OneMember : public Object {
   public:
-    FieldList() : Object({L"Agregar"}) {}
-    std::vector<Column> columns;
+    using Body = std::function<Value(const Arguments&)>;
+    OneMember(const wchar_t* name, Body body) : Object({name}), body_(std::move(body)) {}
 
   protected:
-    Value member(std::wstring, const Arguments& given) override {
-        const long kind = static_cast<long>(given.value(1).number());
-        columns.push_back({given.value(0).text(), kind, given.value(2)});
-        return {};
-    }
-};
-
-class Parameter : public Object {
-  public:
-    explicit Parameter(Value value) : Object({L"Valor"}), value_(std::move(value)) {}
-
-  protected:
-    Value member(std::wstring, const Arguments&) override { return value_; }
+    Value member(std::wstring, const Arguments& given) override { return body_(given); }
 
   private:
-    Value value_;
+    Body body_;
 };
 
-class Parameters : public Object {
-  public:
-    Parameters() : Object({L"Item"}) {}
-
-  protected:
-    Value member(std::wstring, const Arguments& given) override {
-        if (given.value(0).text() == L"PAR_ORCONTANOM") return made<Parameter>(Value(0L));
-        throw failure(5, L"Parámetro desconocido: " + given.value(0).text());
-    }
-};
+Value parameters() {
+    return made<OneMember>(L"Item", [](const Arguments& given) {
+        const std::wstring name = given.value(0).text();
+        if (name != L"PAR_ORCONTANOM") throw failure(5, L"Parámetro desconocido: " + name);
+        return made<OneMember>(L"Valor", [](const Arguments&) { return Value(0L); });
+    });
+}
 
 class Context : public Object {
   public:
@@ -302,23 +88,21 @@ class Context : public Object {
     Value member(std::wstring name, const Arguments& given) override {
         if (name == L"Conexion") return connection_;
         if (name == L"Campos") return fields_;
-        if (name == L"Parametros") return made<Parameters>();
+        if (name == L"Parametros") return parameters();
         if (name == L"Usuario") return Value(1L);
         if (name == L"Tabla") return table_ = given.value(0).text(), Value();
         if (name == L"Condicion") return condition_ = given.value(0).text(), Value();
-        if (name == L"Limpiar") return columns().clear(), Value();
-        const std::wstring statement = name == L"Insertar"   ? insertion()
-                                       : name == L"Ejecutar" ? update()
-                                                             : L"DELETE FROM " + table_ + condition_;
-        return run(statement, given);
+        if (name == L"Limpiar") return columns_->clear(), Value();
+        if (name == L"Insertar") return run(insertion(), given);
+        // Without a condition it would be every row.
+        if (condition_.empty()) throw failure(5, L"Falta la condición");
+        return run(name == L"Ejecutar" ? update() : L"DELETE FROM " + table_ + condition_, given);
     }
 
   private:
-    std::vector<Column>& columns() { return static_cast<FieldList*>(fields_.object())->columns; }
-
     std::wstring insertion() {
         std::wstring names, values;
-        for (const Column& column : columns()) {
+        for (const Column& column : *columns_) {
             names += (names.empty() ? L"" : L",") + column.name;
             values += (values.empty() ? L"" : L",") + literal(column);
         }
@@ -326,7 +110,7 @@ class Context : public Object {
     }
     std::wstring update() {
         std::wstring changes;
-        for (const Column& column : columns()) {
+        for (const Column& column : *columns_) {
             changes += (changes.empty() ? L"" : L",") + column.name + L"=" + literal(column);
         }
         return L"UPDATE " + table_ + L" SET " + changes + condition_;
@@ -344,7 +128,12 @@ class Context : public Object {
     }
 
     Value connection_;
-    Value fields_ = made<FieldList>();
+    std::shared_ptr<std::vector<Column>> columns_ = std::make_shared<std::vector<Column>>();
+    Value fields_ = made<OneMember>(L"Agregar", [columns = columns_](const Arguments& given) {
+        columns->push_back(
+            {given.value(0).text(), static_cast<long>(given.value(1).number()), given.value(2)});
+        return Value();
+    });
     std::wstring table_, condition_;
 };
 
@@ -409,6 +198,7 @@ class FieldHelper : public Object {
             return Value(std::round(given.value(0).number() * scale) / scale);
         }
         if (name == L"FiltrarTecla") {
+            if (V_VT(&given.raw(1)) != (VT_BYREF | VT_I2)) throw failure(13, L"No coinciden los tipos");
             SHORT& key = *V_I2REF(&given.raw(1));
             const bool date = given.value(2).number() != 0;
             const bool allowed = key < L' ' || (key >= L'0' && key <= L'9') || key == (date ? L'/' : L'-');
