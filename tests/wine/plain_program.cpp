@@ -117,7 +117,8 @@ ProgramEnd runProgram(const std::string& file, const std::vector<std::string>& a
     for (const std::string& argument : arguments) line += " \"" + argument + "\"";
     const Bstr command(line);
 
-    const std::string outputPath = ::testing::TempDir() + "/pxtarvo-output";
+    const std::string outputPath =
+        ::testing::TempDir() + "/pxtarvo-output-" + std::to_string(GetCurrentProcessId());
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     ProgramEnd end;
     {
@@ -128,9 +129,18 @@ ProgramEnd runProgram(const std::string& file, const std::vector<std::string>& a
         start.dwFlags = STARTF_USESTDHANDLES;
         start.hStdOutput = start.hStdError = output.get();
         PROCESS_INFORMATION made{};
-        if (!CreateProcessW(nullptr, command.get(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
-                            &made)) {
-            ADD_FAILURE() << line << " does not start";
+        const auto startIt = [&] {
+            return CreateProcessW(nullptr, command.get(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
+                                  &made);
+        };
+        // On a busy machine Wine fails to start a process now and then.
+        bool started = startIt();
+        for (int again = 0; !started && again < 3; ++again) {
+            Sleep(glance);
+            started = startIt();
+        }
+        if (!started) {
+            ADD_FAILURE() << line << " does not start: " << GetLastError();
             return end;
         }
         const Handle thread(made.hThread);
