@@ -11,6 +11,9 @@ add_room(platform_windows platform/windows
 add_room(host_windows host/windows
          PUBLIC automation host platform PRIVATE windows_data windows_screen windows_system values)
 add_subdirectory(plugin/com)
+include(cmake/HostDescription.cmake)
+add_subdirectory(examples/host)
+add_subdirectory(check)
 if(PXTARVO_TESTS)
     add_subdirectory(tests/windows)
     add_subdirectory(tests/package)

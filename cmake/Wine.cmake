@@ -8,6 +8,16 @@ add_room(wine_screen devhost/wine/screen PUBLIC automation devhost record host p
 add_room(winehost devhost/wine
          PUBLIC automation wine_objects wine_screen devhost
          PRIVATE library import stock deletion)
+
+# ADO for plain programs: a server of Wine's own kind, which its loader takes by its whole path.
+file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/devhost/wine/ado/*.cpp")
+add_library(pxtarvo_ado MODULE ${sources})
+set_target_properties(pxtarvo_ado PROPERTIES PREFIX "" OUTPUT_NAME PXTarvoAdo SUFFIX .dll.so)
+set(rooms wine_objects automation devhost library dealer portable access files workbook platform values)
+target_link_libraries(pxtarvo_ado PRIVATE ${rooms})
+target_link_options(pxtarvo_ado PRIVATE "${PROJECT_SOURCE_DIR}/devhost/wine/ado/PXTarvoAdo.spec")
+describe_room(pxtarvo_ado devhost/wine/ado ${rooms})
+
 add_room_program(pxtarvo-winehost devhost/wine/main LINKS winehost)
 add_room_program(pxtarvo-dll-bench benchmarks/dll LINKS winehost dealer portable)
 
@@ -19,9 +29,16 @@ target_include_directories(wine_gtest PRIVATE "${googletest_source}/googletest" 
                                       SYSTEM PUBLIC "${googletest_source}/googletest/include"
                                                     "${googletest_source}/googlemock/include")
 add_room_program(wine_test tests/wine
-    LINKS winehost wine_objects wine_screen devhost dealer portable sqlite values nlohmann_json::nlohmann_json wine_gtest)
+    LINKS winehost wine_objects wine_screen automation devhost library host dealer portable sqlite platform values nlohmann_json::nlohmann_json wine_gtest)
+# What is built beside the DLL.
+get_filename_component(dll_build "${PXTARVO_DLL}/../../.." ABSOLUTE)
 target_compile_definitions(wine_test PRIVATE PXTARVO_SAMPLES_DIR="${PROJECT_SOURCE_DIR}/samples"
-                                             PXTARVO_DLL_PATH="${PXTARVO_DLL}")
+                                             PXTARVO_DLL_PATH="${PXTARVO_DLL}"
+                                             PXTARVO_ADO_PATH="$<TARGET_FILE:pxtarvo_ado>"
+                                             PXTARVO_SAMPLE_HOST="${dll_build}/examples/host/SampleHost.exe"
+                                             PXTARVO_CHECK_DLL="${dll_build}/check/PXTarvoCheck.dll"
+                                             PXTARVO_CHECK_PROGRAM="${dll_build}/check/PXTarvoCheck.exe")
+add_dependencies(wine_test pxtarvo_ado)
 # Wine's loader knows its own programs by this ending.
 set(programs pxtarvo-winehost pxtarvo-dll-bench wine_test)
 set_target_properties(${programs} PROPERTIES SUFFIX .exe.so POSITION_INDEPENDENT_CODE OFF)

@@ -24,10 +24,13 @@ enum ConnectionMember {
     Execute,
     BeginTrans,
     CommitTrans,
-    RollbackTrans
+    RollbackTrans,
+    ConnCursorLocation,
+    ConnClose
 };
-constexpr std::array<std::u16string_view, 7> connectionNames{
-    u"ConnectionString", u"Open", u"State", u"Execute", u"BeginTrans", u"CommitTrans", u"RollbackTrans"};
+constexpr std::array<std::u16string_view, 9> connectionNames{
+    u"ConnectionString", u"Open",          u"State",          u"Execute", u"BeginTrans",
+    u"CommitTrans",      u"RollbackTrans", u"CursorLocation", u"Close"};
 
 enum RecordsetMember {
     RsOpen,
@@ -142,8 +145,21 @@ OwnedVariant ConnectionObject::member(int place, const CallArguments& arguments)
         case RollbackTrans:
             connection_->RollbackTrans();
             break;
+        case ConnCursorLocation:
+            if (!arguments.isPut()) return OwnedVariant(own().CursorLocation());
+            own().CursorLocation(arguments.number(0));
+            break;
+        case ConnClose:
+            own().Close();
+            break;
     }
     return {};
+}
+
+OwnConnection& ConnectionObject::own() const {
+    auto* const own = dynamic_cast<OwnConnection*>(connection_.shared().get());
+    if (!own) throw RuntimeError(ErrorNumber::MemberNotSupported);
+    return *own;
 }
 
 RecordsetObject::RecordsetObject(ObjectRef<Recordset> recordset)

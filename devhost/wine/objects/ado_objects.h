@@ -10,6 +10,17 @@
 
 namespace pxtarvo::devhost {
 
+/// What ADO's connection has for whoever makes one, and the plug-in never asks of it. The object of a
+/// connection that is not one of these answers 438 there.
+class OwnConnection {
+  public:
+    virtual ~OwnConnection() = default;
+    /// ADO's CursorLocationEnum, of the results to come: 2 the server's, 3 the client's.
+    virtual std::int32_t CursorLocation() const = 0;
+    virtual void CursorLocation(std::int32_t location) = 0;
+    virtual void Close() = 0;
+};
+
 class ConnectionObject : public CountedObject {
   public:
     explicit ConnectionObject(ObjectRef<Connection> connection);
@@ -22,6 +33,8 @@ class ConnectionObject : public CountedObject {
     windows::OwnedVariant member(int place, const windows::CallArguments& arguments) override;
 
   private:
+    OwnConnection& own() const;
+
     ObjectRef<Connection> connection_;
 };
 

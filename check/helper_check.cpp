@@ -1,0 +1,113 @@
+#include "check/helper_check.h"
+
+#include "check/registered_class.h"
+#include "host/windows/automation_field_helper.h"
+#include "platform/values/conversion.h"
+#include "platform/values/locale.h"
+#include "platform/window.h"
+#include "platform/windows/windows_platform.h"
+
+namespace pxtarvo::check {
+
+namespace {
+
+using windows::Bstr;
+using windows::Dispatch;
+using windows::OwnedVariant;
+using windows::Reference;
+
+class TrialWindow : public Window {
+  public:
+    explicit TrialWindow(Platform& platform) : Window(platform, {.name = "Comprobacion", .caption = ""}) {}
+    TextBox field{*this, {.name = "Campo", .rect = {}}};
+
+  protected:
+    void Form_Load() override {}
+};
+
+/// The calls of a window, each told by itself.
+class HelperCheck {
+  public:
+    HelperCheck(AskedObject helper, Reference<IDispatch> box)
+        : helper_(std::move(helper)), box_(std::move(box)) {}
+
+    void run(const Dispatch& connection) {
+        helper_.expectMembers({u"Redondear", u"ColorFondo", u"ColorFoco", u"SalirCampo", u"EntrarCampo",
+                               u"Conexion", u"FiltrarTecla", u"Buscar"});
+        ask(u"ColorFondo", "Double",
+            [](const Dispatch& helper) { helper.put(u"ColorFondo", OwnedVariant(16777215.0)); });
+        ask(u"ColorFoco", "Double",
+            [](const Dispatch& helper) { helper.put(u"ColorFoco", OwnedVariant(65535.0)); });
+        ask(u"Conexion", "objeto (propputref)",
+            [&](const Dispatch& helper) { helper.putReference(u"Conexion", connection.object()); });
+        ask(u"EntrarCampo", "objeto, texto", [&](const Dispatch& helper) {
+            helper.call(u"EntrarCampo", OwnedVariant(box_), OwnedVariant(std::string_view()));
+        });
+        filter();
+        ask(u"SalirCampo", "objeto por referencia, texto por referencia", [&](const Dispatch& helper) {
+            Reference<IDispatch> box = box_;
+            Bstr format(std::string_view{});
+            helper.call(u"SalirCampo", OwnedVariant::reference(box), OwnedVariant::reference(format));
+        });
+        round();
+    }
+
+  private:
+    template <class Body>
+    void ask(std::u16string_view member, std::string_view arguments, const Body& body) {
+        try {
+            helper_.ask(member, arguments, body);
+        } catch (const NotAnswered&) {
+        }
+    }
+    void filter() {
+        for (const bool date : {false, true}) {
+            std::int16_t key = '5';
+            ask(u"FiltrarTecla", "objeto, KeyAscii (Integer por referencia), Boolean",
+                [&](const Dispatch& helper) {
+                    helper.call(u"FiltrarTecla", OwnedVariant(box_), OwnedVariant::reference(key),
+                                OwnedVariant(date));
+                    if (key != '5') helper_.fault(u"FiltrarTecla", "no deja escribir cifras");
+                });
+        }
+    }
+    void round() {
+        ask(u"Redondear", "Double por referencia, Integer por referencia", [&](const Dispatch& helper) {
+            double value = 31.066;
+            std::int16_t decimals = 2;
+            const OwnedVariant answer =
+                helper.call(u"Redondear", OwnedVariant::reference(value), OwnedVariant::reference(decimals));
+            const double rounded = toDouble(windows::toVariant(answer.raw()), spanishLocale());
+            if (rounded < 31.0699 || rounded > 31.0701)
+                helper_.fault(u"Redondear", "no redondea 31,066 a 31,07");
+        });
+    }
+
+    AskedObject helper_;
+    Reference<IDispatch> box_;
+};
+
+}  // namespace
+
+void checkHelper(const Dispatch& connection, Findings& findings) {
+    const std::string name(windows::fieldHelperIdentifier);
+    try {
+        Dispatch helper;
+        try {
+            helper = Dispatch::create(name);
+        } catch (const RuntimeError& error) {
+            findings.fault(name, whyNotCreated(name, error));
+            return;
+        }
+        windows::WindowsPlatform platform;
+        TrialWindow window(platform);
+        const auto box = windows::makeCounted<windows::TextBoxObject>(window.field);
+        HelperCheck(AskedObject(helper, name, findings), Reference<IDispatch>::share(box.get()))
+            .run(connection);
+        box->disconnect();
+    } catch (const RuntimeError& error) {
+        findings.fault(name, described(error));
+    }
+}
+
+}  // namespace pxtarvo::check

@@ -1,0 +1,18 @@
+#include "check/host_check.h"
+
+#include "check/context_check.h"
+#include "check/helper_check.h"
+#include "check/machine_check.h"
+
+namespace pxtarvo::check {
+
+Findings checkHost(const windows::Dispatch& context) {
+    Findings findings;
+    windows::Dispatch connection;
+    if (context) connection = checkContext(context, findings);
+    checkHelper(connection, findings);
+    checkMachine(findings);
+    return findings;
+}
+
+}  // namespace pxtarvo::check
