@@ -197,6 +197,9 @@ TEST(SqlStatementCache, ServesOtherLiteralsOfTheSameShapeOnly) {
     // what stands for a literal in the shape is no literal
     EXPECT_EQ(outcome(*connection, "SELECT Art_Id FROM Art WHERE Art_Cod = \x01"),
               "-2147217900: Carácter no válido en la instrucción.");
+    // nor does a name hide the rest of the statement
+    EXPECT_EQ(outcome(*connection, std::string("SELECT 1 AS \"a\0b\", 'rest'", 25)),
+              "-2147217900: Carácter no válido en la instrucción.");
     // positions belong to the statement, not to its literals
     EXPECT_EQ(outcome(*connection, "SELECT Art_Id, 0-Art_Id FROM Art WHERE Art_Id < 9 ORDER BY 1"),
               "7|-7;8|-8;");

@@ -47,6 +47,10 @@ CharacterClass classOf(char c) {
     return classes[static_cast<unsigned char>(c)];
 }
 
+[[noreturn]] void raiseInvalidCharacter() {
+    throw RuntimeError(ErrorNumber::SqlSyntax, "Carácter no válido en la instrucción.");
+}
+
 [[noreturn]] void raiseUnclosedText(std::string_view rest) {
     throw RuntimeError(ErrorNumber::SqlSyntax,
                        "Comilla no cerrada antes de la cadena de caracteres '" + std::string(rest) + "'.");
@@ -91,6 +95,8 @@ SqlToken SqlTokenizer::marked(SqlTokenKind kind, char closing) {
         at += 2;
     }
     token.text = statement_.substr(first, at - first);
+    // SQLite ends a statement at a zero, and a name stands in the statement itself.
+    if (kind == SqlTokenKind::QuotedName && token.text.find('\0') != token.text.npos) raiseInvalidCharacter();
     token.finish = position_ = at + 1;
     return token;
 }
@@ -148,7 +154,7 @@ SqlToken SqlTokenizer::next() {
             return {SqlTokenKind::Symbol, false, statement_.substr(start, two ? 2 : 1), start, position_};
         }
         default:
-            throw RuntimeError(ErrorNumber::SqlSyntax, "Carácter no válido en la instrucción.");
+            raiseInvalidCharacter();
     }
 }
 
