@@ -1,5 +1,7 @@
 #include "check/machine_check.h"
 
+#include <string>
+
 #include "check/registered_class.h"
 #include "platform/windows/automation/dispatch.h"
 
@@ -30,7 +32,12 @@ void checkAccessProvider(Findings& findings) {
         connection.run(u"Open", OwnedVariant(std::string_view()), OwnedVariant(std::string_view()),
                        OwnedVariant(std::string_view()), OwnedVariant(std::int32_t{-1}));
     } catch (const RuntimeError& error) {
-        if (error.number() != providerNotFound && !error.is(ErrorNumber::CannotCreateObject)) return;
+        if (error.is(ErrorNumber::ProviderFailure)) return;  // the provider's own answer
+        if (error.number() != providerNotFound && !error.is(ErrorNumber::CannotCreateObject)) {
+            findings.fault("ADODB.Connection", "no funciona, error " + std::to_string(error.number()) + ": " +
+                                                   std::string(error.description()));
+            return;
+        }
         findings.fault(provider,
                        sizeof(void*) == 8
                            ? "el proveedor de Access solo existe en 32 bits: este programa no puede importar "

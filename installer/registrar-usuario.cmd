@@ -80,7 +80,7 @@ exit /b 0
 echo Uso: registrar-usuario.cmd [/quitar]
 exit /b 1
 :falta
-echo Falta PXTarvo.dll en %carpeta%x86 o en %carpeta%x64: descomprima antes todo el archivo.
+echo Falta PXTarvo.dll en "%carpeta%x86" o en "%carpeta%x64": descomprima antes todo el archivo.
 exit /b 1
 :fallido
 echo No se ha podido cambiar el registro de %USERNAME%.

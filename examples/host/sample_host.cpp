@@ -96,7 +96,8 @@ class Context : public Object {
         if (name == L"Insertar") return run(insertion(), given);
         // Without a condition it would be every row.
         if (condition_.empty()) throw failure(5, L"Falta la condición");
-        return run(name == L"Ejecutar" ? update() : L"DELETE FROM " + table_ + condition_, given);
+        if (name == L"Ejecutar") return execute(update()), Value(true);  // nobody looks at a False
+        return run(L"DELETE FROM " + table_ + condition_, given);
     }
 
   private:
@@ -115,11 +116,14 @@ class Context : public Object {
         }
         return L"UPDATE " + table_ + L" SET " + changes + condition_;
     }
-    /// On the connection itself, so that the plug-in's transaction holds it. What the server refuses is told.
+    /// On the connection itself, so that the plug-in's transaction holds it.
+    void execute(const std::wstring& statement) {
+        call(connection_.object(), L"Execute", DISPATCH_METHOD, {statement, Value::missing(), Value(-1L)});
+    }
+    /// What the server refuses is told.
     Value run(const std::wstring& statement, const Arguments& given) {
         try {
-            call(connection_.object(), L"Execute", DISPATCH_METHOD,
-                 {statement, Value::missing(), Value(-1L)});
+            execute(statement);
             return Value(true);
         } catch (const Failure& refused) {
             given.giveBack(0, refused.text);
@@ -247,24 +251,27 @@ class FieldHelper : public Object {
 class HelperClass : public IClassFactory {
   public:
     HelperClass() {
-        // For this user; where classes are no user's own, for all. A name that is there already keeps its
-        // class, which is this program's in its own apartment.
-        constexpr wchar_t name[] = L"HostFields.FieldHelper";
+        // A name that is there already keeps its class, which is this program's in its own apartment.
         CLSID type;
-        RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\Classes\\HostFields.FieldHelper\\CLSID", nullptr,
-                        REG_SZ, identifier, sizeof identifier);
-        if (FAILED(CLSIDFromProgID(name, &type))) {
-            RegSetKeyValueW(HKEY_CLASSES_ROOT, L"HostFields.FieldHelper\\CLSID", nullptr, REG_SZ, identifier,
-                            sizeof identifier);
+        if (FAILED(CLSIDFromProgID(L"HostFields.FieldHelper", &type))) {
+            // For this user; where classes are no user's own, for all.
+            write(HKEY_CURRENT_USER);
+            if (FAILED(CLSIDFromProgID(L"HostFields.FieldHelper", &type))) write(HKEY_LOCAL_MACHINE);
             CLSIDFromString(identifier, &type);
         }
         const HRESULT offered =
             CoRegisterClassObject(type, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
-        if (FAILED(offered)) throw Failure{offered, L"HostFields.FieldHelper no se puede registrar"};
+        if (FAILED(offered)) {
+            removeWritten();
+            throw Failure{offered, L"HostFields.FieldHelper no se puede registrar"};
+        }
     }
     HelperClass(const HelperClass&) = delete;
     HelperClass& operator=(const HelperClass&) = delete;
-    virtual ~HelperClass() { CoRevokeClassObject(cookie_); }
+    virtual ~HelperClass() {
+        CoRevokeClassObject(cookie_);
+        removeWritten();
+    }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
         const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IClassFactory);
@@ -280,7 +287,21 @@ class HelperClass : public IClassFactory {
 
   private:
     static constexpr wchar_t identifier[] = L"{490DCA1F-5049-4A98-BDB6-57943F99285D}";
+    static constexpr wchar_t key[] = L"Software\\Classes\\HostFields.FieldHelper";
+
+    void write(HKEY root) {
+        removeWritten();
+        RegSetKeyValueW(root, (std::wstring(key) + L"\\CLSID").c_str(), nullptr, REG_SZ, identifier,
+                        sizeof identifier);
+        written_ = root;
+    }
+    void removeWritten() {
+        if (written_) RegDeleteTreeW(written_, key);
+        written_ = nullptr;
+    }
+
     DWORD cookie_ = 0;
+    HKEY written_ = nullptr;  ///< where this program had to write the name
 };
 
 // --- The host
