@@ -79,6 +79,7 @@ void ImportRun::preview() {
     const auto preview =
         previewList(portable::DrivePaths(options_.common.driveC).resolve(file_), *command_.list);
     if (!preview) return;
+    command_.look = preview->look;
     command_.rows = preview->rows;
     std::string line;
     for (const LookFault fault : preview->look.faults)

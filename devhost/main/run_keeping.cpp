@@ -124,7 +124,7 @@ void RunKeeping::takeList(const RunEnding& ending) {
     list.year = command_.year;
     if (command_.list) {
         list.table = command_.list->table;
-        if (const auto preview = previewList(listPlace_, *command_.list)) list.look = preview->look;
+        list.look = command_.look;
     }
     if (report_.stoppedInRow) {
         report_.faults.push_back(command_.readsArticleFile

@@ -49,6 +49,7 @@ struct WindowCommand {
     std::string file{};         ///< what the run reads beside the database, empty where that is left alone
     std::string articleFile{};  ///< stands for the article file of the location update
 
+    std::optional<ListLook> look{};  ///< of an Access list, once the command works in its window
     std::int32_t rows = 0;  ///< of the list, once the command works in its window; 0 where that is not known
 
     // For a report.

@@ -12,13 +12,14 @@ namespace pxtarvo::devhost {
 using portable::RowSource;
 using portable::RowStream;
 
+namespace {
+
+/// The list's connection and what is left of its rows, across runs.
 struct WatchedList {
     std::shared_ptr<ListWatch> watch;
     ObjectRef<Connection> connection;  ///< made by the first run
     std::shared_ptr<RowStream> rows;   ///< opened by the first run
 };
-
-namespace {
 
 class WatchedRows : public RowStream {
   public:

@@ -12,9 +12,6 @@
 
 namespace pxtarvo::devhost {
 
-/// The list's connection and what is left of its rows, across runs.
-struct WatchedList;
-
 /// What makes the connections to the list, for DevHostOptions::makeSource: each run opens its own, all of
 /// them read the one list in turn. The first reads from the start, the next ones what follows the row at
 /// which the one before ended.
