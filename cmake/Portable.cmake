@@ -33,7 +33,8 @@ add_room(devhost devhost PUBLIC record library plugin portable sqlite platform P
 add_room(tests_common tests/common PUBLIC access files platform values)
 
 if(NOT PXTARVO_WINE)  # of the command line alone
-    add_room(changes devhost/changes PUBLIC sqlite platform PRIVATE host values PkgConfig::GLIB)
+    pkg_check_modules(NETTLE REQUIRED IMPORTED_TARGET nettle)
+    add_room(changes devhost/changes PUBLIC sqlite platform host PRIVATE values PkgConfig::NETTLE)
     target_compile_definitions(changes PUBLIC SQLITE_ENABLE_SESSION SQLITE_ENABLE_PREUPDATE_HOOK)
     add_room(watch devhost/watch PUBLIC portable files platform values PRIVATE access workbook)
     add_room(report devhost/report PUBLIC changes watch access sqlite import values PRIVATE dealer dialect host)

@@ -38,9 +38,11 @@ class RunKeeping {
 
   private:
     void takeFields();
+    void takeChanges();
     void takeEnding(const DevHost& host, const RunEnding& ending);
     void takeList(const RunEnding& ending);
     void findFurtherFaults();
+    ListPrice listPrice() const;
 
     const CommonOptions& options_;
     const WindowCommand& command_;
