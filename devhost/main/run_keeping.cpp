@@ -59,7 +59,7 @@ RunKeeping::RunKeeping(const CommonOptions& options, const WindowCommand& comman
     if (reports_ && command.list) {
         findings_.emplace(*command.list);
         watch_->wanted = findings_->wanted();
-        watch_->onRow = [this](const ListRow& row) { findings_->row(row); };
+        watch_->onRow = [this](ListRow row) { findings_->row(std::move(row)); };
     }
 }
 
@@ -134,7 +134,7 @@ void RunKeeping::takeList(const RunEnding& ending) {
     }
     list.columns = watch_->columns();
     list.rows = watch_->row();
-    if (findings_) report_.warnings = findings_->warnings();
+    if (findings_) report_.warnings = findings_->settled().warnings();
 }
 
 void RunKeeping::findFurtherFaults() {
@@ -150,9 +150,9 @@ void RunKeeping::findFurtherFaults() {
     std::ranges::move(further, std::back_inserter(report_.faults));
 }
 
-ListPrice RunKeeping::listPrice() const {
+ListPrice RunKeeping::listPrice() {
     if (!findings_ || command_.list->columns.nPrecio < 0) return {};
-    return [this](std::string_view code) { return findings_->lastPrice(code); };
+    return [&findings = findings_->settled()](std::string_view code) { return findings.lastPrice(code); };
 }
 
 /// Keeps the changes, and takes the facts from the same comparison.
