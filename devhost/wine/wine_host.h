@@ -9,7 +9,6 @@
 
 #include "devhost/dev_host.h"
 #include "devhost/wine/objects/class_objects.h"
-#include "devhost/wine/objects/host_objects.h"
 #include "devhost/wine/screen/screen_user.h"
 #include "platform/windows/automation/dispatch.h"
 

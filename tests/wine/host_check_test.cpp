@@ -7,9 +7,7 @@
 
 #include "devhost/host_stage.h"
 #include "devhost/library/host_context.h"
-#include "devhost/wine/objects/ado_objects.h"
-#include "devhost/wine/objects/field_helper_object.h"
-#include "devhost/wine/objects/host_objects.h"
+#include "devhost/wine/objects/automation_objects.h"
 #include "platform/values/text.h"
 #include "platform/windows/automation/automation_errors.h"
 #include "tests/wine/plain_program.h"
@@ -337,8 +335,7 @@ class HostCheck : public TwoWorlds {
         devhost::HostParts parts(options, [] {});
         devhost::ClassObjects classes;
         offer(classes, *parts.stage, broken);
-        const auto real = windows::makeDispatch<devhost::HostDatabaseObject>(
-            makeObject<devhost::DevHostDatabase>(parts.state));
+        const auto real = devhost::contextObject(makeObject<devhost::DevHostDatabase>(parts.state));
         const auto context = windows::makeDispatch<BrokenObject>("HostDatabase", real, broken);
         OwnedVariant report;
         const LONG faults = check_(context.get(), report.put());
@@ -368,17 +365,14 @@ class HostCheck : public TwoWorlds {
             0x6a1b6d60, 0x54c1, 0x4c9b, {0x8e, 0x0b, 0x3d, 0x6a, 0x51, 0xb4, 0x0c, 0x77}};
         classes.offer("ADODB.Connection", ado, [&] {
             return windows::makeDispatch<BrokenObject>(
-                "Source", windows::makeDispatch<devhost::ConnectionObject>(stage.platform.createConnection()),
-                broken);
+                "Source", devhost::connectionObject(stage.platform.createConnection()), broken);
         });
         classes.offer("Excel.Application", sheet, []() -> Reference<IDispatch> { throw std::bad_alloc(); });
         const bool missing = broken.hidden == helper;
         classes.offer(helper, field, [&stage, &broken, missing]() -> Reference<IDispatch> {
             if (missing) throw RuntimeError(ErrorNumber::CannotCreateObject);
             return windows::makeDispatch<BrokenObject>(
-                helper,
-                windows::makeDispatch<devhost::FieldHelperObject>(stage.makeFieldHelper(), stage.platform),
-                broken);
+                helper, devhost::fieldHelperObject(stage.makeFieldHelper(), stage.platform), broken);
         });
     }
 

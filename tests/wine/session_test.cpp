@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "devhost/wine/objects/ado_objects.h"
+#include "devhost/wine/objects/automation_objects.h"
 #include "devhost/wine/screen/resource_book.h"
 #include "devhost/wine/screen/thread_windows.h"
 #include "tests/wine/actions.h"

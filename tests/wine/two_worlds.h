@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "devhost/wine/objects/object_kind.h"
 #include "devhost/wine/wine_host.h"
 #include "tests/wine/actions.h"
 

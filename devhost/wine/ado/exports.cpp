@@ -6,9 +6,7 @@
 #include "devhost/host_stage.h"
 #include "devhost/library/host_context.h"
 #include "devhost/wine/ado/stand_in_connection.h"
-#include "devhost/wine/objects/field_helper_object.h"
-#include "devhost/wine/objects/host_objects.h"
-#include "devhost/wine/objects/spreadsheet_object.h"
+#include "devhost/wine/objects/automation_objects.h"
 #include "platform/portable/access/stream_recordset.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/workbook/workbook_reader.h"
@@ -19,9 +17,6 @@
 namespace {
 
 using namespace pxtarvo;
-using devhost::ConnectionObject;
-using devhost::RecordsetObject;
-using windows::makeDispatch;
 using windows::Reference;
 
 portable::DrivePaths drives() {
@@ -47,19 +42,18 @@ devhost::HostParts& devHost() {
 
 Reference<IDispatch> made(std::string_view name) {
     if (name.starts_with("PXTarvoDevHost.Context")) {
-        return makeDispatch<devhost::HostDatabaseObject>(
-            makeObject<devhost::DevHostDatabase>(devHost().state));
+        return devhost::contextObject(makeObject<devhost::DevHostDatabase>(devHost().state));
     }
     if (name.starts_with("HostFields.FieldHelper")) {
         devhost::HostStage& stage = *devHost().stage;
-        return makeDispatch<devhost::FieldHelperObject>(stage.makeFieldHelper(), stage.platform);
+        return devhost::fieldHelperObject(stage.makeFieldHelper(), stage.platform);
     }
     if (name.starts_with("ADODB.Connection")) {
-        return makeDispatch<ConnectionObject>(
+        return devhost::connectionObject(
             makeObject<devhost::StandInConnection>(drives(), std::make_shared<portable::SystemClock>()));
     }
     if (name.starts_with("ADODB.Recordset")) {
-        return makeDispatch<RecordsetObject>(makeObject<portable::StreamRecordset>());
+        return devhost::recordsetObject(makeObject<portable::StreamRecordset>());
     }
     return devhost::spreadsheetObject(makeObject<portable::WorkbookReader>(drives()));
 }

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "devhost/library/server_cursors.h"
-#include "devhost/wine/objects/ado_objects.h"
+#include "devhost/wine/objects/automation_objects.h"
 #include "platform/portable/access/row_source.h"
 #include "platform/portable/files/drive_paths.h"
 #include "platform/values/clock.h"

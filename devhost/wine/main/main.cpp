@@ -4,6 +4,7 @@
 #include <iostream>
 #include <map>
 
+#include "devhost/wine/objects/object_kind.h"
 #include "devhost/wine/wine_host.h"
 
 namespace {
