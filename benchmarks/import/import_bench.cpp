@@ -6,20 +6,16 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "benchmarks/import/floor.h"
-#include "benchmarks/measure/comparison.h"
+#include "benchmarks/measure/dealer.h"
 #include "benchmarks/measure/peak_memory.h"
-#include "devhost/dealer/schema.h"
 #include "devhost/dev_host.h"
 #include "fields/window_texts.h"
 #include "import/frm_imp_tarifas.h"
-#include "platform/portable/clocks.h"
-#include "platform/portable/sqlite/sqlite_connection.h"
 
 namespace pxtarvo::benchmarks {
 
@@ -27,21 +23,8 @@ namespace {
 
 std::string listPath;
 
-void createDealer(const std::string& database) {
-    std::filesystem::remove(database);
-    const portable::SystemClock clock;
-    const auto connection = portable::SqliteConnection::create(database, clock);
-    devhost::createSchema(*connection);
-    connection->Execute("INSERT INTO Pro (Pro_ID,Pro_COD,Pro_NOM,Pro_TIPDOC) VALUES (4,24,'RECAMBIOS',0)",
-                        -1);
-    connection->Execute("INSERT INTO Marcas (Marca_ID,Marca_Des,Marca_CodAbrev) VALUES (1,'Same','SAME')",
-                        -1);
-}
-
 std::int64_t importThroughWindow(const std::string& database) {
-    devhost::DevHostOptions options;
-    options.database = database;
-    devhost::DevHost host(options);
+    devhost::DevHost host({.database = database});
     std::int64_t rows = 0;
     host.user().onWindowShown = [&](Window& window) {
         auto& tarifas = dynamic_cast<frmImpTarifas&>(window);
@@ -60,14 +43,11 @@ std::int64_t importOnFloorOf(const std::string& database) {
 
 using Import = std::int64_t (*)(const std::string& database);
 
-/// The second of two runs, or the first one.
-Run timed(Import import, bool second) {
-    const std::string database = pathOf("dealer.db");
-    createDealer(database);
+/// Of the second of two runs, or of the first one.
+Run runOf(Import import, bool second) {
+    const std::string database = freshDealer();
     if (second) import(database);
-    const double start = processorTime();
-    const std::int64_t rows = import(database);
-    return {processorTime() - start, rows};
+    return timed([&] { return import(database); });
 }
 
 }  // namespace
@@ -82,16 +62,13 @@ int main(int argc, char** argv) {
         return 2;
     }
     listPath = argv[1];
-    const std::string database = pathOf("memory.db");
-    const double memory = peakMemory([&] {
-        createDealer(database);
-        importThroughWindow(database);
-    });
+    createDealer();
+    const double memory = peakMemory([] { importThroughWindow(freshDealer()); });
     std::vector<Comparison> comparisons;
     for (const bool second : {false, true}) {
         comparisons.push_back({second ? "second run" : "first run",
-                               [=] { return timed(importOnFloorOf, second); },
-                               [=] { return timed(importThroughWindow, second); }});
+                               [=] { return runOf(importOnFloorOf, second); },
+                               [=] { return runOf(importThroughWindow, second); }});
     }
     compare(comparisons);
     std::printf("peak memory of the first run: %.0f MB\n", memory);

@@ -24,6 +24,13 @@ double median(std::vector<double> numbers) {
     return numbers[numbers.size() / 2];
 }
 
+/// Processor seconds of this process so far.
+double processorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+
 class Pairs {
   public:
     void took(bool floor, double seconds) {
@@ -67,10 +74,10 @@ class OwnFolder {
 
 }  // namespace
 
-double processorTime() {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+Run timed(const std::function<std::int64_t()>& action) {
+    const double start = processorTime();
+    const std::int64_t items = action();
+    return {processorTime() - start, items};
 }
 
 void compare(std::span<const Comparison> comparisons) {
@@ -88,8 +95,7 @@ void compare(std::span<const Comparison> comparisons) {
     for (int turn = 0; turn < turns; ++turn) {
         for (std::size_t at = 0; at < comparisons.size(); ++at) {
             for (const bool floor : {true, false}) {
-                const std::string title =
-                    (floor ? "floor, " : "plug-in, ") + std::string(comparisons[at].title);
+                const std::string title = (floor ? "floor, " : "plug-in, ") + comparisons[at].title;
                 benchmark::RegisterBenchmark(title.c_str(),
                                              [=](benchmark::State& state) { measure(state, at, floor); })
                     ->UseManualTime()
@@ -99,8 +105,7 @@ void compare(std::span<const Comparison> comparisons) {
         }
     }
     benchmark::RunSpecifiedBenchmarks();
-    for (std::size_t at = 0; at < comparisons.size(); ++at)
-        pairs[at].print(std::string(comparisons[at].title));
+    for (std::size_t at = 0; at < comparisons.size(); ++at) pairs[at].print(comparisons[at].title);
 }
 
 std::string pathOf(std::string_view name) {

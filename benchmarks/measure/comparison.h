@@ -11,18 +11,18 @@
 
 namespace pxtarvo::benchmarks {
 
-/// Processor seconds of this process so far.
-double processorTime();
-
 /// What one run took, and how many rows, lines or articles it met.
 struct Run {
     double seconds = 0;
     std::int64_t items = 0;
 };
 
+/// What `action`, which returns the items that it met, takes.
+Run timed(const std::function<std::int64_t()>& action);
+
 /// One thing done twice: straight on SQLite, and by the plug-in's code.
 struct Comparison {
-    std::string_view title;
+    std::string title;
     std::function<Run()> floor;
     std::function<Run()> plugIn;
 };
