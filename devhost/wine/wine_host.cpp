@@ -76,11 +76,8 @@ DevHostOptions WineHost::recording(DevHostOptions options, Recorder::Sink record
 
 WineHost::WineHost(const PlugIn& plugIn, DevHostOptions options, Recorder::Sink record, ScreenSession screen)
     : parts_(recording(std::move(options), std::move(record)), [this] { handOverNewContext(); }) {
-    parts_.stage->user->onSearch = [this](const Busqueda& busqueda, Recordset& rows) -> SearchChoice {
-        const auto chosen = screen_->searching([&] { return showSearchWindow(busqueda, rows); });
-        SearchChoice choice;
-        if (chosen) choice = *chosen;
-        return choice;
+    parts_.stage->user->onSearch = [this](const Busqueda& busqueda, Recordset& rows) {
+        return screen_->searching([&] { return showSearchWindow(busqueda, rows); });
     };
 
     screen.recorder = state().recorder;
