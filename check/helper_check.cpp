@@ -1,5 +1,5 @@
-#include "check/helper_check.h"
-
+#include "check/asked_object.h"
+#include "check/parts.h"
 #include "check/registered_class.h"
 #include "host/windows/automation_field_helper.h"
 #include "platform/values/conversion.h"
@@ -55,10 +55,7 @@ class HelperCheck {
   private:
     template <class Body>
     void ask(std::u16string_view member, std::string_view arguments, const Body& body) {
-        try {
-            helper_.ask(member, arguments, body);
-        } catch (const NotAnswered&) {
-        }
+        attempt([&] { helper_.ask(member, arguments, body); });
     }
     void filter() {
         for (const bool date : {false, true}) {
@@ -92,13 +89,8 @@ class HelperCheck {
 void checkHelper(const Dispatch& connection, Findings& findings) {
     const std::string name(windows::fieldHelperIdentifier);
     try {
-        Dispatch helper;
-        try {
-            helper = Dispatch::create(name);
-        } catch (const RuntimeError& error) {
-            findings.fault(name, whyNotCreated(name, error));
-            return;
-        }
+        const Dispatch helper = created(name, findings);
+        if (!helper) return;
         windows::WindowsPlatform platform;
         TrialWindow window(platform);
         const auto box = windows::makeCounted<windows::TextBoxObject>(window.field);

@@ -1,8 +1,6 @@
 #include "check/host_check.h"
 
-#include "check/context_check.h"
-#include "check/helper_check.h"
-#include "check/machine_check.h"
+#include "check/parts.h"
 
 namespace pxtarvo::check {
 
