@@ -82,22 +82,16 @@ std::int64_t importOnFloor(const std::string& database, const std::string& list)
                 .bind(4, code)
                 .bind(5, description)
                 .run();
-            newestArticle.step();
-            article = newestArticle.whole(0);
-            newestArticle.run();
+            article = newestArticle.found();
         }
         if (const auto text = textoDescuento(joinedText(group, locale))) discount = *text;
-        findData.bind(1, article);
-        if (findData.step()) {
-            findData.run();
+        if (findData.bind(1, article).found() != 0) {
             updateData.bind(1, discount).bind(2, article).run();
         } else {
             insertData.bind(1, article).bind(2, discount).run();
         }
-        findPrice.bind(1, article).bind(2, std::int64_t{supplier});
-        if (findPrice.step()) {
-            const std::int64_t row = findPrice.whole(0);
-            findPrice.run();
+        const std::int64_t row = findPrice.bind(1, article).bind(2, std::int64_t{supplier}).found();
+        if (row != 0) {
             updatePrice.bind(1, description).bind(2, price).bind(3, row).run();
         } else {
             insertPrice.bind(1, description)

@@ -58,6 +58,13 @@ class Statement {
         while (step()) {
         }
     }
+    /// The first column of the first row, 0 without rows; the statement has run then.
+    std::int64_t found() {
+        if (!step()) return 0;
+        const std::int64_t id = whole(0);
+        run();
+        return id;
+    }
     bool isNull(int column) { return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL; }
     std::int64_t whole(int column) { return sqlite3_column_int64(statement_.get(), column); }
     std::string text(int column) {

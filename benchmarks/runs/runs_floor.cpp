@@ -16,14 +16,6 @@ namespace {
 constexpr std::int64_t supplier = 4;
 constexpr const char* now = "2012-07-25 10:30:00";
 
-/// The first column of a lookup's first row, 0 without rows.
-std::int64_t found(Statement& lookup) {
-    if (!lookup.step()) return 0;
-    const std::int64_t id = lookup.whole(0);
-    lookup.run();
-    return id;
-}
-
 }  // namespace
 
 std::int64_t barcodesOnFloor(portable::SqliteConnection& connection, const std::string& workbook) {
@@ -54,18 +46,18 @@ std::int64_t barcodesOnFloor(portable::SqliteConnection& connection, const std::
         if (trimBlanks(code).empty()) break;
         const std::string description = replaced(trimBlanks(cell(2)), "'", "");
         const std::string barcode(trimBlanks(cell(3)));
-        if (found(findBarcode.bind(1, std::string_view(barcode))) == 0) {
+        if (findBarcode.bind(1, std::string_view(barcode)).found() == 0) {
             article = 0;
-            if (found(findCode.bind(1, std::string_view(code))) != 0) code = barcode;
+            if (findCode.bind(1, std::string_view(code)).found() != 0) code = barcode;
         }
         if (article == 0) {
             insertArticle.bind(1, std::string_view(code))
                 .bind(2, std::string_view(description))
                 .bind(3, std::string_view(barcode))
                 .run();
-            article = found(newestArticle);
+            article = newestArticle.found();
         }
-        if (found(findPrice.bind(1, article).bind(2, supplier)) != 0) continue;
+        if (findPrice.bind(1, article).bind(2, supplier).found() != 0) continue;
         insertPrice.bind(1, std::string_view(description))
             .bind(2, std::string_view(code))
             .bind(3, supplier)
@@ -92,7 +84,7 @@ std::int64_t locationsOnFloor(portable::SqliteConnection& connection, const std:
         const std::vector<std::string_view> fields = split(line, '\x01');
         const std::string_view aisle = firstCharacters(trimTrailingBlanks(fields.at(18)), 20);
         if (aisle.empty()) continue;
-        const std::int64_t article = found(findArticle.bind(1, fields[17]));
+        const std::int64_t article = findArticle.bind(1, fields[17]).found();
         if (article == 0) continue;
         std::int64_t place = 0;
         int places = 0;
@@ -190,7 +182,7 @@ std::int64_t correctionOnFloor(portable::SqliteConnection& connection) {
                 .bind(4, row.quantity)
                 .bind(5, twin)
                 .run();
-            stock = found(newestStock);
+            stock = newestStock.found();
             comment = "Nuevo registro de existencias para articulo con codigo cero. origen articulo sin cero";
         }
         history(total, total > 0, row, twin, comment, stock);
