@@ -1,4 +1,4 @@
-#include "devhost/exchange/load_tables.h"
+#include "devhost/exchange/table_exchange.h"
 
 #include <algorithm>
 #include <cerrno>

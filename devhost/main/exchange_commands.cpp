@@ -7,8 +7,7 @@
 #include <vector>
 
 #include "devhost/dealer/host_file.h"
-#include "devhost/exchange/load_tables.h"
-#include "devhost/exchange/save_tables.h"
+#include "devhost/exchange/table_exchange.h"
 #include "devhost/main/commands.h"
 #include "devhost/main/exit_status.h"
 #include "devhost/main/named_files.h"

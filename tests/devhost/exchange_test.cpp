@@ -9,8 +9,7 @@
 
 #include "devhost/dealer/sample_dealer.h"
 #include "devhost/dealer/schema.h"
-#include "devhost/exchange/load_tables.h"
-#include "devhost/exchange/save_tables.h"
+#include "devhost/exchange/table_exchange.h"
 #include "host/tables.h"
 #include "platform/values/text.h"
 #include "tests/devhost/host_folder.h"
