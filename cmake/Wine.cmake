@@ -18,7 +18,7 @@ target_link_libraries(pxtarvo_ado PRIVATE ${rooms})
 target_link_options(pxtarvo_ado PRIVATE "${PROJECT_SOURCE_DIR}/devhost/wine/ado/PXTarvoAdo.spec")
 describe_room(pxtarvo_ado devhost/wine/ado ${rooms})
 
-add_room_program(pxtarvo-winehost devhost/wine/main LINKS winehost wine_objects)
+add_room_program(pxtarvo-winehost devhost/wine/main LINKS winehost wine_objects CLI11::CLI11)
 add_room_program(pxtarvo-dll-bench benchmarks/dll LINKS winehost dealer portable)
 
 set(googletest_source /usr/src/googletest CACHE PATH "Sources of GoogleTest")
