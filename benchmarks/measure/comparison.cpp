@@ -1,6 +1,8 @@
 #include "benchmarks/measure/comparison.h"
 
 #include <benchmark/benchmark.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -106,6 +108,22 @@ void compare(std::span<const Comparison> comparisons) {
     }
     benchmark::RunSpecifiedBenchmarks();
     for (std::size_t at = 0; at < comparisons.size(); ++at) pairs[at].print(comparisons[at].title);
+}
+
+double peakMemory(const std::function<void()>& run) {
+    const pid_t child = fork();
+    if (child == 0) {
+        run();
+        std::_Exit(0);
+    }
+    int status = 0;
+    rusage usage{};
+    if (child < 0 || wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) ||
+        WEXITSTATUS(status) != 0) {
+        std::cerr << "The run in a process of its own failed.\n";
+        std::exit(1);
+    }
+    return static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
 std::string pathOf(std::string_view name) {

@@ -31,6 +31,9 @@ struct Comparison {
 /// the median of each one's ratios and their range.
 void compare(std::span<const Comparison> comparisons);
 
+/// Peak memory in MB of one run in a process of its own, which ends the program where the run fails.
+double peakMemory(const std::function<void()>& run);
+
 /// A file of this name in a folder of this process's own, which is removed when the process ends.
 std::string pathOf(std::string_view name);
 

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "benchmarks/measure/dealer.h"
-#include "benchmarks/measure/peak_memory.h"
 #include "benchmarks/runs/runs_floor.h"
 #include "benchmarks/runs/workbook_writer.h"
 #include "devhost/dev_host.h"
