@@ -2,7 +2,6 @@
 
 // An object of the host under check: called as the plug-in calls it, and what goes wrong becomes a finding.
 
-#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <string_view>

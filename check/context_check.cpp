@@ -1,7 +1,7 @@
 #include <optional>
 
 #include "check/asked_object.h"
-#include "check/parts.h"
+#include "check/host_check.h"
 
 #include "host/tables.h"
 #include "platform/database.h"

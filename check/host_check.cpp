@@ -1,7 +1,5 @@
 #include "check/host_check.h"
 
-#include "check/parts.h"
-
 namespace pxtarvo::check {
 
 Findings checkHost(const windows::Dispatch& context) {

@@ -1,5 +1,5 @@
 #include "check/asked_object.h"
-#include "check/parts.h"
+#include "check/host_check.h"
 #include "check/registered_class.h"
 
 namespace pxtarvo::check {
