@@ -7,12 +7,12 @@
 #include "devhost/library/host_context.h"
 #include "devhost/wine/ado/stand_in_connection.h"
 #include "devhost/wine/objects/automation_objects.h"
+#include "devhost/wine/objects/class_objects.h"
 #include "platform/portable/access/stream_recordset.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/workbook/workbook_reader.h"
 #include "platform/values/text.h"
 #include "platform/windows/automation/automation_errors.h"
-#include "platform/windows/automation/object_factory.h"
 
 namespace {
 
@@ -58,16 +58,6 @@ Reference<IDispatch> made(std::string_view name) {
     return devhost::spreadsheetObject(makeObject<portable::WorkbookReader>(drives()));
 }
 
-class Factory final : public windows::ObjectFactory {
-  public:
-    explicit Factory(std::string name) : name_(std::move(name)) {}
-
-  private:
-    Reference<IDispatch> make() override { return made(name_); }
-
-    std::string name_;
-};
-
 }  // namespace
 
 extern "C" HRESULT WINAPI DllGetClassObject(REFCLSID type, REFIID iid, void** object) {
@@ -78,7 +68,7 @@ extern "C" HRESULT WINAPI DllGetClassObject(REFCLSID type, REFIID iid, void** ob
     try {
         const std::string text = toUtf8(reinterpret_cast<const char16_t*>(name));
         CoTaskMemFree(name);
-        return windows::makeCounted<Factory>(text)->QueryInterface(iid, object);
+        return devhost::factoryOf([text] { return made(text); })->QueryInterface(iid, object);
     } catch (...) {
         return windows::raisedResult(IID_IClassFactory);
     }

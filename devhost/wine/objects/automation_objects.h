@@ -10,7 +10,6 @@
 #include "platform/database.h"
 #include "platform/platform.h"
 #include "platform/spreadsheet.h"
-#include "platform/windows/automation/com_headers.h"
 #include "platform/windows/automation/reference.h"
 
 namespace pxtarvo::devhost {
