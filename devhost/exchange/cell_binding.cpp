@@ -1,7 +1,6 @@
 #include "devhost/exchange/cell_binding.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>

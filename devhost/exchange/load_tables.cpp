@@ -5,10 +5,8 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
-#include <optional>
 #include <span>
 #include <stdexcept>
-#include <utility>
 
 #include "devhost/exchange/cell_binding.h"
 #include "devhost/exchange/csv_rows.h"

@@ -1,6 +1,5 @@
 #include "devhost/main/progress_display.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <iostream>

@@ -1,6 +1,5 @@
 #include "devhost/main/window_command.h"
 
-#include <exception>
 #include <filesystem>
 #include <iostream>
 #include <optional>

@@ -14,7 +14,6 @@
 namespace pxtarvo::devhost {
 
 using windows::Bstr;
-using windows::OwnedVariant;
 using windows::Reference;
 
 namespace {

@@ -4,7 +4,6 @@
 // the DLL, and a user in front of its real windows.
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "devhost/dev_host.h"

@@ -5,7 +5,6 @@
 
 #include <map>
 #include <set>
-#include <string>
 #include <string_view>
 #include <vector>
 
