@@ -87,12 +87,12 @@ Run stockOnFloor(portable::SqliteConnection& connection) {
                       "SELECT Art_Id,Art_Cod,Art_Des FROM Art WHERE Art_Marca = ?1 AND Art_Estado = 0 "
                       "ORDER BY Art_Des COLLATE DEALER");
         Statement stock(connection.handle(), "SELECT Exis_Cantidad FROM Exis WHERE Exis_IdArt = ?1");
-        all.bind(1, std::int64_t{1});
+        all.bind(std::int64_t{1});
         const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
             std::fopen(pathOf("floor.txt").c_str(), "wb"), std::fclose);
         std::int64_t count = 0;
         for (; all.step(); ++count) {
-            stock.bind(1, all.whole(0));
+            stock.bind(all.whole(0));
             if (!stock.step()) continue;
             if (const double quantity = stock.number(0); quantity > 0) {
                 std::fprintf(file.get(), "A24700500 %-15sDDMMYYYY%07.0f161A24700500\r\n", all.text(1).c_str(),
@@ -160,8 +160,8 @@ Run deletionOnFloor(portable::SqliteConnection& connection) {
                         "DELETE FROM Exis WHERE Exis_IdArt = ?1 OR Exis_Codart COLLATE DEALER = ?2");
         connection.BeginTrans();
         for (const auto& [id, code] : found) {
-            article.bind(1, id).run();
-            stock.bind(1, id).bind(2, std::string_view(code)).run();
+            article.bind(id).run();
+            stock.bind(id, code).run();
         }
         connection.CommitTrans();
         return static_cast<std::int64_t>(found.size());

@@ -27,9 +27,9 @@ namespace {
 
 std::string listPath;
 
-constexpr std::int32_t supplier = 4;
-constexpr std::int32_t brand = 1;
-constexpr const char* now = "2012-07-25 10:30:00";
+constexpr std::int64_t supplier = 4;
+constexpr std::int64_t brand = 1;
+constexpr std::string_view now = "2012-07-25 10:30:00";
 
 std::int64_t importThroughWindow(const std::string& database) {
     devhost::DevHost host({.database = database});
@@ -58,13 +58,13 @@ std::int64_t importOnFloor(const std::string& database) {
     Statement findArticle(db, "SELECT * FROM Art WHERE Art_Cod COLLATE DEALER = ?1");
     Statement updateArticle(
         db,
-        "UPDATE Art SET ART_PVE=?1,Art_Estado=0,Art_FechaEstado=dealer_now(),Art_Cal=11,Art_Marca=?3 "
-        "WHERE Art_Id=?4");
+        "UPDATE Art SET ART_PVE=?1,Art_Estado=0,Art_FechaEstado=dealer_now(),Art_Cal=11,Art_Marca=?2 "
+        "WHERE Art_Id=?3");
     Statement insertArticle(
         db,
         "INSERT INTO Art "
         "(ART_PVE,Art_Estado,Art_FechaEstado,Art_Cal,Art_Marca,ART_Cod,ART_DES,ART_PCO,ART_Rod,ART_Pas,"
-        "ART_Mat,ART_TIPO,Art_Alma) VALUES (?1,0,dealer_now(),11,?3,?4,?5,0,0,0,0,1,1)");
+        "ART_Mat,ART_TIPO,Art_Alma) VALUES (?1,0,dealer_now(),11,?2,?3,?4,0,0,0,0,1,1)");
     Statement newestArticle(db, "SELECT MAX(Art_Id) FROM Art");
     Statement findData(db, "SELECT * FROM Aat WHERE Aat_id = ?1");
     Statement updateData(db, "UPDATE Aat SET Aat_C01=?1 WHERE Aat_Id=?2");
@@ -84,7 +84,7 @@ std::int64_t importOnFloor(const std::string& database) {
     const auto rows = source.openRows("SELECT * FROM List");
 
     connection->BeginTrans();
-    retire.bind(1, std::string_view(now)).run();
+    retire.bind(now).run();
     std::int64_t count = 0;
     std::string_view discount;
     for (; rows->next(); ++count) {
@@ -95,7 +95,7 @@ std::int64_t importOnFloor(const std::string& database) {
 
         std::int64_t article = 0;
         double sellingPrice = price;
-        findArticle.bind(1, code);
+        findArticle.bind(code);
         if (findArticle.step()) {
             article = findArticle.whole(0);
             const double current = findArticle.number(currentPrice);
@@ -103,31 +103,22 @@ std::int64_t importOnFloor(const std::string& database) {
             findArticle.run();
         }
         if (article != 0) {
-            updateArticle.bind(1, sellingPrice).bind(3, std::int64_t{brand}).bind(4, article).run();
+            updateArticle.bind(sellingPrice, brand, article).run();
         } else {
-            insertArticle.bind(1, sellingPrice)
-                .bind(3, std::int64_t{brand})
-                .bind(4, code)
-                .bind(5, description)
-                .run();
+            insertArticle.bind(sellingPrice, brand, code, description).run();
             article = newestArticle.found();
         }
         if (const auto text = textoDescuento(joinedText(group, locale))) discount = *text;
-        if (findData.bind(1, article).found() != 0) {
-            updateData.bind(1, discount).bind(2, article).run();
+        if (findData.bind(article).found() != 0) {
+            updateData.bind(discount, article).run();
         } else {
-            insertData.bind(1, article).bind(2, discount).run();
+            insertData.bind(article, discount).run();
         }
-        const std::int64_t row = findPrice.bind(1, article).bind(2, std::int64_t{supplier}).found();
+        const std::int64_t row = findPrice.bind(article, supplier).found();
         if (row != 0) {
-            updatePrice.bind(1, description).bind(2, price).bind(3, row).run();
+            updatePrice.bind(description, price, row).run();
         } else {
-            insertPrice.bind(1, description)
-                .bind(2, price)
-                .bind(3, code)
-                .bind(4, std::int64_t{supplier})
-                .bind(5, article)
-                .run();
+            insertPrice.bind(description, price, code, supplier, article).run();
         }
     }
     connection->CommitTrans();
