@@ -43,18 +43,16 @@ std::optional<std::string> endTransaction(Connection& connection, bool well) {
     return std::nullopt;
 }
 
-void tellRefused(const RefusedWrites& refused) {
-    const std::size_t count = refused.count();
-    tell(joined({std::to_string(count),
-                 count == 1 ? " write was refused: " : " writes were refused, the first: ",
-                 asOneLine(refused.first())}));
-}
-
 /// What a host and its run leave the program with.
 int report(const DevHost& host, const RunEnding& ending) {
     const RefusedWrites& refused = host.state().refused;
-    if (refused.count() > 0) tellRefused(refused);
-    int status = refused.count() > 0 ? exitRefused : exitDone;
+    const std::size_t count = refused.count();
+    if (count > 0) {
+        tell(joined({std::to_string(count),
+                     count == 1 ? " write was refused: " : " writes were refused, the first: ",
+                     asOneLine(refused.first())}));
+    }
+    int status = count > 0 ? exitRefused : exitDone;
     if (ending.notTaken) {
         status = leave(ending.notTaken->status, ending.notTaken->reason);
     } else if (ending.failure) {
