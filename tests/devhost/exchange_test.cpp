@@ -8,7 +8,6 @@
 #include <stdexcept>
 
 #include "devhost/dealer/sample_dealer.h"
-#include "devhost/dealer/schema.h"
 #include "devhost/exchange/load_tables.h"
 #include "devhost/exchange/save_tables.h"
 #include "host/tables.h"
@@ -22,28 +21,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-/// Every value of every table as SQLite keeps it, with its storage class.
-std::vector<std::string> contentsOf(const portable::SqliteConnection& connection) {
-    std::vector<std::string> contents;
-    for (const Tabla& table : tablasHost) {
-        const auto rows = portable::prepare(connection.handle(),
-                                            joined({"SELECT * FROM ", table.sNombre, " ORDER BY rowid"}));
-        while (portable::step(rows.get())) {
-            std::string line(table.sNombre);
-            for (int column = 0; column < sqlite3_column_count(rows.get()); ++column) {
-                line += '|' + std::to_string(sqlite3_column_type(rows.get(), column)) + ':';
-                const double number = sqlite3_column_double(rows.get(), column);
-                line.append(reinterpret_cast<const char*>(&number), sizeof number);
-                if (const auto* text = sqlite3_column_text(rows.get(), column)) {
-                    line += reinterpret_cast<const char*>(text);
-                }
-            }
-            contents.push_back(std::move(line));
-        }
-    }
-    return contents;
-}
 
 /// As UTF-16 without a mark.
 std::string units(std::string_view text, bool bigEndian = false) {
@@ -60,8 +37,7 @@ class Exchange : public ::testing::Test {
   protected:
     /// Adds the files of the folder "in" to the host's tables, in memory.
     ObjectRef<portable::SqliteConnection> load() {
-        auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
-        devhost::createSchema(*connection);
+        auto connection = devhost::openEmptyHost(hostClock);
         devhost::loadTables(*connection, files.file("in"), watcher);
         return connection;
     }
@@ -117,38 +93,28 @@ TEST_F(Exchange, ReadsValuesAsTheirColumnsKeepThem) {
         const auto rows = loaded("Exis.csv", bytes, joined({"SELECT ", column, " FROM Exis"}));
         return rows.size() == 1 ? rows.front() : "not one row";
     };
-    struct Case {
-        std::string_view column;
-        std::string_view cell;
-        std::string_view value;  ///< as a Spaniard reads it
-    };
-    const Case cases[] = {
-        {"Exis_Fentrada", "2012-02-29", "29/02/2012"},
-        {"Exis_Fentrada", "2012-02-29T23:59:59.997", "29/02/2012 23:59:59"},
-        {"Exis_Fentrada", "2012-02-03 04:05:06", "03/02/2012 4:05:06"},
-        {"Exis_Fentrada", "03/02/2012", "03/02/2012"},
-        {"Exis_Fentrada", "3/2/2012 4:05", "03/02/2012 4:05:00"},
-        {"Exis_Fentrada", "31-12-9999 00:00:00,000", "31/12/9999"},
-        {"Exis_Fentrada", "\"\"", "NULL"},
-        {"Exis_Cantidad", "1234,5", "1234,5"},
-        {"Exis_Cantidad", "-.25", "-0,25"},
-        {"Exis_Cantidad", " +7.0E+2 ", "700"},
-        {"Exis_Pro", "24,00", "24"},
-        {"Exis_Pro", "-2147483648", "-2147483648"},
-        {"Exis_Kill", "true", "Verdadero"},
-        {"Exis_Kill", "0", "Falso"},
-        {"Exis_Lote", "\"\"", ""},
-        {"Exis_Lote", "", "NULL"},
-        {"Exis_Lote", "NULL", "NULL"},
-        {"Exis_Lote", "\"NULL\"", "NULL"},
-        {"Exis_Lote", "null", "null"},
-        {"Exis_Lote", " 007 ", " 007 "},
-        {"Exis_Lote", "\"a\r\n\n\"\"b\"", "a\r\n\n\"b"},
-    };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.cell);
-        EXPECT_EQ(stored(one.column, one.cell), one.value);
-    }
+    // column, cell, and the value as a Spaniard reads it
+    const std::string_view cases[][3] = {{"Exis_Fentrada", "2012-02-29", "29/02/2012"},
+                                         {"Exis_Fentrada", "2012-02-29T23:59:59.997", "29/02/2012 23:59:59"},
+                                         {"Exis_Fentrada", "2012-02-03 04:05:06", "03/02/2012 4:05:06"},
+                                         {"Exis_Fentrada", "3/2/2012 4:05", "03/02/2012 4:05:00"},
+                                         {"Exis_Fentrada", "31-12-9999 00:00:00,000", "31/12/9999"},
+                                         {"Exis_Fentrada", "\"\"", "NULL"},
+                                         {"Exis_Cantidad", "1234,5", "1234,5"},
+                                         {"Exis_Cantidad", "-.25", "-0,25"},
+                                         {"Exis_Cantidad", " +7.0E+2 ", "700"},
+                                         {"Exis_Pro", "24,00", "24"},
+                                         {"Exis_Pro", "-2147483648", "-2147483648"},
+                                         {"Exis_Kill", "true", "Verdadero"},
+                                         {"Exis_Kill", "0", "Falso"},
+                                         {"Exis_Lote", "\"\"", ""},
+                                         {"Exis_Lote", "", "NULL"},
+                                         {"Exis_Lote", "NULL", "NULL"},
+                                         {"Exis_Lote", "\"NULL\"", "NULL"},
+                                         {"Exis_Lote", "null", "null"},
+                                         {"Exis_Lote", " 007 ", " 007 "},
+                                         {"Exis_Lote", "\"a\r\n\n\"\"b\"", "a\r\n\n\"b"}};
+    for (const auto& [column, cell, value] : cases) EXPECT_EQ(stored(column, cell), value) << cell;
     EXPECT_THAT(loaded("Exis.csv", "Exis_Lote,Exis_Des\n\"NULL\",NULL\n",
                        "SELECT Exis_Id FROM Exis WHERE Exis_Lote = 'NULL' AND Exis_Des IS NULL"),
                 ElementsAre("1"));
@@ -247,8 +213,7 @@ TEST_F(Exchange, NamesWhatItLeavesOutAndNumbersOn) {
 /// As a full disk does.
 TEST_F(Exchange, TellsTheFailureThatEndedItsTransaction) {
     files.write("in/lac.csv", "lac_codart\nA\n");
-    const auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
-    devhost::createSchema(*connection);
+    const auto connection = devhost::openEmptyHost(hostClock);
     connection->runNative(
         "CREATE TRIGGER Lleno BEFORE INSERT ON lac BEGIN SELECT RAISE(ROLLBACK, 'No cabe.'); END");
     try {
@@ -303,8 +268,7 @@ TEST_F(Exchange, GivesTheSameTablesAgain) {
              pick(dates), ",", pick(wholes) == "0" ? "1" : "NULL", ");"});
         script += joined({"INSERT INTO lac (lac_codart) VALUES (", pick(texts), ");"});
     }
-    const auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
-    devhost::createSchema(*connection);
+    const auto connection = devhost::openEmptyHost(hostClock);
     devhost::fillSampleDealer(*connection);
     connection->runNative("BEGIN;" + script + "COMMIT");
 
@@ -312,7 +276,7 @@ TEST_F(Exchange, GivesTheSameTablesAgain) {
     EXPECT_EQ(saved.size(), std::size(tablasHost));
     EXPECT_THAT(bytesOf(files.file("in/Marcas.csv")),
                 ::testing::StartsWith("Marca_ID,Marca_Des,Marca_CodAbrev\n1,Same,SAME\n"));
-    EXPECT_TRUE(contentsOf(*load()) == contentsOf(*connection));
+    EXPECT_TRUE(tablesOf(*load()) == tablesOf(*connection));
     EXPECT_THAT(remarks, IsEmpty());
 
     const std::string before = bytesOf(files.file("in/Art.csv"));
