@@ -10,7 +10,6 @@
 #include <set>
 
 #include "deletion/frm_borrado_articulos.h"
-#include "host/tables.h"
 #include "platform/values/number_text.h"
 #include "platform/values/text.h"
 #include "stock/frm_existencias.h"
@@ -24,8 +23,7 @@ namespace pxtarvo::test {
 namespace {
 
 using Names = std::vector<std::string>;
-/// The rows of each table as texts.
-using Tables = std::map<std::string, std::vector<std::string>>;
+using tests::Tables;
 
 // Names of crossings that a run never reaches, and that it has passed before its first.
 constexpr std::string_view never = "-";
@@ -37,11 +35,11 @@ struct Procedure {
     /// Given each window that is shown: opens the next one, or makes this one ready and answers with the
     /// control whose click is the run.
     std::function<Control*(portable::SimulatedDesktop&, Window&)> prepare;
-    bool inTransaction = false;    ///< the host has begun a transaction
-    std::string success{};         ///< the message at the end, if any
-    bool closes = true;            ///< at the end, and at a trapped error
-    std::string_view trapAfter;    ///< errors are trapped behind this
-    std::string_view row = never;  ///< each begins a row; the message of a trapped error names the row
+    bool inTransaction = false;          ///< the host has begun a transaction
+    std::string success{};               ///< the message at the end, if any
+    bool closes = true;                  ///< at the end, and at a trapped error
+    std::string_view trapAfter = never;  ///< errors are trapped behind this
+    std::string_view row = never;        ///< each begins a row; the message of a trapped error names the row
     bool hasTransaction = true;  ///< or rolling back is itself refused, and leaves the procedure as its error
     bool undone = true;          ///< by a trapped error
     std::string_view refusal = never;    ///< the refused writes that end the run begin like this
@@ -126,7 +124,8 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
                 {listRow("0.001", 6.0, "C"), listRow("0.002", 9.0, "M"), listRow("0.009", 7.0, "A")});
         }
         options.makeSpreadsheet =
-            memoryWorkbook({{"0.001", "UNO", "840001"}, {"N2", "DOS", "840002"}, {"N3", "TRES", "840001"}});
+            memoryWorkbook({{"0.001", "UNO", "840001"}, {"N2", "DOS", "840002"}, {"N3", "TRES", "840001"}},
+                           [this](const char* name) { cutHost->cut->crossing(name); });
     }
 
     void newHost(bool newDealer) {
@@ -139,14 +138,7 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
         cutHost->user().yesNo = MessageAnswer::Yes;
     }
 
-    Tables tables() {
-        Tables all;
-        for (const Tabla& table : tablasHost) {
-            all[std::string(table.sNombre)] =
-                tests::rowsOf(*cutHost->connection(), joined({"SELECT * FROM ", table.sNombre}));
-        }
-        return all;
-    }
+    Tables tables() { return tests::tablesOf(*cutHost->connection()); }
 
     Outcome run(std::size_t at, Fault fault) {
         if (GetParam().inTransaction) cutHost->connection()->BeginTrans();
@@ -219,7 +211,7 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
         // The identity that the database gave, at the head of the row, tells the order only.
         const auto contents = [](const std::vector<std::string>& lines) {
             std::multiset<std::string> texts;
-            for (const std::string& line : lines) texts.insert(line.substr(line.find('|')));
+            for (const std::string& line : lines) texts.insert(line.substr(line.find('|', 1)));
             return texts;
         };
         const auto rowsOnlyIn = [&](const Tables& some, const Tables& others, const std::string& name) {
@@ -315,27 +307,27 @@ auto button(PushButton frmImpTarifas::*itsButton) {
     };
 }
 
+/// The window that the import window's `opener` opens, once it is shown.
+template <class Opened>
+Opened* opened(portable::SimulatedDesktop& desktop, Window& shown, PushButton frmImpTarifas::*opener) {
+    if (auto* const import = dynamic_cast<frmImpTarifas*>(&shown)) desktop.click(import->*opener);
+    return dynamic_cast<Opened*>(&shown);
+}
+
 Control* stockWindow(portable::SimulatedDesktop& desktop, Window& shown) {
-    if (auto* const import = dynamic_cast<frmImpTarifas*>(&shown)) {
-        desktop.click(import->cmdStock);
-        return nullptr;
-    }
-    auto& window = dynamic_cast<frmExistencias&>(shown);
-    desktop.type(window.Text1[1], "24");
-    desktop.type(window.Text1[3], "SAME");
-    desktop.press(vkTab);  // to the description, and to the button
-    desktop.press(vkTab);
-    return &window.XPButton1;
+    auto* const window = opened<frmExistencias>(desktop, shown, &frmImpTarifas::cmdStock);
+    if (!window) return nullptr;
+    desktop.type(window->Text1[1], "24");
+    desktop.type(window->Text1[3], "SAME");
+    for (int tab = 0; tab < 2; ++tab) desktop.press(vkTab);  // to the description, and to the button
+    return &window->XPButton1;
 }
 
 Control* searchWindow(portable::SimulatedDesktop& desktop, Window& shown) {
-    if (auto* const import = dynamic_cast<frmImpTarifas*>(&shown)) {
-        desktop.click(import->cmdBorrado);
-        return nullptr;
-    }
-    auto& window = dynamic_cast<frmBorradoArticulos&>(shown);
-    desktop.click(window.Option2);
-    return &window.cmdInicio;
+    auto* const window = opened<frmBorradoArticulos>(desktop, shown, &frmImpTarifas::cmdBorrado);
+    if (!window) return nullptr;
+    desktop.click(window->Option2);
+    return &window->cmdInicio;
 }
 
 Control* deletionWindow(portable::SimulatedDesktop& desktop, Window& shown) {
@@ -347,19 +339,20 @@ Control* deletionWindow(portable::SimulatedDesktop& desktop, Window& shown) {
 
 constexpr const char* imported = "Proceso finalizado con exito";
 constexpr std::string_view begin = "host.BeginTrans";
+constexpr std::string_view firstRow = "source.MoveFirst";
 
 const Procedure procedures[] = {
     {.name = "yearly list",
      .prepare = import("2007"),
      .success = imported,
-     .trapAfter = "source.MoveFirst",
+     .trapAfter = firstRow,
      .row = "yield",
      .refusal = "insert Art ",
      .refusalSaid = true},
     {.name = "yearly list counted",
      .prepare = import("2009"),
      .success = imported,
-     .trapAfter = "source.MoveFirst",
+     .trapAfter = firstRow,
      .row = "yield",
      .refusal = "insert Art ",
      .refusalSaid = true},
@@ -367,14 +360,14 @@ const Procedure procedures[] = {
      .prepare = import("2006"),
      .inTransaction = true,
      .success = imported,
-     .trapAfter = "source.MoveFirst",
+     .trapAfter = firstRow,
      .row = "yield"},
     // Commit and roll back are refused both.
     {.name = "list of 2006 without transaction",
      .prepare = import("2006"),
      .success = noTransaction(),
      .closes = false,
-     .trapAfter = "source.MoveFirst",
+     .trapAfter = firstRow,
      .hasTransaction = false,
      .undone = false},
     {.name = "barcode list",
@@ -387,22 +380,16 @@ const Procedure procedures[] = {
     {.name = "location update",
      .prepare = button(&frmImpTarifas::XPButton4),
      .success = "Proceso de importacion de C:\\tarvo\\articulo.tdw finalizado",
-     .closes = false,
-     .trapAfter = never},
+     .closes = false},
     {.name = "code correction",
      .prepare = button(&frmImpTarifas::XPButton3),
      .success = "proceso concluido",
      .closes = false,
      .trapAfter = begin},
-    {.name = "stock file",
-     .prepare = stockWindow,
-     .success = imported,
-     .trapAfter = never,
-     .busyUntil = "rows.Eof"},
+    {.name = "stock file", .prepare = stockWindow, .success = imported, .busyUntil = "rows.Eof"},
     {.name = "search",
      .prepare = searchWindow,
      .closes = false,
-     .trapAfter = never,
      .busyUntil = "rows.RecordCount",
      .busyUntilFirst = true,
      .disabled = true},
@@ -410,8 +397,7 @@ const Procedure procedures[] = {
      .prepare = deletionWindow,
      .success = "Proceso de borrado finalizado",
      .trapAfter = "rows.MoveFirst",
-     .refusal = "delete "},
-};
+     .refusal = "delete "}};
 
 INSTANTIATE_TEST_SUITE_P(, EveryCut, ::testing::ValuesIn(procedures),
                          [](const auto& info) { return replaced(info.param.name, " ", "_"); });
