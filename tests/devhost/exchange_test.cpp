@@ -124,57 +124,45 @@ TEST_F(Exchange, ReadsValuesAsTheirColumnsKeepThem) {
 }
 
 TEST_F(Exchange, StopsAtWhatDoesNotFitWithItsPlace) {
-    struct Case {
-        std::string name;
-        std::string bytes;
-        std::string refusal;
+    const auto refuses = [&](const std::string& name,
+                             std::initializer_list<std::pair<std::string, std::string>> cases) {
+        for (const auto& [bytes, why] : cases) EXPECT_EQ(refusal(name, bytes), name + why) << bytes;
     };
+    const std::string noDate = "' is no date of the years 1753 to 9999", date = "Art_Id,Art_FechaEstado\n1,";
     const std::string longText(61, 'x');
-    const Case cases[] = {
-        {"Art.csv", "", "Art.csv: it is empty; its first line must name the columns"},
-        {"Art.csv", "1,2,3\n",
-         "Art.csv, line 1: it names no column of the table Art; the first line must name the columns"},
-        {"Art.csv", "Art_Id,art_id\n", "Art.csv, line 1, column Art_Id: it stands twice"},
-        {"Art.csv", "Art_Id,Art_Cod\n1,A\n\n2,B,C\n", "Art.csv, line 4: 3 cells, but the first line has 2"},
-        {"Art.csv", "Art_Id,Art_Cod\n1\n", "Art.csv, line 2: 1 cell, but the first line has 2"},
-        {"Art.csv", "Art_Id,ART_PVE\n1,2\n2,1.234,5\n", "Art.csv, line 3: 3 cells, but the first line has 2"},
-        {"Art.csv", "Art_Id;ART_PVE\n1;1.234,5\n", "Art.csv, line 2, column ART_PVE: '1.234,5' is no number"},
-        {"Art.csv", "Art_Id,ART_PVE\n1,1e999\n", "Art.csv, line 2, column ART_PVE: '1e999' is no number"},
-        {"Art.csv", "Art_Id,ART_PVE\n1,nan\n", "Art.csv, line 2, column ART_PVE: 'nan' is no number"},
-        {"Art.csv", "Art_Id,Art_Cal\n1,2.5\n", "Art.csv, line 2, column Art_Cal: '2.5' is no whole number"},
-        {"Art.csv", "Art_Id,Art_Cal\n1,2147483648\n",
-         "Art.csv, line 2, column Art_Cal: '2147483648' is not between -2147483648 and 2147483647"},
-        {"Art.csv", "Art_Id,Art_FechaEstado\n1,2011-02-29\n",
-         "Art.csv, line 2, column Art_FechaEstado: '2011-02-29' is no date of the years 1753 to 9999"},
-        {"Art.csv", "Art_Id,Art_FechaEstado\n1,02/13/2011\n",
-         "Art.csv, line 2, column Art_FechaEstado: '02/13/2011' is no date of the years 1753 to 9999"},
-        {"Art.csv", "Art_Id,Art_FechaEstado\n1,1/2/2011 24:00\n",
-         "Art.csv, line 2, column Art_FechaEstado: '1/2/2011 24:00' is no date of the years 1753 to 9999"},
-        {"Exis.csv", "Exis_Kill\n2\n",
-         "Exis.csv, line 2, column Exis_Kill: '2' is none of 0, 1, True and False"},
-        {"fam.csv", "Fam_Id,Fam_Des\n1,\"a\nb\"\n2,\"\n" + longText + "\"\n",
-         "fam.csv, line 4, column FAM_DES: ' " + longText.substr(2) +
-             "...' has 62 characters, of which 60 fit"},
-        {"Art.csv", "Art_Id,Art_Cod\n5,A\n6,B\n5,C\n",
-         "Art.csv, line 4, column Art_Id: '5' stands in an earlier row, too"},
-        {"Aat.csv", "Aat_C01\nx\n", "Aat.csv, line 1, column Aat_Id: it is missing, and identifies the rows"},
-        {"Aat.csv", "Aat_Id,Aat_C01\n1,x\n,y\n",
-         "Aat.csv, line 3, column Aat_Id: it is empty, and identifies the row"},
-        {"Art.csv", "Art_Id,Art_Cod\n1,\"A\"B\n", "Art.csv, line 2: text follows a closing quote"},
-        {"Art.csv", "Art_Id,Art_Cod\n1,A\n2,\"B\n3,C\n", "Art.csv, line 3: a quote is never closed"},
-        {"Art.csv",
-         "\xEF\xBB\xBF"
-         "Art_Id,Art_Cod\n1,\xD1\n",
-         "Art.csv, line 2: the text is no well-formed UTF-8"},
-        {"Fam.csv", "\xFF\xFE" + units("Fam_Id\n") + "1",
-         "Fam.csv, line 2: the text is no well-formed UTF-16"},
-        {"Fam.csv", units("Fam_Id\n1\n") + std::string("\x01\xD8\n\0", 4),
-         "Fam.csv, line 3: the text is no well-formed UTF-16"},
-    };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.bytes);
-        EXPECT_EQ(refusal(one.name, one.bytes), one.refusal);
-    }
+    refuses(
+        "Art.csv",
+        {{"", ": it is empty; its first line must name the columns"},
+         {"1,2\n", ", line 1: it names no column of the table Art; the first line must name the columns"},
+         {"Art_Id,art_id\n", ", line 1, column Art_Id: it stands twice"},
+         {"Art_Id,Art_Cod\n1,A\n\n2,B,C\n", ", line 4: 3 cells, but the first line has 2"},
+         {"Art_Id,Art_Cod\n1\n", ", line 2: 1 cell, but the first line has 2"},
+         {"Art_Id;ART_PVE\n1;1.234,5\n", ", line 2, column ART_PVE: '1.234,5' is no number"},
+         {"Art_Id,ART_PVE\n1,1e999\n", ", line 2, column ART_PVE: '1e999' is no number"},
+         {"Art_Id,ART_PVE\n1,nan\n", ", line 2, column ART_PVE: 'nan' is no number"},
+         {"Art_Id,Art_Cal\n1,2.5\n", ", line 2, column Art_Cal: '2.5' is no whole number"},
+         {"Art_Id,Art_Cal\n1,2147483648\n",
+          ", line 2, column Art_Cal: '2147483648' is not between -2147483648 and 2147483647"},
+         {date + "2011-02-29\n", ", line 2, column Art_FechaEstado: '2011-02-29" + noDate},
+         {date + "02/13/2011\n", ", line 2, column Art_FechaEstado: '02/13/2011" + noDate},
+         {date + "1/2/2011 24:00\n", ", line 2, column Art_FechaEstado: '1/2/2011 24:00" + noDate},
+         {"Art_Id,Art_Cod\n5,A\n6,B\n5,C\n", ", line 4, column Art_Id: '5' stands in an earlier row, too"},
+         {"Art_Id,Art_Cod\n1,\"A\"B\n", ", line 2: text follows a closing quote"},
+         {"Art_Id,Art_Cod\n1,A\n2,\"B\n3,C\n", ", line 3: a quote is never closed"},
+         {"\xEF\xBB\xBF"
+          "Art_Id,Art_Cod\n1,\xD1\n",
+          ", line 2: the text is no well-formed UTF-8"}});
+    refuses("Exis.csv",
+            {{"Exis_Kill\n2\n", ", line 2, column Exis_Kill: '2' is none of 0, 1, True and False"}});
+    refuses("Aat.csv",
+            {{"Aat_C01\nx\n", ", line 1, column Aat_Id: it is missing, and identifies the rows"},
+             {"Aat_Id,Aat_C01\n1,x\n,y\n", ", line 3, column Aat_Id: it is empty, and identifies the row"}});
+    refuses("fam.csv", {{"Fam_Id,Fam_Des\n1,\"a\nb\"\n2,\"\n" + longText + "\"\n",
+                         ", line 4, column FAM_DES: ' " + longText.substr(2) +
+                             "...' has 62 characters, of which 60 fit"},
+                        {"\xFF\xFE" + units("Fam_Id\n") + "1", ", line 2: the text is no well-formed UTF-16"},
+                        {units("Fam_Id\n1\n") + std::string("\x01\xD8\n\0", 4),
+                         ", line 3: the text is no well-formed UTF-16"}});
     // Sixty characters fit, however many bytes they have.
     std::string accents;
     for (int count = 0; count < 60; ++count) accents += "ñ";
@@ -202,12 +190,8 @@ TEST_F(Exchange, NamesWhatItLeavesOutAndNumbersOn) {
                     "Marcas.csv: Null in every row, as the file has no such column: Marca_CodAbrev"));
     connection->Execute("DELETE FROM Art WHERE Art_Id = 900", adOptionUnspecified);
     connection->Execute("INSERT INTO Art (Art_Cod) VALUES ('D')", adOptionUnspecified);
-    EXPECT_EQ(
-        connection->Execute("SELECT Art_Id FROM Art WHERE Art_Cod = 'D'", adOptionUnspecified)->Fields(0),
-        Variant(901));
-    EXPECT_EQ(connection->Execute("SELECT Marca_ID FROM Marcas WHERE Marca_Des = 'Agm'", adOptionUnspecified)
-                  ->Fields(0),
-              Variant(2));
+    EXPECT_THAT(rowsOf(*connection, "SELECT Art_Id FROM Art WHERE Art_Cod = 'D'"), ElementsAre("901"));
+    EXPECT_THAT(rowsOf(*connection, "SELECT Marca_ID FROM Marcas WHERE Marca_Des = 'Agm'"), ElementsAre("2"));
 }
 
 /// As a full disk does.
