@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <functional>
+#include <new>
 #include <stdexcept>
 
 #include "deletion/frm_borrado_articulos.h"
@@ -13,11 +15,69 @@
 #include "tests/common/database_state.h"
 #include "tests/common/memory_list.h"
 #include "tests/common/temporary_folder.h"
-#include "tests/faults/failing_memory.h"
+
+// The program's memory, told to run out: operator new of the whole program is replaced.
+
+namespace {
+
+struct Plan {
+    bool armed = false;
+    long seen = 0;
+    long first = 0;
+    long count = 0;
+} plan;
+
+void* allocated(std::size_t size) noexcept {
+    if (plan.armed && ++plan.seen >= plan.first && plan.seen < plan.first + plan.count) return nullptr;
+    return std::malloc(size > 0 ? size : 1);
+}
+
+void* required(std::size_t size) {
+    if (void* const memory = allocated(size)) return memory;
+    throw std::bad_alloc();
+}
+
+}  // namespace
+
+// All of them, so that no sanitizer's own stands beside them.
+void* operator new(std::size_t size) {
+    return required(size);
+}
+void* operator new[](std::size_t size) {
+    return required(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocated(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocated(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
 
 namespace pxtarvo::tests {
 
 namespace {
+
+/// While it lives, the allocations from the `first` one on (1-based, counted from its making) fail, `count`
+/// of them in a row. One at a time.
+class FailingMemory {
+  public:
+    FailingMemory(long first, long count) { plan = {true, 0, first, count}; }
+    FailingMemory(const FailingMemory&) = delete;
+    FailingMemory& operator=(const FailingMemory&) = delete;
+    ~FailingMemory() { plan.armed = false; }
+};
 
 constexpr const char* report = "Error '7' en tiempo de ejecución:\r\n\r\nMemoria insuficiente";
 constexpr long never = 1'000'000'000;
@@ -119,7 +179,7 @@ class MemoryRunsOut : public ::testing::TestWithParam<Case> {
 TEST_P(MemoryRunsOut, EndsTheTransactionAndSaysSo) {
     newDealer();
     ASSERT_EQ(run(never, 0), GetParam().success);
-    const long allocations = allocationsSeen();
+    const long allocations = plan.seen;
     const Tables after = tables();
     ASSERT_TRUE(before != after);
     newDealer();
