@@ -203,35 +203,6 @@ TEST(JetConnection, ReadsAnEncodedFile) {
     EXPECT_TRUE(expected->Eof());
 }
 
-TEST(JetConnection, EndsInRowsOrAnErrorWhateverItsDefinitionsSay) {
-    const struct {
-        const char* file;
-        std::size_t definition;  ///< of the list, of the catalogue
-        const char* statement;
-    } cases[] = {
-        {"list-whole-price.mdb", 0x18000, "SELECT * FROM List"},
-        {"TARIFA2006.MDB", 0x2000, "SELECT * FROM 31EUR000"},
-    };
-    const tests::TemporaryFolder folder;
-    for (const auto& [file, definition, statement] : cases) {
-        const std::string whole = tests::bytesOf(tests::sample(file));
-        const auto readWith = [&](std::size_t offset, std::size_t value, std::size_t width) {
-            std::string bytes = whole;
-            put(bytes, definition + offset, value, width);
-            const std::string path = folder.write("list.mdb", bytes);
-            const std::int32_t raised = tests::errorOf([&] {
-                for (auto rows = query(path, statement); !rows->Eof(); rows->MoveNext()) rows->Fields(0);
-            });
-            EXPECT_TRUE(raised == 0 || raised == failure || raised == -2147217865)
-                << file << " " << offset << " " << value << " " << raised;
-        };
-        readWith(4, definition / 4096, 4);                                 // goes on where it begins
-        readWith(51, 0xFFFFFFFF, 4);                                       // indexes
-        for (std::size_t row = 0; row < 256; ++row) readWith(55, row, 1);  // where the usage map lies
-        for (std::size_t offset = 0; offset < 256; ++offset) readWith(offset, 0xFF, 1);
-    }
-}
-
 TEST(JetConnection, PutsMemosTogetherWhereverTheyLie) {
     // A memo of the list that lies in its row: twelve bytes of header, then the text.
     const std::string bytes = tests::bytesOf(tests::sample("TARIFA2007.MDB"));
