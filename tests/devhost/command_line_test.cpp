@@ -242,7 +242,8 @@ TEST_F(CommandLine, TellsRefusalsAndStopsAtFailures) {
         connection->runNative(
             "CREATE TRIGGER Ubi_Lleno BEFORE INSERT ON Ubi BEGIN SELECT RAISE(ABORT, 'No cabe.'); END");
     }
-    EXPECT_EQ(run("locations dealer.db --file {S}/articulo.tdw"), 3);
+    EXPECT_EQ(run("locations dealer.db --file {S}/articulo.tdw --report page.html"), 3);
+    EXPECT_THAT(bytesOf(folder.file("page.html")), HasSubstr("<p>El anfitrión rechazó "));
     EXPECT_EQ(output, "Proceso de importacion de C:\\tarvo\\articulo.tdw finalizado\n");
     EXPECT_THAT(errors,
                 ::testing::ContainsRegex("pxtarvo-host: [0-9]+ writes were refused, the first: insert Ubi, "

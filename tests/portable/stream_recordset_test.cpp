@@ -47,6 +47,12 @@ TEST(StreamRecordset, RaisesTheNumbersOfAdo) {
     for (const auto& unusable : {ObjectRef<Connection>(), listOf({{"a"}}, false)}) {
         EXPECT_EQ(errorOf([&] { open(rows, unusable); }), adErrInvalidConnection);
     }
+    EXPECT_EQ(errorOf([&] { open(rows, listOf({{}, {"a"}})); }), -2147467259);
+    EXPECT_EQ(errorOf([&] { rows.Eof(); }), 3704);
+    open(rows, listOf({{"a"}, {}, {"b"}}));
+    EXPECT_EQ(errorOf([&] { rows.MoveNext(); }), -2147467259);
+    EXPECT_TRUE(rows.Eof());
+    rows.Close();
     open(rows, listOf({}));
     EXPECT_TRUE(rows.Bof() && rows.Eof());
     EXPECT_EQ(errorOf([&] { rows.MoveFirst(); }), 3021);
