@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/portable/workbook/number_format.h"
 #include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::portable {
@@ -23,10 +24,13 @@ TEST(WorkbookReader, GivesTheValuesOfAutomation) {
     };
     expect(types, 1, {{1, "KIT-1"}, {3, Date{39585}}});
     expect(types, 2, {{3, true}});
+    expect(types, 3, {{3, 12.5}});
     expect(types, 4, {{1, 123456789012345.0}});
     expect(types, 5, {{3, "0008410000000024"}});
     expect(types, 7, {{3, -5.0}});
+    expect(types, 8, {{3, Empty()}});
     expect(types, 65536, {{256, Empty()}});
+    expect(list, 1, {{3, 8410110920384.0}});
     expect(list, 3, {{1, 50002.0}});
     expect(list, 4, {{1, " AMA-1003 "}});
     expect(list, 11, {{2, "  PIÑÓN 10 "}});
@@ -41,6 +45,15 @@ TEST(WorkbookReader, GivesTheValuesOfAutomation) {
     EXPECT_EQ(types->Cells(6, 2).get<std::string>()->size(), 9022U);
     EXPECT_EQ(tests::errorOf([&] { types->Cells(0, 1); }), spreadsheetRefused);
     EXPECT_EQ(tests::errorOf([&] { types->Cells(1, 257); }), spreadsheetRefused);
+}
+
+TEST(WorkbookReader, TellsFormatsOfDatesFromTheLettersThatTheyOnlyQuote) {
+    for (const char* date : {"dd/mm/yyyy", "[h]:mm", "[Red]yy", "0\\d d"})
+        EXPECT_TRUE(isDateFormat(date)) << date;
+    for (const char* other :
+         {"0.00", "[Red]0", "[$-40A]0", "0 \"días\"", "0\\d", "0_d", "*d0", "\"d", "[h"}) {
+        EXPECT_FALSE(isDateFormat(other)) << other;
+    }
 }
 
 TEST(WorkbookReader, ReadsSheetsSideBySide) {
