@@ -29,7 +29,8 @@ target_include_directories(wine_gtest PRIVATE "${googletest_source}/googletest" 
                                       SYSTEM PUBLIC "${googletest_source}/googletest/include"
                                                     "${googletest_source}/googlemock/include")
 add_room_program(wine_test tests/wine
-    LINKS winehost wine_objects wine_screen automation devhost library host dealer portable sqlite platform values nlohmann_json::nlohmann_json wine_gtest)
+    LINKS winehost wine_objects wine_screen automation devhost library host dealer portable sqlite platform values
+          tests_common nlohmann_json::nlohmann_json wine_gtest)
 # What is built beside the DLL.
 get_filename_component(dll_build "${PXTARVO_DLL}/../../.." ABSOLUTE)
 target_compile_definitions(wine_test PRIVATE PXTARVO_SAMPLES_DIR="${PROJECT_SOURCE_DIR}/samples"
