@@ -47,10 +47,6 @@ class OwnedVariant {
     OwnedVariant(const Variant& value);
     explicit OwnedVariant(std::string_view text);
     explicit OwnedVariant(const std::string& text) : OwnedVariant(std::string_view(text)) {}
-    explicit OwnedVariant(std::int32_t value) noexcept;
-    explicit OwnedVariant(std::int16_t value) noexcept;
-    explicit OwnedVariant(double value) noexcept;
-    explicit OwnedVariant(bool value) noexcept;
     explicit OwnedVariant(Reference<IDispatch> object) noexcept;  ///< empty is Nothing
     OwnedVariant(const OwnedVariant&) = delete;
     OwnedVariant(OwnedVariant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
@@ -65,12 +61,14 @@ class OwnedVariant {
 
     // Arguments by reference, each of exactly the type that the called member declares. The member may
     // replace what they refer to.
-    static OwnedVariant reference(Bstr& text) noexcept;
-    static OwnedVariant reference(std::int32_t& value) noexcept;
-    static OwnedVariant reference(std::int16_t& value) noexcept;
-    static OwnedVariant reference(double& value) noexcept;
-    static OwnedVariant reference(OwnedVariant& value) noexcept;
-    static OwnedVariant reference(Reference<IDispatch>& object) noexcept;
+    static OwnedVariant reference(Bstr& text) noexcept { return {VT_BSTR, text.address()}; }
+    static OwnedVariant reference(std::int32_t& value) noexcept { return {VT_I4, &value}; }
+    static OwnedVariant reference(std::int16_t& value) noexcept { return {VT_I2, &value}; }
+    static OwnedVariant reference(double& value) noexcept { return {VT_R8, &value}; }
+    static OwnedVariant reference(OwnedVariant& value) noexcept { return {VT_VARIANT, &value.value_}; }
+    static OwnedVariant reference(Reference<IDispatch>& object) noexcept {
+        return {VT_DISPATCH, object.address()};
+    }
 
     const VARIANT& raw() const noexcept { return value_; }
     /// Where a function leaves a value for the caller.
@@ -86,6 +84,10 @@ class OwnedVariant {
     }
 
   private:
+    OwnedVariant(VARTYPE type, void* target) noexcept : OwnedVariant() {
+        V_VT(&value_) = static_cast<VARTYPE>(type | VT_BYREF);
+        V_BYREF(&value_) = target;
+    }
     void clear() noexcept {
         // Numbers and references own nothing.
         const VARTYPE type = V_VT(&value_);
