@@ -250,13 +250,11 @@ void frmBorradoArticulos::borrarArticulo() {
 MessageAnswer frmBorradoArticulos::mensaje(std::string_view sTexto, MessageIcon icono,
                                            MessageButtons botones) {
     return platform().desktop().messageBox(insisted([&] {
-        Message mensaje;
-        mensaje.text = sTexto;
-        mensaje.title = sTitulo;
-        mensaje.icon = icono;
-        mensaje.buttons = botones;
-        mensaje.defaultsToNo = botones == MessageButtons::YesNo;
-        return mensaje;
+        return Message{.text = std::string(sTexto),
+                       .title = std::string(sTitulo),
+                       .buttons = botones,
+                       .icon = icono,
+                       .defaultsToNo = botones == MessageButtons::YesNo};
     }));
 }
 

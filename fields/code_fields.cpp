@@ -98,10 +98,9 @@ bool CamposCodigo::avisarSinMarca() {
 }
 
 bool CamposCodigo::preguntarNombreFiscal() {
-    Message pregunta;
-    pregunta.text = sPreguntaNombreFiscal;
-    pregunta.buttons = MessageButtons::YesNo;
-    pregunta.icon = MessageIcon::Information;
+    const Message pregunta{.text = std::string(sPreguntaNombreFiscal),
+                           .buttons = MessageButtons::YesNo,
+                           .icon = MessageIcon::Information};
     return ventana_.platform().desktop().messageBox(pregunta) == MessageAnswer::Yes;
 }
 

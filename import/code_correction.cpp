@@ -47,10 +47,9 @@ struct CorreccionCodigos::FilaHistoria {
 CorreccionCodigos::CorreccionCodigos(Platform& platform) : platform_(platform) {}
 
 void CorreccionCodigos::ejecutar() {
-    Message pregunta;
-    pregunta.text = "Confirma que desea comenzar el proceso";
-    pregunta.buttons = MessageButtons::YesNo;
-    pregunta.defaultsToNo = true;
+    const Message pregunta{.text = "Confirma que desea comenzar el proceso",
+                           .buttons = MessageButtons::YesNo,
+                           .defaultsToNo = true};
     if (platform_.desktop().messageBox(pregunta) != MessageAnswer::Yes) return;
 
     const ObjectRef<Recordset> rsOrigen = consultar(sOrigen);
