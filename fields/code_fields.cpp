@@ -56,6 +56,7 @@ bool CamposCodigo::eligio(std::string_view sElegido) {
 }
 
 void CamposCodigo::atenderCampos() {
+    ventana_.onKeyUp = [this](std::int16_t KeyCode, std::int16_t Shift) { Form_KeyUp(KeyCode, Shift); };
     for (const auto& [indice, campo] : Text1_) {
         campo->onGotFocus = [this, Index = indice] { Text1_GotFocus(Index); };
         campo->onLostFocus = [this, Index = indice] { Text1_LostFocus(Index); };

@@ -32,7 +32,7 @@ class CamposCodigo {
 
     /// Creates the helper and gives it the colours and the host's connection.
     virtual void crearAyuda();
-    /// Hands the window's text boxes their handlers, by index.
+    /// Hands the window its key preview and its text boxes their handlers, by index.
     void atenderCampos();
 
     /// Looks up the supplier code `nProveedor`; a negative one asks the user to search.

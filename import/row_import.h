@@ -10,7 +10,7 @@ namespace pxtarvo {
 class ImportacionTarifa : private Corrida {
   public:
     /// The layout must outlive the run.
-    ImportacionTarifa(VistaImportacion ventana, const FormatoTarifa& formato);
+    ImportacionTarifa(frmImpTarifas& ventana, const FormatoTarifa& formato);
 
     /// Imports the list into the article tables, in one transaction on the host's connection, and closes the
     /// window. Errors before the transaction begins leave as they are; a later one rolls everything back and

@@ -47,9 +47,9 @@ inline constexpr int noTabStop = -1;
 
 /// What a window's class declares of a control, once, for every body of the desktop.
 struct ControlPlan {
-    std::string_view name;   ///< the control's name; elements of an array share it
-    int index = notIndexed;  ///< position in the control array
-    Rect rect;
+    std::string_view name{};  ///< the control's name; elements of an array share it
+    int index = notIndexed;   ///< position in the control array
+    Rect rect{};
     int tabIndex = noTabStop;    ///< place in the tab order; option buttons of one container are one stop
     std::string_view caption{};  ///< "&" marks a mnemonic in push buttons, option buttons and check boxes
     int maxLength = 0;           ///< text boxes: characters that the user can type, 0 for any number
@@ -317,9 +317,13 @@ class DataGrid : public Control {
 template <class T>
 class ControlArray {
   public:
-    ControlArray(Window& window, std::initializer_list<ControlPlan> plans) {
-        for (const ControlPlan& plan : plans)
+    /// All have the name and the container of `common`.
+    ControlArray(Window& window, const ControlPlan& common, std::initializer_list<ControlPlan> plans) {
+        for (ControlPlan plan : plans) {
+            plan.name = common.name;
+            plan.container = common.container;
             elements_.emplace(plan.index, std::make_unique<T>(window, plan));
+        }
     }
     /// 340 (ControlArrayElement) for an index that the array lacks.
     T& operator[](int index) const {
