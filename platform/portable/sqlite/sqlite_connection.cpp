@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "platform/portable/sqlite/client_recordset.h"
-
 namespace pxtarvo::portable {
 
 namespace {
@@ -20,6 +18,30 @@ class StatementReset {
 
   private:
     sqlite3_stmt* statement_;
+};
+
+/// Keeps the hold from the first step to the last.
+class WalkedRecordset final : public ClientRecordset {
+  public:
+    WalkedRecordset(std::shared_ptr<const ResultRows> rows, const std::shared_ptr<ReadHold>& hold)
+        : ClientRecordset(std::move(rows)), hold_(hold) {}
+
+    void Close() override {
+        ClientRecordset::Close();
+        walk_.reset();
+    }
+    void MoveNext() override {
+        ClientRecordset::MoveNext();
+        if (Eof()) {
+            walk_.reset();
+        } else if (!walk_) {
+            if (auto hold = hold_.lock()) walk_ = std::make_unique<ReadHold::Walk>(std::move(hold));
+        }
+    }
+
+  private:
+    std::weak_ptr<ReadHold> hold_;
+    std::unique_ptr<ReadHold::Walk> walk_;
 };
 
 DatabaseHandle openDatabase(const std::string& path, DatabaseMode mode) {
@@ -78,7 +100,8 @@ void SqliteConnection::readColumns(PreparedStatement& statement) const {
         } else if (statement.translatedTypes.size() == static_cast<std::size_t>(count)) {
             declaration = statement.translatedTypes[static_cast<std::size_t>(column)];
         }
-        columns->push_back({sqlite3_column_name(handle, column), declaration});
+        columns->names.emplace_back(sqlite3_column_name(handle, column));
+        columns->declarations.push_back(declaration);
     }
     statement.columns = std::move(columns);
 }
@@ -127,7 +150,9 @@ ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement, bool wa
     if (!statement.columns) return makeObject<ClientRecordset>();
     auto rows = std::make_shared<StoredRows>(statement.columns);
     for (; row; row = step(handle)) rows->append(handle);
-    return makeObject<ClientRecordset>(std::move(rows), hold_);
+    constexpr std::size_t longResult = 100;
+    if (rows->rowCount() < longResult) return makeObject<ClientRecordset>(std::move(rows));
+    return makeObject<WalkedRecordset>(std::move(rows), hold_);
 }
 
 ObjectRef<Recordset> SqliteConnection::runAsWritten(PreparedStatement& statement, bool wantsRecords) {

@@ -12,7 +12,6 @@
 #include "platform/window.h"
 #include "platform/windows/screen/control_view.h"
 #include "platform/windows/screen/gdi_object.h"
-#include "platform/windows/screen/window_class.h"
 
 namespace pxtarvo::windows {
 
@@ -118,7 +117,7 @@ class WindowView : public ControlObserver {
 
     WindowsDesktop& desktop_;
     Window& window_;
-    std::shared_ptr<WindowClass> class_;
+    std::shared_ptr<const wchar_t> class_;  ///< name of the class that it keeps registered
     HWND handle_ = nullptr;
     int dpi_ = 96;
     int fieldHeight_ = 0;
