@@ -45,6 +45,7 @@ class OwnedVariant {
     OwnedVariant() noexcept { VariantInit(&value_); }
     /// The same value in the same type: 16-bit integers stay VT_I2, and so on.
     OwnedVariant(const Variant& value);
+    explicit OwnedVariant(std::int32_t value) : OwnedVariant(Variant(value)) {}  ///< a 0 would be a pointer
     explicit OwnedVariant(std::string_view text);
     explicit OwnedVariant(const std::string& text) : OwnedVariant(std::string_view(text)) {}
     explicit OwnedVariant(Reference<IDispatch> object) noexcept;  ///< empty is Nothing
