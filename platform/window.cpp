@@ -35,10 +35,6 @@ void Window::setCaption(std::string_view caption) {
     if (observer_) observer_->windowChanged();
 }
 
-void Window::setTag(std::string_view tag) {
-    tag_ = tag;
-}
-
 void Window::setEnabled(bool enabled) {
     enabled_ = enabled;
     if (observer_) observer_->windowChanged();

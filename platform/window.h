@@ -42,7 +42,7 @@ class Window {
     const std::string& caption() const noexcept { return caption_; }
     void setCaption(std::string_view caption);
     const std::string& tag() const noexcept { return tag_; }
-    void setTag(std::string_view tag);
+    void setTag(std::string_view tag) { tag_ = tag; }
     bool enabled() const noexcept { return enabled_; }
     void setEnabled(bool enabled);
 

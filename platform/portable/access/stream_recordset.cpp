@@ -52,10 +52,6 @@ void StreamRecordset::Close() {
     connection_.reset();
 }
 
-std::int32_t StreamRecordset::State() const {
-    return rows_ ? adStateOpen : adStateClosed;
-}
-
 bool StreamRecordset::Bof() const {
     openRows();
     return position_ == Position::Empty;
@@ -85,18 +81,9 @@ std::int32_t StreamRecordset::RecordCount() const {
     return -1;
 }
 
-std::int32_t StreamRecordset::AbsolutePosition() const {
-    openRows();
-    return -1;
-}
-
 void StreamRecordset::AbsolutePosition(std::int32_t) {
     openRows();
     raiseNotAvailable();
-}
-
-std::int32_t StreamRecordset::FieldCount() const {
-    return openRows().columnCount();
 }
 
 std::string StreamRecordset::FieldName(std::int32_t position) const {

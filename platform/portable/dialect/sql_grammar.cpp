@@ -42,6 +42,10 @@ SqlGrammar::SqlGrammar(std::string_view statement, const SqlSchema& schema) : sc
     } while (tokens_.back().kind != SqlTokenKind::End);
 }
 
+Translation translateStatement(std::string_view statement, const SqlSchema& schema) {
+    return SqlGrammar(statement, schema).translate();
+}
+
 Translation SqlGrammar::translate() {
     if (acceptWord("SELECT")) {
         select(SelectRole::Result);
@@ -90,14 +94,6 @@ bool SqlGrammar::acceptSymbol(std::string_view symbol) {
     return found;
 }
 
-void SqlGrammar::expectWord(std::string_view word) {
-    if (!acceptWord(word)) refuseToken();
-}
-
-void SqlGrammar::expectSymbol(std::string_view symbol) {
-    if (!acceptSymbol(symbol)) refuseToken();
-}
-
 std::string SqlGrammar::expectName() {
     if (!isName(peek())) refuseToken();
     return plainText(tokens_[at_++]);
@@ -113,22 +109,10 @@ int SqlGrammar::literalOf(std::size_t token) const {
     return static_cast<int>(found - literalTokens_.begin());
 }
 
-void SqlGrammar::put(std::string_view text) {
-    result_.sql += text;
-}
-
-std::size_t SqlGrammar::length() const {
-    return result_.sql.size();
-}
-
 void SqlGrammar::collate(const Operand& operand) {
     const std::string suffix = std::string(operand.simple ? "" : ")") + " COLLATE " + dealerCollation;
     result_.sql.insert(operand.finish, suffix);
     if (!operand.simple) result_.sql.insert(operand.start, "(");
-}
-
-void SqlGrammar::collateText(const Operand& operand) {
-    if (operand.isText()) collate(operand);
 }
 
 void SqlGrammar::meet(const Operand& value, ColumnType column, bool assigned) {

@@ -85,8 +85,12 @@ class SqlGrammar {
     static bool isName(const SqlToken& token);
     bool acceptWord(std::string_view word);
     bool acceptSymbol(std::string_view symbol);
-    void expectWord(std::string_view word);
-    void expectSymbol(std::string_view symbol);
+    void expectWord(std::string_view word) {
+        if (!acceptWord(word)) refuseToken();
+    }
+    void expectSymbol(std::string_view symbol) {
+        if (!acceptSymbol(symbol)) refuseToken();
+    }
     std::string expectName();
     /// At the end of the statement the server names the last word before it.
     [[noreturn]] void refuseToken() const;
@@ -94,11 +98,13 @@ class SqlGrammar {
 
     // --- the translated text
 
-    void put(std::string_view text);
-    std::size_t length() const;
+    void put(std::string_view text) { result_.sql += text; }
+    std::size_t length() const { return result_.sql.size(); }
     /// Makes the comparison or ordering that `operand` takes part in the server's own.
     void collate(const Operand& operand);
-    void collateText(const Operand& operand);
+    void collateText(const Operand& operand) {
+        if (operand.isText()) collate(operand);
+    }
     /// A literal that meets a column is read as that column's type.
     void meet(const Operand& value, ColumnType column, bool assigned);
     void meetEachOther(const Operand& left, const Operand& right);
@@ -163,7 +169,7 @@ class SqlGrammar {
     // --- statements that write (sql_writes.cpp)
 
     void whereClause();
-    void assign(const SqlColumn& column);
+    void assign(const SqlColumn& column) { meet(plainValue(), column.declaration.type, true); }
     void insertStatement();
     [[noreturn]] static void refuseValueCount();
     void updateStatement();

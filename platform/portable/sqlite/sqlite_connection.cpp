@@ -124,7 +124,7 @@ PreparedStatement& SqliteConnection::lookUp(std::string_view commandText,
     if (schema_.refresh(database_.get())) cache_.clear();
     own = prepareTranslated(commandText);
     if (!own->servesShape) return *own;
-    own->pieces = shapePieces(commandText);
+    own->model = {std::string(commandText), shape_.literals};
     return cache_.insert(shape_.key, std::move(own));
 }
 
@@ -168,7 +168,7 @@ ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std
     const bool wantsRecords = options == adOptionUnspecified || (options & adExecuteNoRecords) == 0;
     try {
         if (PreparedStatement* expected = cache_.expected();
-            expected && followShape(commandText, expected->pieces, shape_)) {
+            expected && followShape(commandText, expected->model, shape_)) {
             return runAsWritten(*expected, wantsRecords);
         }
         std::unique_ptr<PreparedStatement> own;

@@ -49,31 +49,22 @@ std::int32_t CallArguments::number(std::size_t position) const {
     throw RuntimeError(ErrorNumber::TypeMismatch);
 }
 
-void CallArguments::giveBack(std::size_t position, std::string_view text) const {
-    VARIANTARG* argument = &raw(position);
-    if (V_VT(argument) == (VT_BYREF | VT_VARIANT)) {
-        OwnedVariant replacement(text);
-        VariantClear(V_VARIANTREF(argument));
-        *V_VARIANTREF(argument) = replacement.detach();
-        return;
-    }
-    if (!(V_VT(argument) & VT_BYREF)) return;
-    if (V_VT(argument) != (VT_BYREF | VT_BSTR)) throw RuntimeError(ErrorNumber::TypeMismatch);
-    Bstr replacement(text);
-    std::swap(*V_BSTRREF(argument), *replacement.address());
-}
-
-void CallArguments::giveBack(std::size_t position, std::int16_t value) const {
+void CallArguments::giveBack(std::size_t position, const Variant& value) const {
     VARIANTARG& argument = raw(position);
-    if (V_VT(&argument) == (VT_BYREF | VT_VARIANT)) {
-        VARIANT& target = *V_VARIANTREF(&argument);
-        VariantClear(&target);
-        target = OwnedVariant(value).detach();
-        return;
-    }
     if (!(V_VT(&argument) & VT_BYREF)) return;
-    if (V_VT(&argument) != (VT_BYREF | VT_I2)) throw RuntimeError(ErrorNumber::TypeMismatch);
-    *V_I2REF(&argument) = value;
+    OwnedVariant given(value);
+    const VARTYPE type = V_VT(&given.raw());
+    if (V_VT(&argument) == (VT_BYREF | VT_VARIANT)) {
+        VariantClear(V_VARIANTREF(&argument));
+        *V_VARIANTREF(&argument) = given.detach();
+    } else if (V_VT(&argument) != (VT_BYREF | type)) {
+        throw RuntimeError(ErrorNumber::TypeMismatch);
+    } else if (type == VT_BSTR) {
+        SysFreeString(std::exchange(*V_BSTRREF(&argument), V_BSTR(&given.raw())));
+        given.detach();
+    } else {
+        *V_I2REF(&argument) = V_I2(&given.raw());
+    }
 }
 
 HRESULT identifiersOf(const MemberNames& members, LPOLESTR* names, UINT count, DISPID* identifiers) {

@@ -44,8 +44,7 @@ class CallArguments {
 
     /// Changes what the caller passed by reference, a text or a 16-bit integer; nothing happens where it was
     /// passed by value, 13 where it is of another type.
-    void giveBack(std::size_t position, std::string_view text) const;
-    void giveBack(std::size_t position, std::int16_t value) const;
+    void giveBack(std::size_t position, const Variant& value) const;
 
   private:
     DISPPARAMS& parameters_;

@@ -170,10 +170,6 @@ void WindowsDesktop::sendKeys(std::string_view keys, bool wait) {
     awaitingTab_ = false;
 }
 
-void WindowsDesktop::keyWorkedOff(WPARAM key) noexcept {
-    if (key == VK_TAB) awaitingTab_ = false;
-}
-
 void WindowsDesktop::pointer(PointerShape shape) {
     currentPointer = shape;
     if (!showPointer()) SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW)));
@@ -187,15 +183,6 @@ bool WindowsDesktop::showPointer() const {
     if (currentPointer != PointerShape::ArrowHourglass) return false;
     SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_APPSTARTING)));
     return true;
-}
-
-void WindowsDesktop::unloaded(Window&) {
-    // A run that is under way hides it at its next yield.
-    wake();
-}
-
-bool WindowsDesktop::uncovered(const WindowView& view) const noexcept {
-    return top() == &view;
 }
 
 MessageAnswer WindowsDesktop::showMessage(const Message& message) {
