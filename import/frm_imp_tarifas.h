@@ -8,10 +8,11 @@
 #include <vector>
 
 #include "fields/code_fields.h"
-#include "import/formato_tarifa.h"
 #include "platform/window.h"
 
 namespace pxtarvo {
+
+struct FormatoTarifa;
 
 class frmImpTarifas : public Window {
   public:
