@@ -30,12 +30,6 @@ VARIANTARG& CallArguments::raw(std::size_t position) const {
     return parameters_.rgvarg[count() - 1 - position];
 }
 
-bool CallArguments::isMissing(std::size_t position) const noexcept {
-    if (position >= count()) return true;
-    const VARIANTARG& argument = parameters_.rgvarg[count() - 1 - position];
-    return V_VT(&argument) == VT_ERROR && V_ERROR(&argument) == DISP_E_PARAMNOTFOUND;
-}
-
 std::string CallArguments::text(std::size_t position) const {
     const Variant argument = value(position);
     if (const auto* text = argument.get<std::string>()) return *text;

@@ -31,8 +31,6 @@ class CallArguments {
 
     /// The argument as it was handed over.
     VARIANTARG& raw(std::size_t position) const;
-    /// Whether an optional argument was left out.
-    bool isMissing(std::size_t position) const noexcept;
     /// Read through references; see toVariant().
     Variant value(std::size_t position) const { return toVariant(raw(position)); }
     /// A text argument; 13 for any other type.
