@@ -1,7 +1,5 @@
 #include "platform/controls.h"
 
-#include <algorithm>
-
 #include "platform/values/conversion.h"
 #include "platform/window.h"
 

@@ -1,7 +1,5 @@
 #include "platform/portable/access/stream_recordset.h"
 
-#include <utility>
-
 #include "platform/values/text.h"
 
 namespace pxtarvo::portable {

@@ -1,12 +1,10 @@
 #include "platform/portable/dialect/sql_grammar.h"
 
-#include <algorithm>
 #include <iterator>
 
 #include "platform/portable/dialect/sql_collation.h"
 #include "platform/portable/dialect/sql_errors.h"
 #include "platform/values/runtime_error.h"
-#include "platform/values/text.h"
 
 namespace pxtarvo::portable {
 
@@ -61,18 +59,6 @@ Translation SqlGrammar::translate() {
     acceptSymbol(";");
     if (peek().kind != SqlTokenKind::End) refuseToken();
     return std::move(result_);
-}
-
-const SqlToken& SqlGrammar::peek(std::size_t ahead) const {
-    return tokens_[std::min(at_ + ahead, tokens_.size() - 1)];
-}
-
-bool SqlGrammar::isWord(const SqlToken& token, std::string_view word) {
-    return token.kind == SqlTokenKind::Name && equalIgnoringAsciiCase(token.text, word);
-}
-
-bool SqlGrammar::isSymbol(const SqlToken& token, std::string_view symbol) {
-    return token.kind == SqlTokenKind::Symbol && token.text == symbol;
 }
 
 bool SqlGrammar::isName(const SqlToken& token) {

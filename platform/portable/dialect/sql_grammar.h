@@ -2,6 +2,7 @@
 
 // The grammar of the host server's dialect, read by recursive descent. Only the translator uses it.
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,6 +12,7 @@
 #include "platform/portable/dialect/sql_schema.h"
 #include "platform/portable/dialect/sql_tokens.h"
 #include "platform/portable/dialect/sql_translator.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::portable {
 
@@ -79,9 +81,15 @@ class SqlGrammar {
   private:
     // --- tokens
 
-    const SqlToken& peek(std::size_t ahead = 0) const;
-    static bool isWord(const SqlToken& token, std::string_view word);
-    static bool isSymbol(const SqlToken& token, std::string_view symbol);
+    const SqlToken& peek(std::size_t ahead = 0) const {
+        return tokens_[std::min(at_ + ahead, tokens_.size() - 1)];
+    }
+    static bool isWord(const SqlToken& token, std::string_view word) {
+        return token.kind == SqlTokenKind::Name && equalIgnoringAsciiCase(token.text, word);
+    }
+    static bool isSymbol(const SqlToken& token, std::string_view symbol) {
+        return token.kind == SqlTokenKind::Symbol && token.text == symbol;
+    }
     static bool isName(const SqlToken& token);
     bool acceptWord(std::string_view word);
     bool acceptSymbol(std::string_view symbol);

@@ -79,14 +79,6 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
     schema_.refresh(database);
 }
 
-void SqliteConnection::ConnectionString(std::string_view) {
-    throw RuntimeError(ErrorNumber::ObjectOpen);
-}
-
-void SqliteConnection::Open(std::string_view, std::string_view, std::int32_t) {
-    throw RuntimeError(ErrorNumber::ObjectOpen);
-}
-
 void SqliteConnection::readColumns(PreparedStatement& statement) const {
     sqlite3_stmt* const handle = statement.handle.get();
     const int count = sqlite3_column_count(handle);

@@ -93,10 +93,6 @@ Variant signedNumber(std::int64_t value) {
 
 Bstr::Bstr(std::string_view utf8) : text_(allocate(utf8)) {}
 
-std::string Bstr::utf8() const {
-    return utf8Of(text_);
-}
-
 std::string utf8Of(BSTR text) {
     const std::size_t length = SysStringLen(text);
     std::string bytes(length, '\0');

@@ -13,6 +13,9 @@
 
 namespace pxtarvo::windows {
 
+/// A null text is "".
+std::string utf8Of(BSTR text);
+
 class Bstr {
   public:
     Bstr() = default;
@@ -27,7 +30,7 @@ class Bstr {
     ~Bstr() { SysFreeString(text_); }
 
     BSTR get() const noexcept { return text_; }
-    std::string utf8() const;
+    std::string utf8() const { return utf8Of(text_); }
     /// Where a function leaves a text for the caller, or replaces the one held.
     BSTR* address() noexcept { return &text_; }
     BSTR detach() noexcept { return std::exchange(text_, nullptr); }
@@ -35,9 +38,6 @@ class Bstr {
   private:
     BSTR text_ = nullptr;
 };
-
-/// A null text is "".
-std::string utf8Of(BSTR text);
 
 /// A VARIANT and what it owns. By-reference ones refer to something that must outlive them.
 class OwnedVariant {

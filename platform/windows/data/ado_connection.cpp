@@ -6,10 +6,6 @@
 
 namespace pxtarvo::windows {
 
-ObjectRef<Connection> AdoConnection::create() {
-    return makeObject<AdoConnection>(Dispatch::create("ADODB.Connection"));
-}
-
 Reference<IDispatch> AdoConnection::objectOf(const ObjectRef<Connection>& connection) {
     if (!connection) return {};
     const auto* ours = dynamic_cast<const AdoConnection*>(connection.shared().get());

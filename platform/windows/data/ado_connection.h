@@ -12,8 +12,6 @@ class AdoConnection : public Connection {
   public:
     /// `connection` may be empty: every member then raises 91.
     explicit AdoConnection(Dispatch connection) : connection_(std::move(connection)) {}
-    /// A new, closed one; 429 where ADO is not installed.
-    static ObjectRef<Connection> create();
 
     /// The object behind any connection that this body made; empty for Nothing, 13 for a foreign one.
     static Reference<IDispatch> objectOf(const ObjectRef<Connection>& connection);

@@ -6,10 +6,6 @@
 
 namespace pxtarvo::windows {
 
-ObjectRef<Recordset> AdoRecordset::create() {
-    return makeObject<AdoRecordset>(Dispatch::create("ADODB.Recordset"));
-}
-
 void AdoRecordset::forgetFields() noexcept {
     byPosition_.clear();
     byName_.clear();

@@ -16,8 +16,6 @@ class AdoRecordset : public Recordset {
   public:
     /// `recordset` may be empty: every member then raises 91.
     explicit AdoRecordset(Dispatch recordset) : recordset_(std::move(recordset)) {}
-    /// A new, closed one; 429 where ADO is not installed.
-    static ObjectRef<Recordset> create();
 
     void Open(std::string_view source, const ObjectRef<Connection>& connection, std::int32_t cursorType,
               std::int32_t lockType, std::int32_t options) override;

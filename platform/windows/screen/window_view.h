@@ -3,10 +3,8 @@
 // The real window behind a Window: shows its controls, observes them, and passes on what the user does by the
 // rules of key preview and focus that hold in every message loop.
 
-#include <chrono>
 #include <exception>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "platform/window.h"
