@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "platform/values/variant.h"
 #include "platform/windows/automation/com_headers.h"
@@ -45,7 +46,9 @@ class OwnedVariant {
     OwnedVariant() noexcept { VariantInit(&value_); }
     /// The same value in the same type: 16-bit integers stay VT_I2, and so on.
     OwnedVariant(const Variant& value);
-    explicit OwnedVariant(std::int32_t value) : OwnedVariant(Variant(value)) {}  ///< a 0 would be a pointer
+    template <class Number>
+    requires std::is_arithmetic_v<Number>
+    explicit OwnedVariant(Number value) : OwnedVariant(Variant(value)) {}
     explicit OwnedVariant(std::string_view text);
     explicit OwnedVariant(const std::string& text) : OwnedVariant(std::string_view(text)) {}
     explicit OwnedVariant(Reference<IDispatch> object) noexcept;  ///< empty is Nothing
