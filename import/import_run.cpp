@@ -3,14 +3,11 @@
 #include "fields/window_texts.h"
 #include "import/run_texts.h"
 #include "platform/error_trap.h"
-#include "platform/values/conversion.h"
 #include "platform/values/date_text.h"
 #include "platform/values/number_text.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo {
-
-Corrida::Corrida(VistaImportacion ventana) : ventana_(std::move(ventana)) {}
 
 bool Corrida::abrirOrigen() {
     if (ventana_.msConectarOrigen()) return true;
@@ -45,7 +42,7 @@ std::string Corrida::textoError(const RuntimeError& error) const {
 
 void Corrida::retirarArticulos(std::string_view sCampoMarca, std::int32_t IdMarca) {
     consultar(joined({"UPDATE Art Set Art_Estado=1, Art_FechaEstado = '",
-                      dayMonthYear(ventana_.platform.clock().now()), "' WHERE Art_Estado =0 AND ",
+                      dayMonthYear(ventana_.platform().clock().now()), "' WHERE Art_Estado =0 AND ",
                       sCampoMarca, " = ", plainNumber(IdMarca)}));
 }
 
@@ -58,11 +55,7 @@ ObjectRef<Recordset> Corrida::buscarArticulo(std::string_view sColumna, std::str
 }
 
 void Corrida::agregarConstantes(EscrituraFila& escritura) {
-    escritura.agregar(Art::Rod, nCero)
-        .agregar(Art::Pas, nCero)
-        .agregar(Art::Mat, nCero)
-        .agregar(Art::TIPO, nUno)
-        .agregar(Art::Alma, nUno);
+    escritura.agregar({Art::Rod, Art::Pas, Art::Mat}, nCero).agregar({Art::TIPO, Art::Alma}, nUno);
 }
 
 std::int32_t Corrida::ultimoArticulo() {
@@ -72,7 +65,7 @@ std::int32_t Corrida::ultimoArticulo() {
 std::int32_t Corrida::buscarArtPro() {
     const ObjectRef<Recordset> rs =
         consultar(joined({"SELECT * FROM ArtPro WHERE ARP_Ida = ", plainNumber(IdArt_),
-                          " AND ARP_Idp = ", plainNumber(ventana_.campos.IdProveedor)}));
+                          " AND ARP_Idp = ", plainNumber(ventana_.campos().IdProveedor)}));
     return rs->RecordCount() > 0 ? toLong(rs->Fields(0), locale()) : 0;
 }
 
@@ -87,13 +80,9 @@ bool Corrida::escribirProveedor(const ObjectRef<HostDatabase>& bd, const FilaPro
         return true;
     }
     return escritura.agregar(ArtPro::Cop, fila.vCodigo)
-        .agregar(ArtPro::Idp, ventana_.campos.IdProveedor)
+        .agregar(ArtPro::Idp, ventana_.campos().IdProveedor)
         .agregar(ArtPro::Ida, IdArt_)
         .insertar(sMensaje_);
-}
-
-std::string Corrida::texto(const Variant& valor) const {
-    return joinedText(valor, locale());
 }
 
 }  // namespace pxtarvo
