@@ -21,9 +21,9 @@ void ImportacionCodigosBarras::ejecutar() {
         return !trimBlanks(texto(vCodigo)).empty();
     };
     const auto error = trapped([&] {
-        if (ventana_.campos().IdMarca > 0) retirarArticulos(Art::Mar.sNombre, ventana_.campos().IdMarca);
-        aplicacion = ventana_.platform().createSpreadsheet();
-        libro = aplicacion->OpenWorkbook(ventana_.rutaFichero());
+        if (ventana_.campos.IdMarca > 0) retirarArticulos(Art::Mar.sNombre, ventana_.campos.IdMarca);
+        aplicacion = ventana_.platform.createSpreadsheet();
+        libro = aplicacion->OpenWorkbook(ventana_.Fichero.text());
         ventana_.ProgressBar1.setMinimum(0);
         ventana_.ProgressBar1.setMaximum(libro->SheetCount());  // the sheets, not the rows; it never advances
         ventana_.ProgressBar1.setVisible(true);
@@ -45,7 +45,7 @@ void ImportacionCodigosBarras::importarFila(const Worksheet& hoja) {
     std::string sCodigo = celda(columnasCodigosBarras.nCodigo);
     const std::string sDescripcion = replaced(trimBlanks(celda(columnasCodigosBarras.nDescripcion)), "'", "");
     const std::string sCodigoBarras(trimBlanks(celda(columnasCodigosBarras.nCodigoBarras)));
-    ventana_.platform().desktop().doEvents();
+    ventana_.platform.desktop().doEvents();
     mostrarProgreso(sCodigo);
 
     // A known barcode leaves the article of the row before in place.
@@ -60,7 +60,7 @@ void ImportacionCodigosBarras::importarFila(const Worksheet& hoja) {
         escritura.agregar(Art::Cod, sCodigo)
             .agregar(Art::Des, sDescripcion)
             .agregar(Art::barCode, sCodigoBarras)
-            .agregar(Art::Mar, ventana_.campos().IdMarca)
+            .agregar(Art::Mar, ventana_.campos.IdMarca)
             .agregar(Art::PVE, nCero)
             .agregar(Art::Estado, nCero)
             .agregarFechaServidor(Art::FechaEstado)

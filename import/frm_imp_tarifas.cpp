@@ -162,22 +162,34 @@ void frmImpTarifas::XPButton4_Click() {
 
 bool frmImpTarifas::msConectarOrigen() {
     cnOrigen = platform().createConnection();
-    cnOrigen->ConnectionString("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + rutaFichero() +
+    cnOrigen->ConnectionString("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + Text1[campoFichero].text() +
                                ";Persist Security Info=False");
     cnOrigen->Open("", "", adOptionUnspecified);
     return cnOrigen->State() != adStateClosed;
 }
 
 void frmImpTarifas::msImportarTarifaMdb() {
-    Importacion2006(*this).ejecutar();
+    Importacion2006(vista()).ejecutar();
 }
 
 void frmImpTarifas::msImportarTarifa(const FormatoTarifa& formato) {
-    ImportacionTarifa(*this, formato).ejecutar();
+    ImportacionTarifa(vista(), formato).ejecutar();
 }
 
 void frmImpTarifas::msImportarCodigoBarras() {
-    ImportacionCodigosBarras(*this).ejecutar();
+    ImportacionCodigosBarras(vista()).ejecutar();
+}
+
+VistaImportacion frmImpTarifas::vista() {
+    return {.platform = platform(),
+            .campos = campos_,
+            .Combo1 = Combo1,
+            .Fichero = Text1[campoFichero],
+            .Label2 = Label2,
+            .ProgressBar1 = ProgressBar1,
+            .cnOrigen = cnOrigen,
+            .msConectarOrigen = [this] { return msConectarOrigen(); },
+            .Unload = [this] { Unload(); }};
 }
 
 }  // namespace pxtarvo

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "fields/code_fields.h"
+#include "import/import_view.h"
 #include "platform/window.h"
 
 namespace pxtarvo {
@@ -38,16 +39,6 @@ class frmImpTarifas : public Window {
     Label Label3;          ///< describes the code correction
     PushButton XPButton3;  ///< code correction
 
-    // For the runs of the lists, which read what stands in the window then: the user may change it whenever a
-    // run yields.
-
-    const CamposCodigo& campos() const noexcept { return campos_; }
-    const std::string& rutaFichero() const { return Text1[0].text(); }
-    /// Opens cnOrigen on the file named in Text1(0), always as a Jet database; the connection before it is
-    /// dropped. The provider's error leaves as it is.
-    bool msConectarOrigen();
-    ObjectRef<Connection> cnOrigen;
-
   protected:
     void Form_Load() override;
 
@@ -68,6 +59,10 @@ class frmImpTarifas : public Window {
     void XPButton3_Click();
     void XPButton4_Click();
 
+    /// Opens cnOrigen on the file named in Text1(0), always as a Jet database; the connection before it is
+    /// dropped. The provider's error leaves as it is.
+    bool msConectarOrigen();
+
     void msImportarTarifaMdb();
     void msImportarTarifa2007();
     void msImportarTarifa2008();
@@ -76,7 +71,10 @@ class frmImpTarifas : public Window {
     void msImportarTarifa(const FormatoTarifa& formato);
     void msImportarCodigoBarras();
 
+    VistaImportacion vista();
+
     CamposCodigo campos_;
+    ObjectRef<Connection> cnOrigen;
 };
 
 }  // namespace pxtarvo

@@ -9,6 +9,8 @@
 
 namespace pxtarvo {
 
+Corrida::Corrida(VistaImportacion ventana) : ventana_(std::move(ventana)) {}
+
 bool Corrida::abrirOrigen() {
     if (ventana_.msConectarOrigen()) return true;
     avisar("Error en la conexion con origen datos ");  // no error is pending that could describe it
@@ -42,7 +44,7 @@ std::string Corrida::textoError(const RuntimeError& error) const {
 
 void Corrida::retirarArticulos(std::string_view sCampoMarca, std::int32_t IdMarca) {
     consultar(joined({"UPDATE Art Set Art_Estado=1, Art_FechaEstado = '",
-                      dayMonthYear(ventana_.platform().clock().now()), "' WHERE Art_Estado =0 AND ",
+                      dayMonthYear(ventana_.platform.clock().now()), "' WHERE Art_Estado =0 AND ",
                       sCampoMarca, " = ", plainNumber(IdMarca)}));
 }
 
@@ -65,7 +67,7 @@ std::int32_t Corrida::ultimoArticulo() {
 std::int32_t Corrida::buscarArtPro() {
     const ObjectRef<Recordset> rs =
         consultar(joined({"SELECT * FROM ArtPro WHERE ARP_Ida = ", plainNumber(IdArt_),
-                          " AND ARP_Idp = ", plainNumber(ventana_.campos().IdProveedor)}));
+                          " AND ARP_Idp = ", plainNumber(ventana_.campos.IdProveedor)}));
     return rs->RecordCount() > 0 ? toLong(rs->Fields(0), locale()) : 0;
 }
 
@@ -80,7 +82,7 @@ bool Corrida::escribirProveedor(const ObjectRef<HostDatabase>& bd, const FilaPro
         return true;
     }
     return escritura.agregar(ArtPro::Cop, fila.vCodigo)
-        .agregar(ArtPro::Idp, ventana_.campos().IdProveedor)
+        .agregar(ArtPro::Idp, ventana_.campos.IdProveedor)
         .agregar(ArtPro::Ida, IdArt_)
         .insertar(sMensaje_);
 }

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "host/row_write.h"
-#include "import/frm_imp_tarifas.h"
+#include "import/import_view.h"
 #include "platform/values/conversion.h"
 
 namespace pxtarvo {
@@ -16,7 +16,7 @@ namespace pxtarvo {
 /// One import of a list. None of the steps traps an error where nothing else is said.
 class Corrida {
   public:
-    explicit Corrida(frmImpTarifas& ventana) : ventana_(ventana) {}
+    explicit Corrida(VistaImportacion ventana);
 
   protected:
     ~Corrida() = default;
@@ -59,10 +59,10 @@ class Corrida {
     bool escribirProveedor(const ObjectRef<HostDatabase>& bd, const FilaProveedor& fila,
                            std::int32_t IdArtPro);
 
-    const Locale& locale() const { return ventana_.platform().locale(); }
+    const Locale& locale() const { return ventana_.platform.locale(); }
     std::string texto(const Variant& valor) const { return joinedText(valor, locale()); }
 
-    frmImpTarifas& ventana_;
+    VistaImportacion ventana_;
     double nFila_ = 0;        ///< 1-based; 0 before the first row
     std::int32_t IdArt_ = 0;  ///< the row's article, 0 while it is not known to exist
     std::string sMensaje_;    ///< what the host left at the last insertion; the next one hands it over

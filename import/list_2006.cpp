@@ -15,7 +15,7 @@ constexpr std::int16_t nDecimales = 2;
 
 void Importacion2006::ejecutar() {
     if (!abrirOrigen()) return;
-    const ObjectRef<Recordset> rsOrigen = ventana_.platform().createRecordset();
+    const ObjectRef<Recordset> rsOrigen = ventana_.platform.createRecordset();
     consultarOrigen(*rsOrigen, joined({"SELECT * FROM ", sTabla2006}));
     rsOrigen->MoveFirst();
 
@@ -28,7 +28,7 @@ void Importacion2006::ejecutar() {
 }
 
 void Importacion2006::importarFila(const Recordset& rsOrigen) {
-    ventana_.platform().desktop().doEvents();
+    ventana_.platform.desktop().doEvents();
     nFila_ += 1;
     const Variant vCodigoLista = rsOrigen.Fields(columnas2006.nCodigo);
     mostrarProgreso(texto(vCodigoLista));
@@ -45,8 +45,8 @@ void Importacion2006::importarFila(const Recordset& rsOrigen) {
         nDescuento_ = porcentajeDescuento(texto(trimmed(rsOrigen.Fields(columnas2006.nGrupo), locale())));
     }
     const double nPrecio = toDouble(rsOrigen.Fields(columnas2006.nPrecio), locale());
-    const double nImporte = ventana_.campos().oAyuda->Redondear(nPrecio / 100 * nDescuento_, nDecimales);
-    const double nCoste = ventana_.campos().oAyuda->Redondear(nPrecio - nImporte, nDecimales);
+    const double nImporte = ventana_.campos.oAyuda->Redondear(nPrecio / 100 * nDescuento_, nDecimales);
+    const double nCoste = ventana_.campos.oAyuda->Redondear(nPrecio - nImporte, nDecimales);
 
     const ObjectRef<HostDatabase> bd = MyBd();  // one reference for the row's two writes
     EscrituraFila escritura(bd, Art::tabla);

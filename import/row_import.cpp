@@ -24,8 +24,8 @@ struct ImportacionTarifa::Fila {
     double nPVE = 0;     ///< selling price to write
 };
 
-ImportacionTarifa::ImportacionTarifa(frmImpTarifas& ventana, const FormatoTarifa& formato)
-    : Corrida(ventana), formato_(formato) {}
+ImportacionTarifa::ImportacionTarifa(VistaImportacion ventana, const FormatoTarifa& formato)
+    : Corrida(std::move(ventana)), formato_(formato) {}
 
 void ImportacionTarifa::avisarTabla() {
     if (formato_.bAvisoTabla) avisar("stabla " + std::string(formato_.sTabla));
@@ -33,7 +33,7 @@ void ImportacionTarifa::avisarTabla() {
 
 void ImportacionTarifa::ejecutar() {
     if (!abrirOrigen()) return;
-    const ObjectRef<Recordset> rsOrigen = ventana_.platform().createRecordset();
+    const ObjectRef<Recordset> rsOrigen = ventana_.platform.createRecordset();
     const std::string sTabla(formato_.sTabla);
     std::int32_t nFilas = 0;
     if (formato_.bContarFilas) {
@@ -61,7 +61,7 @@ void ImportacionTarifa::ejecutar() {
 }
 
 void ImportacionTarifa::importarFila(const Recordset& rsOrigen) {
-    ventana_.platform().desktop().doEvents();
+    ventana_.platform.desktop().doEvents();
     nFila_ += 1;
     const Variant vCodigoLista = rsOrigen.Fields(columnasTarifa.nCodigo);
     mostrarProgreso(texto(vCodigoLista));
@@ -109,7 +109,7 @@ void ImportacionTarifa::escribirArticulo(const Fila& fila, const ObjectRef<HostD
         escritura.agregarFechaServidor(Art::FechaEstado);
     }
     if (formato_.bEscribirCal) escritura.agregar(Art::Cal, nCal);
-    if (formato_.bMarcaSeleccionada) escritura.agregar(formato_.marca, ventana_.campos().IdMarca);
+    if (formato_.bMarcaSeleccionada) escritura.agregar(formato_.marca, ventana_.campos.IdMarca);
     if (IdArt_ != 0) {
         escritura.actualizar(condicion(Art::Id, IdArt_));
         return;

@@ -25,7 +25,7 @@ struct FormatoTarifa {
 class ImportacionTarifa : private Corrida {
   public:
     /// The layout must outlive the run.
-    ImportacionTarifa(frmImpTarifas& ventana, const FormatoTarifa& formato);
+    ImportacionTarifa(VistaImportacion ventana, const FormatoTarifa& formato);
 
     /// Imports the list into the article tables, in one transaction on the host's connection, and closes the
     /// window. Errors before the transaction begins leave as they are; a later one rolls everything back and
