@@ -30,7 +30,7 @@ add_room(dealer devhost/dealer PUBLIC sqlite platform values PRIVATE library dia
 target_compile_definitions(dealer PRIVATE PXTARVO_SAMPLE_LIST="${PROJECT_SOURCE_DIR}/samples/TARIFA2012.MDB")
 add_room(devhost devhost PUBLIC record library plugin portable sqlite platform PRIVATE dealer import
          nlohmann_json::nlohmann_json)
-add_room(tests_common tests/common PUBLIC access files platform values)
+add_room(tests_common tests/common PUBLIC access files sqlite platform values)
 
 if(NOT PXTARVO_WINE)  # of the command line alone
     find_package(Threads REQUIRED)
