@@ -17,13 +17,6 @@ struct EndIteration {
 
 }  // namespace
 
-std::string_view ChangedValue::text() const noexcept {
-    if (isNull()) return {};
-    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value_));
-    return text ? std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value_)))
-                : std::string_view();
-}
-
 KeptChange::KeptChange(sqlite3_changeset_iter* row) : row_(row) {
     const char* table = nullptr;
     int operation = 0;
@@ -43,23 +36,19 @@ KeptChange::KeptChange(sqlite3_changeset_iter* row) : row_(row) {
     if (found > 1) key_ = -1;
 }
 
-ChangedValue KeptChange::before(int column) const {
+RowValue KeptChange::before(int column) const {
     sqlite3_value* value = nullptr;
     if (kind_ != ChangeKind::Inserted && sqlite3changeset_old(row_, column, &value) != SQLITE_OK)
         raiseDamaged();
-    return ChangedValue(value);
-}
-
-ChangedValue KeptChange::after(int column) const {
-    sqlite3_value* value = nullptr;
-    if (kind_ != ChangeKind::Deleted && sqlite3changeset_new(row_, column, &value) != SQLITE_OK)
-        raiseDamaged();
-    return ChangedValue(value);
+    return RowValue(value);
 }
 
 std::int64_t KeptChange::keyValue() const {
     if (key_ < 0) return 0;
-    return (kind_ == ChangeKind::Inserted ? after(key_) : before(key_)).whole();
+    if (kind_ != ChangeKind::Inserted) return before(key_).whole();
+    sqlite3_value* value = nullptr;
+    if (sqlite3changeset_new(row_, key_, &value) != SQLITE_OK) raiseDamaged();
+    return RowValue(value).whole();
 }
 
 void forEachChange(std::string_view changes, const std::function<void(const KeptChange&)>& visit) {

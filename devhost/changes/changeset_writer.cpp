@@ -42,7 +42,7 @@ void appendValue(std::string& bytes, const RowValue& value) {
             appendBigEndian(bytes, std::bit_cast<std::uint64_t>(value.number()));
             break;
         default: {
-            const std::string_view text = value.text();
+            const std::string_view text = value.bytes();
             appendVarint(bytes, text.size());
             bytes += text;
         }

@@ -14,9 +14,8 @@ namespace pxtarvo::devhost {
 
 namespace {
 
-std::string shown(sqlite3_value* value) {
-    const ChangedValue changed(value);
-    return changed.isNull() ? "Null" : joined({"'", changed.text(), "'"});
+std::string shown(const RowValue& value) {
+    return value.isNull() ? "Null" : joined({"'", value.text(), "'"});
 }
 
 /// Applies the inverted changes and gathers what does not fit.
@@ -96,11 +95,11 @@ class Undoing {
                                const TableColumns& columns, std::string& line) {
         std::string_view separator = ": ";
         for (int column = 0; column < row.columnCount(); ++column) {
-            const ChangedValue left = row.before(column);  // the inverted change's
+            const RowValue left = row.before(column);  // the inverted change's
             sqlite3_value* found = nullptr;
             if (!left.known() || sqlite3changeset_conflict(iterator, column, &found) != SQLITE_OK) continue;
-            const std::string was = shown(left.raw());
-            const std::string is = shown(found);
+            const std::string was = shown(left);
+            const std::string is = shown(RowValue(found));
             if (was == is) continue;
             line.append(separator).append(columns.names().at(static_cast<std::size_t>(column)));
             line.append(" is ").append(is).append(", the run left ").append(was);

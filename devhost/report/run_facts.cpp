@@ -29,7 +29,7 @@ void nameArticles(std::vector<Fact>& facts, sqlite3* connection) {
     for (Fact& fact : facts) {
         sqlite3_reset(query.get());
         sqlite3_bind_int64(query.get(), 1, fact.article);
-        if (portable::step(query.get())) fact.code = RowValue(query.get(), 0).text();
+        if (portable::step(query.get())) fact.code = RowValue(sqlite3_column_value(query.get(), 0)).text();
     }
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "devhost/record/forwarding_connection.h"
 #include "platform/portable/access/row_source.h"
 #include "platform/portable/access/stream_recordset.h"
 #include "platform/portable/portable_platform.h"
@@ -51,22 +52,10 @@ class WatchedRows : public RowStream {
     std::shared_ptr<WatchedList> list_;
 };
 
-class WatchedSource : public Connection, public RowSource {
+class WatchedSource : public ForwardingConnection, public RowSource {
   public:
     WatchedSource(std::shared_ptr<WatchedList> list, ObjectRef<Connection> connection)
-        : list_(std::move(list)), connection_(std::move(connection)) {}
-
-    void ConnectionString(std::string_view value) override { connection_->ConnectionString(value); }
-    void Open(std::string_view userId, std::string_view password, std::int32_t options) override {
-        connection_->Open(userId, password, options);
-    }
-    std::int32_t State() const override { return connection_->State(); }
-    ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) override {
-        return connection_->Execute(commandText, options);
-    }
-    void BeginTrans() override { connection_->BeginTrans(); }
-    void CommitTrans() override { connection_->CommitTrans(); }
-    void RollbackTrans() override { connection_->RollbackTrans(); }
+        : ForwardingConnection(std::move(connection)), list_(std::move(list)) {}
 
     std::unique_ptr<RowStream> openRows(std::string_view statement) override {
         auto& source = dynamic_cast<RowSource&>(*connection_.shared());
@@ -85,7 +74,6 @@ class WatchedSource : public Connection, public RowSource {
 
   private:
     std::shared_ptr<WatchedList> list_;
-    ObjectRef<Connection> connection_;
 };
 
 }  // namespace
