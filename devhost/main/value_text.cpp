@@ -14,6 +14,8 @@ template <class... Functions>
 struct Overloaded : Functions... {
     using Functions::operator()...;
 };
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
 
 constexpr std::string_view point = ".";
 

@@ -231,7 +231,8 @@ TEST(JetConnection, EndsInRowsOrAnErrorWhateverItsDefinitionsSay) {
     const tests::TemporaryFolder folder;
     for (const auto& [file, definition, statement] : cases) {
         const std::string whole = tests::bytesOf(tests::sample(file));
-        const auto readWith = [&](std::size_t offset, std::size_t value, std::size_t width) {
+        const auto readWith = [&, &file = file, &definition = definition, &statement = statement](
+                                  std::size_t offset, std::size_t value, std::size_t width) {
             std::string bytes = whole;
             put(bytes, definition + offset, value, width);
             const std::string path = folder.write("list.mdb", bytes);
@@ -342,7 +343,7 @@ TEST(JetConnection, ReadsConnectionStringsAsOleDbDoes) {
     };
     for (const auto& [text, number] : cases) {
         const auto connection = makeObject<JetConnection>(DrivePaths());
-        EXPECT_EQ(tests::errorOf([&] {
+        EXPECT_EQ(tests::errorOf([&, &text = text] {
                       connection->ConnectionString(text);
                       connection->Open("", "", adOptionUnspecified);
                   }),
