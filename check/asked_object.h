@@ -2,10 +2,7 @@
 
 // An object of the host under check: called as the plug-in calls it, and what goes wrong becomes a finding.
 
-#include <cstdint>
 #include <initializer_list>
-#include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 
@@ -17,6 +14,15 @@ namespace pxtarvo::check {
 
 /// A call that could not be made; its finding is written already.
 struct NotAnswered {};
+
+/// Runs `body`; a call in it that fails has been told.
+template <class Body>
+void attempt(const Body& body) {
+    try {
+        body();
+    } catch (const NotAnswered&) {
+    }
+}
 
 class AskedObject {
   public:
@@ -40,6 +46,15 @@ class AskedObject {
             tell(name, arguments, error);
             throw NotAnswered{};
         }
+    }
+    /// A property, read by one of Dispatch's members.
+    template <class Read>
+    auto read(std::u16string_view name, Read reading) const {
+        return ask(name, "", [&](const windows::Dispatch& object) { return (object.*reading)(name); });
+    }
+    /// A method without arguments.
+    void run(std::u16string_view name) const {
+        ask(name, "", [&](const windows::Dispatch& object) { object.run(name); });
     }
     /// The object that a member answers with; a fault and NotAnswered for Nothing and for what is none.
     template <class... Arguments>

@@ -1,6 +1,7 @@
-#include "check/context_check.h"
+#include <optional>
 
-#include <functional>
+#include "check/asked_object.h"
+#include "check/host_check.h"
 
 #include "host/tables.h"
 #include "platform/database.h"
@@ -24,14 +25,6 @@ constexpr double trialPrice = 12.5;
 constexpr double changedPrice = 7.25;
 constexpr std::string_view untouched = "(sin tocar)";
 
-/// Runs `body`; a call in it that fails has been told.
-void attempt(const std::function<void()>& body) {
-    try {
-        body();
-    } catch (const NotAnswered&) {
-    }
-}
-
 struct Cell {
     std::string_view column;
     Tipo kind;
@@ -43,40 +36,32 @@ Cell cell(const Columna& column, Variant value) {
     return {column.sNombre, column.nTipo, std::move(value)};
 }
 
-/// The host's connection, asked as the plug-in asks it.
-class AskedConnection {
-  public:
-    explicit AskedConnection(AskedObject connection) : connection_(std::move(connection)) {}
+/// Runs a statement on the host's connection as the plug-in does.
+AskedObject execute(const AskedObject& connection, std::string_view statement) {
+    return connection.child(u"Execute", "Recordset", "texto, omitido, Long -1", OwnedVariant(statement),
+                            OwnedVariant::missing(), OwnedVariant(adOptionUnspecified));
+}
 
-    const AskedObject& object() const noexcept { return connection_; }
-    void run(std::u16string_view member) const {
-        connection_.ask(member, "", [&](const Dispatch& object) { object.run(member); });
-    }
-    AskedObject execute(std::string_view statement) const {
-        return connection_.child(u"Execute", "Recordset", "texto, omitido, Long -1", OwnedVariant(statement),
-                                 OwnedVariant::missing(), OwnedVariant(adOptionUnspecified));
-    }
-    /// The first row's columns of these names; none where there is no row.
-    std::optional<std::vector<Variant>> row(std::string_view statement,
-                                            std::initializer_list<std::string_view> columns) const {
-        const AskedObject rows = execute(statement);
-        std::optional<std::vector<Variant>> found;
-        if (!rows.ask(u"EOF", "", [](const Dispatch& object) { return object.truth(u"EOF"); })) {
-            found.emplace();
-            const AskedObject fields = rows.child(u"Fields", "Fields", "");
-            for (const std::string_view column : columns) {
-                const AskedObject field = fields.child(u"Item", "Field", "texto", OwnedVariant(column));
-                found->push_back(
-                    field.ask(u"Value", "", [](const Dispatch& object) { return object.value(u"Value"); }));
-            }
+AskedObject firstField(const AskedObject& fields) {
+    return fields.child(u"Item", "Field", "Long 0", OwnedVariant(std::int32_t{0}));
+}
+
+/// The first row's columns of these names; none where there is no row.
+std::optional<std::vector<Variant>> rowOf(const AskedObject& connection, std::string_view statement,
+                                          std::initializer_list<std::string_view> columns) {
+    const AskedObject rows = execute(connection, statement);
+    std::optional<std::vector<Variant>> found;
+    if (!rows.read(u"EOF", &Dispatch::truth)) {
+        found.emplace();
+        const AskedObject fields = rows.child(u"Fields", "Fields", "");
+        for (const std::string_view column : columns) {
+            const AskedObject field = fields.child(u"Item", "Field", "texto", OwnedVariant(column));
+            found->push_back(field.read(u"Value", &Dispatch::value));
         }
-        rows.ask(u"Close", "", [](const Dispatch& object) { object.run(u"Close"); });
-        return found;
     }
-
-  private:
-    AskedObject connection_;
-};
+    rows.run(u"Close");
+    return found;
+}
 
 /// What the trial article's row holds.
 struct TrialRow {
@@ -88,13 +73,13 @@ struct TrialRow {
 
 class ContextCheck {
   public:
-    ContextCheck(AskedObject context, AskedConnection connection)
+    ContextCheck(AskedObject context, AskedObject connection)
         : context_(std::move(context)), connection_(std::move(connection)) {}
 
     void run() {
         attempt([&] { askQuestions(); });
         // Nothing is written that could not be undone.
-        if (!connection_.object().object().has(u"RollbackTrans")) return;
+        if (!connection_.object().has(u"RollbackTrans")) return;
         try {
             connection_.run(u"BeginTrans");
         } catch (const NotAnswered&) {
@@ -109,23 +94,23 @@ class ContextCheck {
 
   private:
     void fault(std::u16string_view member, std::string_view text) const { context_.fault(member, text); }
+    void faultOf(std::string_view what, std::string_view text) const {
+        context_.findings().fault(what, text);
+    }
 
     void askQuestions() {
-        const AskedObject rows = connection_.execute("SELECT MAX(Art_Id) FROM Art");
+        const AskedObject rows = execute(connection_, "SELECT MAX(Art_Id) FROM Art");
         rows.expectMembers({u"Fields", u"EOF", u"BOF", u"RecordCount", u"AbsolutePosition", u"State",
                             u"MoveFirst", u"MoveNext", u"Close", u"Clone"});
-        const std::int32_t count = rows.ask(
-            u"RecordCount", "", [](const Dispatch& object) { return object.number(u"RecordCount"); });
-        if (count < 0) {
+        if (rows.read(u"RecordCount", &Dispatch::number) < 0) {
             context_.findings().advice(
                 "Connection.CursorLocation",
                 "los cursores son del servidor; con adUseClient las búsquedas ocupan la mitad");
         }
         const AskedObject fields = rows.child(u"Fields", "Fields", "");
         fields.expectMembers({u"Item", u"Count"});
-        fields.child(u"Item", "Field", "Long 0", OwnedVariant(std::int32_t{0}))
-            .expectMembers({u"Name", u"Value"});
-        rows.ask(u"Close", "", [](const Dispatch& object) { object.run(u"Close"); });
+        firstField(fields).expectMembers({u"Name", u"Value"});
+        rows.run(u"Close");
     }
 
     // --- Writing, as the plug-in writes
@@ -195,17 +180,17 @@ class ContextCheck {
         return accepted(u"Insertar", "", "un artículo nuevo");
     }
     std::optional<TrialRow> trialRow() const {
-        const auto row = connection_.row(joined({"SELECT * FROM Art WHERE Art_Cod = '", trialCode, "'"}),
-                                         {"Art_Id", "Art_Des", "art_Pve", "Art_FechaEstado"});
+        const auto row = rowOf(connection_, joined({"SELECT * FROM Art WHERE Art_Cod = '", trialCode, "'"}),
+                               {"Art_Id", "Art_Des", "art_Pve", "Art_FechaEstado"});
         if (!row) return {};
         const Locale& locale = spanishLocale();
         return TrialRow{toLong(row->at(0), locale), joinedText(row->at(1), locale),
                         toDouble(row->at(2), locale), row->at(3)};
     }
     bool isFound(std::string_view condition) const {
-        return connection_
-            .row(joined({"SELECT Art_Id FROM ART WHERE ART_COD = '", trialCode, "' AND ", condition}),
-                 {"Art_Id"})
+        return rowOf(connection_,
+                     joined({"SELECT Art_Id FROM ART WHERE ART_COD = '", trialCode, "' AND ", condition}),
+                     {"Art_Id"})
             .has_value();
     }
 
@@ -231,42 +216,36 @@ class ContextCheck {
     }
 
     void examine(const TrialRow& trial) const {
-        const auto newest = connection_.row("SELECT MAX(Art_Id) AS Ultimo FROM Art", {"Ultimo"});
+        const auto newest = rowOf(connection_, "SELECT MAX(Art_Id) AS Ultimo FROM Art", {"Ultimo"});
         if (!newest || toLong(newest->at(0), spanishLocale()) != trial.identifier) {
             fault(u"Insertar", "Art_Id del artículo nuevo no es el mayor de la tabla");
         }
-        const AskedObject rows = connection_.execute("SELECT * FROM Art WHERE Art_Cod = ''");
-        const AskedObject first = rows.child(u"Fields", "Fields", "")
-                                      .child(u"Item", "Field", "Long 0", OwnedVariant(std::int32_t{0}));
+        const AskedObject rows = execute(connection_, "SELECT * FROM Art WHERE Art_Cod = ''");
         const std::string name =
-            first.ask(u"Name", "", [](const Dispatch& object) { return object.text(u"Name"); });
-        rows.ask(u"Close", "", [](const Dispatch& object) { object.run(u"Close"); });
+            firstField(rows.child(u"Fields", "Fields", "")).read(u"Name", &Dispatch::text);
+        rows.run(u"Close");
         if (!equalIgnoringAsciiCase(name, "Art_Id")) {
-            context_.findings().fault("Art", "la primera columna debe ser Art_Id y es " + name);
+            faultOf("Art", "la primera columna debe ser Art_Id y es " + name);
         }
         if (trial.text != trialText) {
-            context_.findings().fault("HostFieldList.Agregar",
-                                      "el tipo 3 (texto) no guarda el texto tal cual: " + trial.text);
+            faultOf("HostFieldList.Agregar", "el tipo 3 (texto) no guarda el texto tal cual: " + trial.text);
         }
         if (trial.price != trialPrice) {
-            context_.findings().fault("HostFieldList.Agregar",
-                                      "el tipo 2 (decimal) guarda otro número que 12,5");
+            faultOf("HostFieldList.Agregar", "el tipo 2 (decimal) guarda otro número que 12,5");
         }
         const bool date =
             isDate(trial.date, spanishLocale()) && dayMonthYear(trial.date, spanishLocale()) == "03/04/2001";
         if (!date) {
-            context_.findings().fault("HostFieldList.Agregar",
-                                      "el tipo 4 (fecha DD/MM/YYYY) no guarda 03/04/2001 como 3 de abril: " +
-                                          joinedText(trial.date, spanishLocale()));
+            faultOf("HostFieldList.Agregar",
+                    "el tipo 4 (fecha DD/MM/YYYY) no guarda 03/04/2001 como 3 de abril: " +
+                        joinedText(trial.date, spanishLocale()));
         } else if (!isFound("Art_FechaEstado<='03/04/2001 23:59:59'") ||
                    isFound("Art_FechaEstado<='04/03/2001 23:59:59'")) {
-            context_.findings().fault("HostDatabase.Conexion",
-                                      "no lee las fechas con el día primero (SET DATEFORMAT dmy)");
+            faultOf("HostDatabase.Conexion", "no lee las fechas con el día primero (SET DATEFORMAT dmy)");
         }
-        if (!connection_.row("SELECT Art_Id FROM Art WHERE Art_Cod = 'pxtarvo-prueba'", {"Art_Id"})) {
-            context_.findings().fault(
-                "HostDatabase.Conexion",
-                "distingue mayúsculas al comparar textos (la intercalación debe ser _CI_)");
+        if (!rowOf(connection_, "SELECT Art_Id FROM Art WHERE Art_Cod = 'pxtarvo-prueba'", {"Art_Id"})) {
+            faultOf("HostDatabase.Conexion",
+                    "distingue mayúsculas al comparar textos (la intercalación debe ser _CI_)");
         }
     }
 
@@ -292,8 +271,8 @@ class ContextCheck {
         end(u"Ejecutar", condition);
         const auto dated = trialRow();
         if (!dated || dated->date == trial.date || !isDate(dated->date, spanishLocale())) {
-            context_.findings().fault("HostFieldList.Agregar",
-                                      "el tipo 6 (expresión) no pone Getdate() en la sentencia tal cual");
+            faultOf("HostFieldList.Agregar",
+                    "el tipo 6 (expresión) no pone Getdate() en la sentencia tal cual");
         }
     }
 
@@ -339,12 +318,11 @@ class ContextCheck {
     }
 
     AskedObject context_;
-    AskedConnection connection_;
+    AskedObject connection_;
 };
 
 void askParameters(const AskedObject& context) {
-    const Dispatch parameters =
-        context.ask(u"Parametros", "", [](const Dispatch& object) { return object.object(u"Parametros"); });
+    const Dispatch parameters = context.read(u"Parametros", &Dispatch::object<>);
     if (!parameters) {
         context.findings().advice("HostDatabase.Parametros", "devuelve Nothing");
     } else {
@@ -373,12 +351,10 @@ Dispatch checkContext(const Dispatch& object, Findings& findings) {
             AskedObject asked = context.child(u"Conexion", "Connection", "");
             connection = asked.object();
             asked.expectMembers({u"Execute", u"BeginTrans", u"CommitTrans", u"RollbackTrans", u"State"});
-            const auto state =
-                asked.ask(u"State", "", [](const Dispatch& open) { return open.number(u"State"); });
-            if (state == adStateClosed) {
+            if (asked.read(u"State", &Dispatch::number) == adStateClosed) {
                 context.fault(u"Conexion", "la conexión está cerrada");
             } else {
-                ContextCheck(context, AskedConnection(asked)).run();
+                ContextCheck(context, asked).run();
             }
         });
     } catch (const RuntimeError& error) {

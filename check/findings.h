@@ -20,7 +20,6 @@ class Findings {
     void advice(std::string_view about, std::string_view text) { add(about, text, "AVISO  "); }
 
     int faults() const noexcept { return faults_; }
-    const std::vector<std::string>& lines() const noexcept { return lines_; }
     /// All lines, and one that counts the faults; each ends with CR LF.
     std::string report() const;
 

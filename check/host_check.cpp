@@ -1,9 +1,5 @@
 #include "check/host_check.h"
 
-#include "check/context_check.h"
-#include "check/helper_check.h"
-#include "check/machine_check.h"
-
 namespace pxtarvo::check {
 
 Findings checkHost(const windows::Dispatch& context) {

@@ -1,9 +1,6 @@
-#include "check/machine_check.h"
-
-#include <string>
-
+#include "check/asked_object.h"
+#include "check/host_check.h"
 #include "check/registered_class.h"
-#include "platform/windows/automation/dispatch.h"
 
 namespace pxtarvo::check {
 
@@ -17,13 +14,8 @@ constexpr std::int32_t providerNotFound = 3706;
 
 void checkAccessProvider(Findings& findings) {
     constexpr std::string_view provider = "Microsoft.Jet.OLEDB.4.0";
-    Dispatch connection;
-    try {
-        connection = Dispatch::create("ADODB.Connection");
-    } catch (const RuntimeError& error) {
-        findings.fault("ADODB.Connection", whyNotCreated("ADODB.Connection", error));
-        return;
-    }
+    const Dispatch connection = created("ADODB.Connection", findings);
+    if (!connection) return;
     try {
         // A file that is not there: the provider says so, and without one ADO does.
         connection.put(u"ConnectionString", OwnedVariant(std::string_view(
@@ -34,9 +26,7 @@ void checkAccessProvider(Findings& findings) {
     } catch (const RuntimeError& error) {
         if (error.is(ErrorNumber::ProviderFailure)) return;  // the provider's own answer
         if (error.number() != providerNotFound && !error.is(ErrorNumber::CannotCreateObject)) {
-            findings.fault("ADODB.Connection", "no funciona, error " + std::to_string(error.number()) + ": " +
-                                                   std::string(error.description()));
-            return;
+            return findings.fault("ADODB.Connection", "no funciona, " + described(error));
         }
         findings.fault(provider,
                        sizeof(void*) == 8

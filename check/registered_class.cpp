@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "platform/windows/automation/automation_values.h"
+#include "check/asked_object.h"
 
 namespace pxtarvo::check {
 
@@ -33,8 +33,16 @@ std::string whyNotCreated(const std::string& name, const RuntimeError& error) {
         return std::string("está registrado solo para ") + (is64 ? "32" : "64") +
                " bits y este programa es de " + (is64 ? "64" : "32");
     }
-    return "no se puede crear, error " + std::to_string(error.number()) + ": " +
-           std::string(error.description());
+    return "no se puede crear, " + described(error);
+}
+
+windows::Dispatch created(const std::string& name, Findings& findings) {
+    try {
+        return windows::Dispatch::create(name);
+    } catch (const RuntimeError& error) {
+        findings.fault(name, whyNotCreated(name, error));
+        return {};
+    }
 }
 
 }  // namespace pxtarvo::check

@@ -31,13 +31,16 @@ add_room(dealer devhost/dealer PUBLIC sqlite platform values PRIVATE library dia
 target_compile_definitions(dealer PRIVATE PXTARVO_SAMPLE_LIST="${PROJECT_SOURCE_DIR}/samples/TARIFA2012.MDB")
 add_room(devhost devhost PUBLIC record library plugin portable sqlite platform PRIVATE dealer import
          nlohmann_json::nlohmann_json)
-add_room(tests_common tests/common PUBLIC access files platform values)
+add_room(tests_common tests/common PUBLIC access files sqlite platform values)
 
 if(NOT PXTARVO_WINE)  # of the command line alone
-    add_room(changes devhost/changes PUBLIC sqlite platform PRIVATE host values PkgConfig::GLIB)
+    find_package(Threads REQUIRED)
+    pkg_check_modules(NETTLE REQUIRED IMPORTED_TARGET nettle)
+    add_room(changes devhost/changes PUBLIC sqlite platform host PRIVATE values PkgConfig::NETTLE Threads::Threads)
     target_compile_definitions(changes PUBLIC SQLITE_ENABLE_SESSION SQLITE_ENABLE_PREUPDATE_HOOK)
     add_room(watch devhost/watch PUBLIC portable files platform values PRIVATE access workbook)
-    add_room(report devhost/report PUBLIC changes watch access sqlite import values PRIVATE dealer dialect host)
+    add_room(report devhost/report PUBLIC changes watch access sqlite import values Threads::Threads
+             PRIVATE dealer dialect host)
     find_path(CSV_HEADERS csv.h REQUIRED)
     find_library(CSV_LIBRARY csv REQUIRED)
     add_room(exchange devhost/exchange PUBLIC sqlite dialect host values PRIVATE "${CSV_LIBRARY}")

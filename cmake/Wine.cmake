@@ -18,7 +18,7 @@ target_link_libraries(pxtarvo_ado PRIVATE ${rooms})
 target_link_options(pxtarvo_ado PRIVATE "${PROJECT_SOURCE_DIR}/devhost/wine/ado/PXTarvoAdo.spec")
 describe_room(pxtarvo_ado devhost/wine/ado ${rooms})
 
-add_room_program(pxtarvo-winehost devhost/wine/main LINKS winehost)
+add_room_program(pxtarvo-winehost devhost/wine/main LINKS winehost wine_objects CLI11::CLI11)
 add_room_program(pxtarvo-dll-bench benchmarks/dll LINKS winehost dealer portable)
 
 set(googletest_source /usr/src/googletest CACHE PATH "Sources of GoogleTest")
@@ -29,7 +29,8 @@ target_include_directories(wine_gtest PRIVATE "${googletest_source}/googletest" 
                                       SYSTEM PUBLIC "${googletest_source}/googletest/include"
                                                     "${googletest_source}/googlemock/include")
 add_room_program(wine_test tests/wine
-    LINKS winehost wine_objects wine_screen automation devhost library host dealer portable sqlite platform values nlohmann_json::nlohmann_json wine_gtest)
+    LINKS winehost wine_objects wine_screen automation devhost library host dealer portable sqlite platform values
+          tests_common nlohmann_json::nlohmann_json wine_gtest)
 # What is built beside the DLL.
 get_filename_component(dll_build "${PXTARVO_DLL}/../../.." ABSOLUTE)
 target_compile_definitions(wine_test PRIVATE PXTARVO_SAMPLES_DIR="${PROJECT_SOURCE_DIR}/samples"

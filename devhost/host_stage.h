@@ -25,21 +25,21 @@ enum class HostData {
 };
 
 struct DevHostOptions {
-    std::string database;  ///< an existing file, UTF-8
+    std::string database{};  ///< an existing file, UTF-8
     HostData data = HostData::File;
     CursorLocation cursor = CursorLocation::Client;  ///< of the results that the plug-in gets
-    std::string driveC;                              ///< folder that stands for drive C:, empty for none
-    std::string articleFile;  ///< stands for the article file of the location update, empty for none
-    std::shared_ptr<const Clock> clock;  ///< the machine's own when empty
-    std::shared_ptr<Recorder> recorder;  ///< none when empty
+    std::string driveC{};                            ///< folder that stands for drive C:, empty for none
+    std::string articleFile{};  ///< stands for the article file of the location update, empty for none
+    std::shared_ptr<const Clock> clock{};  ///< the machine's own when empty
+    std::shared_ptr<Recorder> recorder{};  ///< none when empty
     /// Hands the plug-in a new context object after every use, so that one that is kept is noticed. For
     /// tests.
     bool rotateContexts = false;
     /// Makes the connections that the plug-in opens on source lists; readers of Access files when empty. To
     /// be read through a recordset of the platform, what it makes must also be a portable::RowSource.
-    std::function<ObjectRef<Connection>(const portable::DrivePaths&)> makeSource;
+    std::function<ObjectRef<Connection>(const portable::DrivePaths&)> makeSource{};
     /// Makes the spreadsheet applications that the plug-in creates; readers of their files when empty.
-    std::function<ObjectRef<SpreadsheetApplication>(const portable::DrivePaths&)> makeSpreadsheet;
+    std::function<ObjectRef<SpreadsheetApplication>(const portable::DrivePaths&)> makeSpreadsheet{};
 };
 
 /// The user and the platform of a host. The plug-in's instance keeps them and outlives the host.

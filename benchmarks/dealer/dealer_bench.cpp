@@ -5,21 +5,17 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "benchmarks/measure/comparison.h"
+#include "benchmarks/measure/dealer.h"
 #include "benchmarks/measure/statement.h"
 #include "deletion/frm_borrado_articulos.h"
-#include "devhost/dealer/schema.h"
 #include "devhost/dev_host.h"
 #include "fields/window_texts.h"
 #include "import/frm_imp_tarifas.h"
-#include "platform/portable/clocks.h"
-#include "platform/portable/sqlite/sqlite_connection.h"
 #include "stock/frm_existencias.h"
 
 namespace pxtarvo::benchmarks {
@@ -29,52 +25,34 @@ namespace {
 constexpr int articles = 200000;
 constexpr int withoutMovements = 50000;
 
-void createDealer() {
-    const portable::SystemClock clock;
-    const auto connection = portable::SqliteConnection::create(pathOf("template.db"), clock);
-    devhost::createSchema(*connection);
-    const std::string count = std::to_string(articles);
-    const std::string free = std::to_string(withoutMovements);
-    // Codes and descriptions in another order than the identifiers, as dealers have them.
-    connection->runNative(
-        "BEGIN;"
-        "INSERT INTO Pro (Pro_ID, Pro_COD, Pro_NOM, Pro_TIPDOC) VALUES (4, 24, 'RECAMBIOS', 0);"
-        "INSERT INTO Marcas (Marca_ID, Marca_Des, Marca_CodAbrev) VALUES (1, 'Same', 'SAME');"
-        "INSERT INTO Fam (Fam_Id, FAM_DES) VALUES (1, 'Filtros'), (2, 'Motor');"
-        "CREATE TEMP TABLE n AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
-        count +
-        ") SELECT i, i * 7919 % 1000003 AS shuffled FROM n;"
-        "INSERT INTO Art (ART_Cod, ART_DES, ART_PVE, Art_Marca, Art_Mar, Art_Estado, Art_FechaEstado, "
-        "Art_FAm) "
-        "SELECT printf('0.%06d.%d', shuffled, i % 10), printf('PIEZA DE RECAMBIO %06d', shuffled), "
-        "i % 9973 / 7.0, 1, 1, 0, datetime('2005-01-01', printf('+%d minutes', shuffled)), 1 + i % 2 FROM n;"
-        "INSERT INTO Exis (Exis_IdArt, Exis_CodArt, Exis_alma, Exis_Cantidad) "
-        "SELECT i, printf('0.%06d.%d', shuffled, i % 10), 1, i % 5 FROM n;"
-        "INSERT INTO Hexis (Hexis_idArt) SELECT i FROM n WHERE i > " +
-        free +
-        ";"
-        "INSERT INTO Lapr (Lapr_IdArt) SELECT i FROM n WHERE i > 180000;"
-        "INSERT INTO Pedli (PedLi_IdArt) SELECT i FROM n WHERE i > 180000;"
-        "INSERT INTO lav (lav_idart) SELECT i FROM n WHERE i > 180000;"
-        "INSERT INTO Lpc (Lpc_IdArt) SELECT i FROM n WHERE i > 180000;"
-        "INSERT INTO lac (lac_codart) SELECT ART_Cod FROM Art WHERE Art_Id > 180000;"
-        "DROP TABLE n;"
-        "COMMIT;");
-}
-
-Run timed(const std::function<std::int64_t()>& action) {
-    const double start = processorTime();
-    const std::int64_t items = action();
-    return {processorTime() - start, items};
+/// Codes and descriptions in another order than the identifiers, as dealers have them.
+std::string rows() {
+    return "INSERT INTO Fam (Fam_Id, FAM_DES) VALUES (1, 'Filtros'), (2, 'Motor');"
+           "CREATE TEMP TABLE n AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
+           std::to_string(articles) +
+           ") SELECT i, i * 7919 % 1000003 AS shuffled FROM n;"
+           "INSERT INTO Art (ART_Cod, ART_DES, ART_PVE, Art_Marca, Art_Mar, Art_Estado, Art_FechaEstado, "
+           "Art_FAm) "
+           "SELECT printf('0.%06d.%d', shuffled, i % 10), printf('PIEZA DE RECAMBIO %06d', shuffled), "
+           "i % 9973 / 7.0, 1, 1, 0, datetime('2005-01-01', printf('+%d minutes', shuffled)), 1 + i % 2 FROM n;"
+           "INSERT INTO Exis (Exis_IdArt, Exis_CodArt, Exis_alma, Exis_Cantidad) "
+           "SELECT i, printf('0.%06d.%d', shuffled, i % 10), 1, i % 5 FROM n;"
+           "INSERT INTO Hexis (Hexis_idArt) SELECT i FROM n WHERE i > " +
+           std::to_string(withoutMovements) +
+           ";"
+           "INSERT INTO Lapr (Lapr_IdArt) SELECT i FROM n WHERE i > 180000;"
+           "INSERT INTO Pedli (PedLi_IdArt) SELECT i FROM n WHERE i > 180000;"
+           "INSERT INTO lav (lav_idart) SELECT i FROM n WHERE i > 180000;"
+           "INSERT INTO Lpc (Lpc_IdArt) SELECT i FROM n WHERE i > 180000;"
+           "INSERT INTO lac (lac_codart) SELECT ART_Cod FROM Art WHERE Art_Id > 180000;"
+           "DROP TABLE n;";
 }
 
 /// Opens a window of the plug-in and times what `action` does in it.
 template <class Opened>
 Run inWindow(const std::string& database, PushButton frmImpTarifas::*button,
              const std::function<Run(devhost::DevHost&, Opened&)>& action) {
-    devhost::DevHostOptions options;
-    options.database = database;
-    devhost::DevHost host(options);
+    devhost::DevHost host({.database = database});
     host.user().yesNo = MessageAnswer::Yes;
     Run run;
     host.user().onWindowShown = [&](Window& window) {
@@ -103,20 +81,18 @@ Run stockInWindow(const std::string& database) {
                                     });
 }
 
-Run stockOnFloor(const std::string& database) {
-    const portable::SystemClock clock;
-    const auto connection = portable::SqliteConnection::open(database, clock);
+Run stockOnFloor(portable::SqliteConnection& connection) {
     return timed([&] {
-        Statement all(connection->handle(),
+        Statement all(connection.handle(),
                       "SELECT Art_Id,Art_Cod,Art_Des FROM Art WHERE Art_Marca = ?1 AND Art_Estado = 0 "
                       "ORDER BY Art_Des COLLATE DEALER");
-        Statement stock(connection->handle(), "SELECT Exis_Cantidad FROM Exis WHERE Exis_IdArt = ?1");
-        all.bind(1, std::int64_t{1});
+        Statement stock(connection.handle(), "SELECT Exis_Cantidad FROM Exis WHERE Exis_IdArt = ?1");
+        all.bind(std::int64_t{1});
         const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
             std::fopen(pathOf("floor.txt").c_str(), "wb"), std::fclose);
         std::int64_t count = 0;
         for (; all.step(); ++count) {
-            stock.bind(1, all.whole(0));
+            stock.bind(all.whole(0));
             if (!stock.step()) continue;
             if (const double quantity = stock.number(0); quantity > 0) {
                 std::fprintf(file.get(), "A24700500 %-15sDDMMYYYY%07.0f161A24700500\r\n", all.text(1).c_str(),
@@ -152,11 +128,9 @@ Run searchInWindow(const std::string& database) {
         });
 }
 
-Run searchOnFloor(const std::string& database) {
-    const portable::SystemClock clock;
-    const auto connection = portable::SqliteConnection::open(database, clock);
+Run searchOnFloor(portable::SqliteConnection& connection) {
     return timed([&] {
-        Statement statement(connection->handle(), search);
+        Statement statement(connection.handle(), search);
         std::int64_t count = 0;
         while (statement.step()) ++count;
         return count;
@@ -176,42 +150,22 @@ Run deletionInWindow(const std::string& database) {
         });
 }
 
-Run deletionOnFloor(const std::string& database) {
-    const portable::SystemClock clock;
-    const auto connection = portable::SqliteConnection::open(database, clock);
+Run deletionOnFloor(portable::SqliteConnection& connection) {
     std::vector<std::pair<std::int64_t, std::string>> found;
-    Statement statement(connection->handle(), search);
+    Statement statement(connection.handle(), search);
     while (statement.step()) found.emplace_back(statement.whole(0), statement.text(1));
     return timed([&] {
-        Statement article(connection->handle(), "DELETE FROM Art WHERE Art_Id = ?1");
-        Statement stock(connection->handle(),
+        Statement article(connection.handle(), "DELETE FROM Art WHERE Art_Id = ?1");
+        Statement stock(connection.handle(),
                         "DELETE FROM Exis WHERE Exis_IdArt = ?1 OR Exis_Codart COLLATE DEALER = ?2");
-        connection->BeginTrans();
+        connection.BeginTrans();
         for (const auto& [id, code] : found) {
-            article.bind(1, id).run();
-            stock.bind(1, id).bind(2, std::string_view(code)).run();
+            article.bind(id).run();
+            stock.bind(id, code).run();
         }
-        connection->CommitTrans();
+        connection.CommitTrans();
         return static_cast<std::int64_t>(found.size());
     });
-}
-
-using Measured = Run (*)(const std::string& database);
-
-/// Runs `measured` over a fresh dealer.
-std::function<Run()> overFreshDealer(Measured measured, std::int64_t items) {
-    return [=] {
-        const std::string database = pathOf("dealer.db");
-        std::filesystem::copy_file(pathOf("template.db"), database,
-                                   std::filesystem::copy_options::overwrite_existing);
-        const Run run = measured(database);
-        require(run.items == items, "not every article was met");
-        return run;
-    };
-}
-
-Comparison comparison(std::string_view title, Measured floor, Measured window, std::int64_t items) {
-    return {title, overFreshDealer(floor, items), overFreshDealer(window, items)};
 }
 
 }  // namespace
@@ -221,11 +175,11 @@ Comparison comparison(std::string_view title, Measured floor, Measured window, s
 int main(int argc, char** argv) {
     using namespace pxtarvo::benchmarks;
     benchmark::Initialize(&argc, argv);
-    createDealer();
+    createDealer(rows());
     const Comparison comparisons[] = {
-        comparison("stock file", stockOnFloor, stockInWindow, articles),
-        comparison("search", searchOnFloor, searchInWindow, withoutMovements),
-        comparison("deletion", deletionOnFloor, deletionInWindow, withoutMovements)};
+        overFreshDealer("stock file", stockOnFloor, stockInWindow, articles),
+        overFreshDealer("search", searchOnFloor, searchInWindow, withoutMovements),
+        overFreshDealer("deletion", deletionOnFloor, deletionInWindow, withoutMovements)};
     compare(comparisons);
     return 0;
 }

@@ -1,6 +1,8 @@
 #include "benchmarks/measure/comparison.h"
 
 #include <benchmark/benchmark.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -22,6 +24,13 @@ constexpr int turns = 5;
 double median(std::vector<double> numbers) {
     std::ranges::sort(numbers);
     return numbers[numbers.size() / 2];
+}
+
+/// Processor seconds of this process so far.
+double processorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
 class Pairs {
@@ -67,10 +76,10 @@ class OwnFolder {
 
 }  // namespace
 
-double processorTime() {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+Run timed(const std::function<std::int64_t()>& action) {
+    const double start = processorTime();
+    const std::int64_t items = action();
+    return {processorTime() - start, items};
 }
 
 void compare(std::span<const Comparison> comparisons) {
@@ -88,8 +97,7 @@ void compare(std::span<const Comparison> comparisons) {
     for (int turn = 0; turn < turns; ++turn) {
         for (std::size_t at = 0; at < comparisons.size(); ++at) {
             for (const bool floor : {true, false}) {
-                const std::string title =
-                    (floor ? "floor, " : "plug-in, ") + std::string(comparisons[at].title);
+                const std::string title = (floor ? "floor, " : "plug-in, ") + comparisons[at].title;
                 benchmark::RegisterBenchmark(title.c_str(),
                                              [=](benchmark::State& state) { measure(state, at, floor); })
                     ->UseManualTime()
@@ -99,8 +107,23 @@ void compare(std::span<const Comparison> comparisons) {
         }
     }
     benchmark::RunSpecifiedBenchmarks();
-    for (std::size_t at = 0; at < comparisons.size(); ++at)
-        pairs[at].print(std::string(comparisons[at].title));
+    for (std::size_t at = 0; at < comparisons.size(); ++at) pairs[at].print(comparisons[at].title);
+}
+
+double peakMemory(const std::function<void()>& run) {
+    const pid_t child = fork();
+    if (child == 0) {
+        run();
+        std::_Exit(0);
+    }
+    int status = 0;
+    rusage usage{};
+    if (child < 0 || wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) ||
+        WEXITSTATUS(status) != 0) {
+        std::cerr << "The run in a process of its own failed.\n";
+        std::exit(1);
+    }
+    return static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
 std::string pathOf(std::string_view name) {

@@ -26,23 +26,11 @@ class Statement {
         statement_.reset(statement);
     }
 
-    Statement& bind(int position, std::int64_t value) {
-        sqlite3_bind_int64(statement_.get(), position, value);
-        return *this;
-    }
-    Statement& bind(int position, double value) {
-        sqlite3_bind_double(statement_.get(), position, value);
-        return *this;
-    }
-    /// The text must live until the statement has run.
-    Statement& bind(int position, std::string_view value) {
-        sqlite3_bind_text(statement_.get(), position, value.data(), static_cast<int>(value.size()),
-                          SQLITE_STATIC);
-        return *this;
-    }
-    Statement& bind(int position, const Variant& value) {
-        if (const auto* text = value.get<std::string>()) return bind(position, std::string_view(*text));
-        sqlite3_bind_null(statement_.get(), position);
+    /// Binds the values to the parameters from the first on. Texts must live until the statement has run.
+    template <class... Values>
+    Statement& bind(const Values&... values) {
+        int position = 0;
+        (bindAt(++position, values), ...);
         return *this;
     }
 
@@ -57,6 +45,13 @@ class Statement {
     void run() {
         while (step()) {
         }
+    }
+    /// The first column of the first row, 0 without rows; the statement has run then.
+    std::int64_t found() {
+        if (!step()) return 0;
+        const std::int64_t id = whole(0);
+        run();
+        return id;
     }
     bool isNull(int column) { return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL; }
     std::int64_t whole(int column) { return sqlite3_column_int64(statement_.get(), column); }
@@ -73,6 +68,18 @@ class Statement {
     }
 
   private:
+    void bindAt(int position, std::int64_t value) { sqlite3_bind_int64(statement_.get(), position, value); }
+    void bindAt(int position, double value) { sqlite3_bind_double(statement_.get(), position, value); }
+    void bindAt(int position, std::string_view value) {
+        sqlite3_bind_text(statement_.get(), position, value.data(), static_cast<int>(value.size()),
+                          SQLITE_STATIC);
+    }
+    void bindAt(int position, const std::string& value) { bindAt(position, std::string_view(value)); }
+    void bindAt(int position, const Variant& value) {
+        if (const auto* text = value.get<std::string>()) return bindAt(position, std::string_view(*text));
+        sqlite3_bind_null(statement_.get(), position);
+    }
+
     std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement_{nullptr, sqlite3_finalize};
 };
 

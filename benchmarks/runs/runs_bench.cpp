@@ -5,23 +5,18 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "benchmarks/measure/comparison.h"
-#include "benchmarks/measure/peak_memory.h"
+#include "benchmarks/measure/dealer.h"
 #include "benchmarks/runs/runs_floor.h"
 #include "benchmarks/runs/workbook_writer.h"
-#include "devhost/dealer/schema.h"
 #include "devhost/dev_host.h"
 #include "fields/window_texts.h"
 #include "import/article_file.h"
 #include "import/frm_imp_tarifas.h"
 #include "import/run_texts.h"
-#include "platform/portable/clocks.h"
 
 namespace pxtarvo::benchmarks {
 
@@ -40,48 +35,39 @@ std::string codeOf(int article) {
 
 /// Articles for every line of the article file, a quarter each with a place, with one that lost its aisle,
 /// and without (twice); stock for twice as many codes with and without a leading zero as there are twins.
-void createDealer() {
-    const portable::SystemClock clock;
-    const auto connection = portable::SqliteConnection::create(pathOf("template.db"), clock);
-    devhost::createSchema(*connection);
+std::string dealerRows() {
     const auto upTo = [](int last) {
         return "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
                std::to_string(last) + ") ";
     };
-    connection->runNative(
-        "BEGIN;"
-        "INSERT INTO Pro (Pro_ID, Pro_COD, Pro_NOM, Pro_TIPDOC) VALUES (4, 24, 'RECAMBIOS', 0);"
-        "INSERT INTO Marcas (Marca_ID, Marca_Des, Marca_CodAbrev) VALUES (1, 'Same', 'SAME');" +
-        upTo(articleLines) +
-        "INSERT INTO Art (ART_Cod, ART_DES, ART_PVE, Art_Mar, Art_Estado, Art_barCode) SELECT "
-        "printf('0.%06d.%d', i * 7919 % 1000003, i % 10), printf('PIEZA DE RECAMBIO %06d', i), i / 7.0, 1, "
-        "0, CAST(8410000000000 + i AS TEXT) FROM n;"
-        "INSERT INTO ArtPro (ARP_Ida, ARP_Idp, ARP_Cop) SELECT Art_Id, 4, ART_Cod FROM Art;"
-        "INSERT INTO Ubi (Ubi_IdArt, Ubi_IdAlm, Ubi_Pasillo) SELECT Art_Id, 1, CASE WHEN Art_Id % 4 = 1 THEN "
-        "'B7' END FROM Art WHERE Art_Id % 4 < 2;" +
-        upTo(twins) +
-        "INSERT INTO Art (ART_Cod, ART_DES) SELECT CAST(i * 7919 % 1000003 + 1000003 AS TEXT), 'PIEZA' FROM "
-        "n "
-        "UNION ALL SELECT printf('0%d', i * 7919 % 1000003 + 1000003), 'PIEZA' FROM n;"
-        "INSERT INTO ArtPro (ARP_Ida, ARP_Idp) SELECT Art_Id, 4 FROM Art WHERE ART_DES = 'PIEZA';"
-        "INSERT INTO Exis (Exis_IdArt, Exis_CodArt, Exis_alma, Exis_Cantidad, Exis_Kg) SELECT Art_Id, "
-        "ART_Cod, 1, 1 + Art_Id % 9, 0 FROM Art WHERE ART_DES = 'PIEZA' AND (ART_Cod NOT LIKE '0%' OR Art_Id "
-        "% 2 = 0);"
-        "COMMIT;");
+    return upTo(articleLines) +
+           "INSERT INTO Art (ART_Cod, ART_DES, ART_PVE, Art_Mar, Art_Estado, Art_barCode) SELECT "
+           "printf('0.%06d.%d', i * 7919 % 1000003, i % 10), printf('PIEZA DE RECAMBIO %06d', i), i / 7.0, 1, "
+           "0, CAST(8410000000000 + i AS TEXT) FROM n;"
+           "INSERT INTO ArtPro (ARP_Ida, ARP_Idp, ARP_Cop) SELECT Art_Id, 4, ART_Cod FROM Art;"
+           "INSERT INTO Ubi (Ubi_IdArt, Ubi_IdAlm, Ubi_Pasillo) SELECT Art_Id, 1, CASE WHEN Art_Id % 4 = 1 THEN "
+           "'B7' END FROM Art WHERE Art_Id % 4 < 2;" +
+           upTo(twins) +
+           "INSERT INTO Art (ART_Cod, ART_DES) SELECT CAST(i * 7919 % 1000003 + 1000003 AS TEXT), 'PIEZA' FROM "
+           "n "
+           "UNION ALL SELECT printf('0%d', i * 7919 % 1000003 + 1000003), 'PIEZA' FROM n;"
+           "INSERT INTO ArtPro (ARP_Ida, ARP_Idp) SELECT Art_Id, 4 FROM Art WHERE ART_DES = 'PIEZA';"
+           "INSERT INTO Exis (Exis_IdArt, Exis_CodArt, Exis_alma, Exis_Cantidad, Exis_Kg) SELECT Art_Id, "
+           "ART_Cod, 1, 1 + Art_Id % 9, 0 FROM Art WHERE ART_DES = 'PIEZA' AND (ART_Cod NOT LIKE '0%' OR Art_Id "
+           "% 2 = 0);";
 }
 
 /// A fifth each with a known barcode and with a known code, the others new.
 void writeWorkbook() {
-    WorkbookWriter workbook;
+    std::string cells;
     for (int row = 0; row < barcodeRows; ++row) {
         const int kind = row % 5;
         const int article = row + 1;
-        const auto at = static_cast<std::uint32_t>(row);
-        workbook.text(at, 0, kind == 1 ? codeOf(article) : "AMA" + std::to_string(row));
-        workbook.text(at, 1, "  PIEZA DE RECAMBIO " + std::to_string(row));
-        workbook.number(at, 2, (kind == 0 ? 8410000000000.0 : 8420000000000.0) + article);
+        cells += textCell(row, 0, kind == 1 ? codeOf(article) : "AMA" + std::to_string(row));
+        cells += textCell(row, 1, "  PIEZA DE RECAMBIO " + std::to_string(row));
+        cells += numberCell(row, 2, (kind == 0 ? 8410000000000.0 : 8420000000000.0) + article);
     }
-    workbook.save(pathOf("barcodes.xls"));
+    saveWorkbook(pathOf("barcodes.xls"), cells);
 }
 
 void writeArticleFile(const std::string& path, int lines) {
@@ -123,54 +109,36 @@ const Task tasks[] = {
      twins, false},
 };
 
-/// Seconds that pressing `button` takes, the window opened and filled in before.
-double inWindow(const std::string& database, const Task& task,
-                const std::string& articleFile = pathOf("articulo.tdw")) {
-    devhost::DevHostOptions options;
-    options.database = database;
-    options.articleFile = articleFile;
-    devhost::DevHost host(options);
+/// Presses the task's button, the window opened and filled in before.
+Run inWindow(const std::string& database, const Task& task,
+             const std::string& articleFile = pathOf("articulo.tdw")) {
+    devhost::DevHost host({.database = database, .articleFile = articleFile});
     host.user().yesNo = MessageAnswer::Yes;
     if (task.inHostsTransaction) host.connection()->BeginTrans();
-    double seconds = 0;
+    Run run;
     host.user().onWindowShown = [&](Window& shown) {
         auto& window = dynamic_cast<frmImpTarifas&>(shown);
         host.desktop().choose(window.Combo1, "2008");
         host.desktop().click(window.Option1[1]);
         host.desktop().type(window.Text1[0], pathOf("barcodes.xls"));
-        const double start = processorTime();
-        host.desktop().click(window.*task.button);
-        seconds = processorTime() - start;
+        run = timed([&] {
+            host.desktop().click(window.*task.button);
+            return task.items;
+        });
     };
     host.run();
     require(host.user().lastMessageIs(task.success), "the run did not come to its end");
-    return seconds;
-}
-
-double onFloor(const std::string& database, const Task& task) {
-    const portable::SystemClock clock;
-    const auto connection = portable::SqliteConnection::open(database, clock);
-    if (task.inHostsTransaction) connection->BeginTrans();
-    const double start = processorTime();
-    require(task.floor(*connection) == task.items, "not every row was met");
-    return processorTime() - start;
-}
-
-std::string freshDealer() {
-    const std::string database = pathOf("dealer.db");
-    std::filesystem::copy_file(pathOf("template.db"), database,
-                               std::filesystem::copy_options::overwrite_existing);
-    return database;
+    return run;
 }
 
 Comparison comparison(const Task& task) {
-    return {task.title,
-            [&task] {
-                return Run{onFloor(freshDealer(), task), task.items};
-            },
-            [&task] {
-                return Run{inWindow(freshDealer(), task), task.items};
-            }};
+    const auto onFloor = [&task](portable::SqliteConnection& connection) {
+        if (task.inHostsTransaction) connection.BeginTrans();
+        return timed([&] { return task.floor(connection); });
+    };
+    return overFreshDealer(
+        task.title, onFloor, [&task](const std::string& database) { return inWindow(database, task); },
+        task.items);
 }
 
 /// Of the location update from a file of so many lines.
@@ -188,7 +156,7 @@ void printPeakMemory(int lines) {
 int main(int argc, char** argv) {
     using namespace pxtarvo::benchmarks;
     benchmark::Initialize(&argc, argv);
-    createDealer();
+    createDealer(dealerRows());
     printPeakMemory(articleLines / 10);
     printPeakMemory(articleLines);
     writeWorkbook();

@@ -14,15 +14,7 @@ namespace pxtarvo::benchmarks {
 namespace {
 
 constexpr std::int64_t supplier = 4;
-constexpr const char* now = "2012-07-25 10:30:00";
-
-/// The first column of a lookup's first row, 0 without rows.
-std::int64_t found(Statement& lookup) {
-    if (!lookup.step()) return 0;
-    const std::int64_t id = lookup.whole(0);
-    lookup.run();
-    return id;
-}
+constexpr std::string_view now = "2012-07-25 10:30:00";
 
 }  // namespace
 
@@ -42,7 +34,7 @@ std::int64_t barcodesOnFloor(portable::SqliteConnection& connection, const std::
                           "INSERT INTO ArtPro (ARP_des,Arp_Precio,Arp_Descuento,ARP_Cop,ARP_Idp,ARP_Ida) "
                           "VALUES (?1,0,0,?2,?3,?4)");
 
-    retire.bind(1, std::string_view(now)).run();
+    retire.bind(now).run();
     const auto sheet = portable::WorkbookReader(portable::DrivePaths()).OpenWorkbook(workbook)->Sheet(1);
     std::int64_t article = 0;
     std::int32_t row = 1;
@@ -54,23 +46,16 @@ std::int64_t barcodesOnFloor(portable::SqliteConnection& connection, const std::
         if (trimBlanks(code).empty()) break;
         const std::string description = replaced(trimBlanks(cell(2)), "'", "");
         const std::string barcode(trimBlanks(cell(3)));
-        if (found(findBarcode.bind(1, std::string_view(barcode))) == 0) {
+        if (findBarcode.bind(barcode).found() == 0) {
             article = 0;
-            if (found(findCode.bind(1, std::string_view(code))) != 0) code = barcode;
+            if (findCode.bind(code).found() != 0) code = barcode;
         }
         if (article == 0) {
-            insertArticle.bind(1, std::string_view(code))
-                .bind(2, std::string_view(description))
-                .bind(3, std::string_view(barcode))
-                .run();
-            article = found(newestArticle);
+            insertArticle.bind(code, description, barcode).run();
+            article = newestArticle.found();
         }
-        if (found(findPrice.bind(1, article).bind(2, supplier)) != 0) continue;
-        insertPrice.bind(1, std::string_view(description))
-            .bind(2, std::string_view(code))
-            .bind(3, supplier)
-            .bind(4, article)
-            .run();
+        if (findPrice.bind(article, supplier).found() != 0) continue;
+        insertPrice.bind(description, code, supplier, article).run();
     }
     return row - 1;
 }
@@ -92,21 +77,21 @@ std::int64_t locationsOnFloor(portable::SqliteConnection& connection, const std:
         const std::vector<std::string_view> fields = split(line, '\x01');
         const std::string_view aisle = firstCharacters(trimTrailingBlanks(fields.at(18)), 20);
         if (aisle.empty()) continue;
-        const std::int64_t article = found(findArticle.bind(1, fields[17]));
+        const std::int64_t article = findArticle.bind(fields[17]).found();
         if (article == 0) continue;
         std::int64_t place = 0;
         int places = 0;
         bool filled = false;
-        for (findPlace.bind(1, article); findPlace.step(); ++places) {
+        for (findPlace.bind(article); findPlace.step(); ++places) {
             place = findPlace.whole(0);
             filled = !trimBlanks(findPlace.text(aisleColumn)).empty();
         }
         if (places == 1 && filled) continue;
         const double minimum = toDouble(replaced(fields.at(20), ".", ","), spanishLocale());
         if (places == 1) {
-            updatePlace.bind(1, aisle).bind(2, minimum).bind(3, place).run();
+            updatePlace.bind(aisle, minimum, place).run();
         } else {
-            insertPlace.bind(1, article).bind(2, aisle).bind(3, minimum).run();
+            insertPlace.bind(article, aisle, minimum).run();
         }
     }
     files.close(1);
@@ -156,24 +141,20 @@ std::int64_t correctionOnFloor(portable::SqliteConnection& connection) {
     }
     const auto history = [&](double quantity, bool entry, const Row& row, std::int64_t article,
                              std::string_view comment, std::int64_t stock) {
-        insertHistory.bind(1, std::string_view(entry ? "E" : "S"))
-            .bind(2, row.warehouse)
-            .bind(3, article)
-            .bind(4, quantity)
-            .bind(5, comment)
-            .bind(6, stock)
+        insertHistory
+            .bind(std::string_view(entry ? "E" : "S"), row.warehouse, article, quantity, comment, stock)
             .run();
     };
     connection.BeginTrans();
     for (const Row& row : rows) {
         const std::string twinCode = "0" + row.code;
-        findTwin.bind(1, std::string_view(twinCode));
+        findTwin.bind(twinCode);
         if (!findTwin.step()) continue;
         const std::int64_t twin = findTwin.whole(0);
         const std::string code = findTwin.text(codeColumn);
         const std::string name = findTwin.text(nameColumn);
         findTwin.run();
-        findStock.bind(1, twin);
+        findStock.bind(twin);
         std::int64_t stock = 0;
         double total = row.quantity;
         std::string_view comment;
@@ -181,20 +162,15 @@ std::int64_t correctionOnFloor(portable::SqliteConnection& connection) {
             stock = findStock.whole(0);
             total += findStock.number(quantityColumn);
             findStock.run();
-            updateStock.bind(1, total).bind(2, stock).run();
+            updateStock.bind(total, stock).run();
             comment = "Actualizacion desde codigo de articulo sin cero a con cero";
         } else {
-            insertStock.bind(1, row.warehouse)
-                .bind(2, std::string_view(code))
-                .bind(3, std::string_view(name))
-                .bind(4, row.quantity)
-                .bind(5, twin)
-                .run();
-            stock = found(newestStock);
+            insertStock.bind(row.warehouse, code, name, row.quantity, twin).run();
+            stock = newestStock.found();
             comment = "Nuevo registro de existencias para articulo con codigo cero. origen articulo sin cero";
         }
         history(total, total > 0, row, twin, comment, stock);
-        updateStock.bind(1, 0.0).bind(2, row.stock).run();
+        updateStock.bind(0.0, row.stock).run();
         history(std::abs(row.quantity), row.quantity <= 0, row, row.article,
                 "Actualizacion de existencias a cero del articulo sin cero", row.stock);
     }

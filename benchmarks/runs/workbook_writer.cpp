@@ -1,6 +1,7 @@
 #include "benchmarks/runs/workbook_writer.h"
 
 #include <bit>
+#include <cstdint>
 #include <fstream>
 #include <stdexcept>
 
@@ -8,18 +9,16 @@ namespace pxtarvo::benchmarks {
 
 namespace {
 
-// Records of the workbook: kind and length (2 bytes each), then that many bytes.
-
-enum RecordKind : std::uint32_t {
+enum RecordKind {
     recordEnd = 0x000A,
     recordSheet = 0x0085,
     recordNumber = 0x0203,
     recordLabel = 0x0204,
     recordBegin = 0x0809,
 };
-constexpr std::uint32_t biff8 = 0x0600;
-constexpr std::uint32_t wholeWorkbook = 0x0005;
-constexpr std::uint32_t worksheet = 0x0010;
+constexpr int biff8 = 0x0600;
+constexpr int wholeWorkbook = 0x0005;
+constexpr int worksheet = 0x0010;
 
 // Sectors of the compound file.
 
@@ -32,74 +31,65 @@ constexpr std::uint32_t tableSector = 0xFFFFFFFD;
 /// A shorter stream would lie among the small ones.
 constexpr std::size_t smallestStream = 4096;
 
-/// Bytes, numbers little-endian.
-class Bytes {
-  public:
-    Bytes& number(std::uint64_t value, int size) {
-        for (; size > 0; --size, value >>= 8) bytes_.push_back(static_cast<char>(value & 0xFF));
-        return *this;
-    }
-    Bytes& word(std::uint64_t value) { return number(value, 2); }
-    Bytes& doubleWord(std::uint64_t value) { return number(value, 4); }
-    Bytes& text(std::string_view value) {
-        bytes_.append(value);
-        return *this;
-    }
-    Bytes& wide(std::string_view ascii) {
-        for (const char character : ascii) word(static_cast<unsigned char>(character));
-        return *this;
-    }
-    Bytes& fill(std::size_t size, char with = '\0') {
-        bytes_.resize(size, with);
-        return *this;
-    }
-    const std::string& get() const { return bytes_; }
-
-  private:
-    std::string bytes_;
-};
-
-std::string record(RecordKind kind, const Bytes& data) {
-    return Bytes().word(kind).word(data.get().size()).text(data.get()).get();
+/// The bytes of a number, the lowest first.
+std::string bytes(std::uint64_t value, int size) {
+    std::string text;
+    for (; size > 0; --size, value >>= 8) text += static_cast<char>(value & 0xFF);
+    return text;
+}
+template <class... Values>
+std::string words(Values... values) {
+    return (bytes(static_cast<std::uint64_t>(values), 2) + ...);
+}
+template <class... Values>
+std::string doubleWords(Values... values) {
+    return (bytes(static_cast<std::uint64_t>(values), 4) + ...);
+}
+/// Made as long as `size`.
+std::string filled(std::string text, std::size_t size, char with = '\0') {
+    text.resize(size, with);
+    return text;
 }
 
-std::string begin(std::uint32_t what) {
-    return record(recordBegin, Bytes().word(biff8).word(what).fill(16));
+std::string record(RecordKind kind, const std::string& data) {
+    return words(kind, data.size()) + data;
+}
+std::string begin(int what) {
+    return record(recordBegin, filled(words(biff8, what), 16));
+}
+std::string end() {
+    return record(recordEnd, {});
 }
 
-/// A directory entry of 128 bytes.
+/// The records of the workbook up to its sheet, which begins at this place.
+std::string globals(std::size_t sheetStart) {
+    const std::string_view name = "Hoja1";
+    return begin(wholeWorkbook) +
+           record(recordSheet, doubleWords(sheetStart) + words(0, name.size()).append(name)) + end();
+}
+
+/// A directory entry.
 std::string entry(std::string_view name, int kind, std::uint32_t child, std::uint32_t start,
                   std::size_t size) {
-    Bytes bytes;
-    bytes.wide(name).fill(64).word(2 * (name.size() + 1)).number(kind, 1).number(1, 1);
-    bytes.doubleWord(freeSector).doubleWord(freeSector).doubleWord(child);
-    return bytes.fill(116).doubleWord(start).doubleWord(size).fill(128).get();
+    std::string text;
+    for (const char character : name) text += words(character);
+    text = filled(text, 64) + words(2 * (name.size() + 1)) + bytes(kind, 1) + bytes(1, 1);
+    text = filled(text + doubleWords(freeSector, freeSector, child), 116);
+    return filled(text + doubleWords(start, size), 128);
 }
 
 }  // namespace
 
-WorkbookWriter::WorkbookWriter() {
-    const std::string_view sheet = "Hoja1";
-    const auto globals = [&](std::size_t sheetStart) {
-        const Bytes place =
-            Bytes().doubleWord(sheetStart).word(0).number(sheet.size(), 1).number(0, 1).text(sheet);
-        return begin(wholeWorkbook) + record(recordSheet, place) + record(recordEnd, {});
-    };
-    stream_ = globals(globals(0).size()) + begin(worksheet);
+std::string numberCell(int row, int column, double value) {
+    return record(recordNumber, words(row, column, 0) + bytes(std::bit_cast<std::uint64_t>(value), 8));
 }
 
-void WorkbookWriter::number(std::uint32_t row, std::uint32_t column, double value) {
-    stream_ += record(recordNumber,
-                      Bytes().word(row).word(column).word(0).number(std::bit_cast<std::uint64_t>(value), 8));
+std::string textCell(int row, int column, std::string_view value) {
+    return record(recordLabel, (words(row, column, 0, value.size()) + bytes(0, 1)).append(value));
 }
 
-void WorkbookWriter::text(std::uint32_t row, std::uint32_t column, std::string_view value) {
-    const Bytes place = Bytes().word(row).word(column).word(0).word(value.size()).number(0, 1).text(value);
-    stream_ += record(recordLabel, place);
-}
-
-void WorkbookWriter::save(const std::string& path) {
-    std::string stream = stream_ + record(recordEnd, {});
+void saveWorkbook(const std::string& path, std::string_view cells) {
+    std::string stream = globals(globals(0).size()) + begin(worksheet).append(cells) + end();
     const std::size_t size = std::max(stream.size(), smallestStream);
     const std::size_t sectors = (size + sectorSize - 1) / sectorSize;
     stream.resize(sectors * sectorSize);
@@ -108,27 +98,25 @@ void WorkbookWriter::save(const std::string& path) {
     std::size_t tables = 1;
     while (tables * entriesInSector < tables + 1 + sectors) ++tables;
     if (tables > tablesInHeader) throw std::runtime_error("the workbook is too large");
-    const std::uint32_t directory = static_cast<std::uint32_t>(tables);
 
-    Bytes header;
-    header.number(0xE11AB1A1E011CFD0, 8).fill(24).word(0x3E).word(3).word(0xFFFE).word(9).word(6).fill(44);
-    header.doubleWord(tables).doubleWord(directory).doubleWord(0).doubleWord(smallestStream);
-    header.doubleWord(endOfChain).doubleWord(0).doubleWord(endOfChain).doubleWord(0);
-    for (std::size_t table = 0; table < tables; ++table) header.doubleWord(table);
-    header.fill(sectorSize, '\xFF');
-
-    Bytes table;
-    for (std::size_t at = 0; at < tables; ++at) table.doubleWord(tableSector);
-    table.doubleWord(endOfChain);
-    for (std::size_t at = 1; at < sectors; ++at) table.doubleWord(directory + 1 + at);
-    table.doubleWord(endOfChain).fill(tables * sectorSize, '\xFF');
-
-    Bytes entries;
-    entries.text(entry("Root Entry", 5, 1, endOfChain, 0));
-    entries.text(entry("Workbook", 2, freeSector, directory + 1, size)).fill(sectorSize);
+    std::string header = filled(bytes(0xE11AB1A1E011CFD0, 8), 24) + words(0x3E, 3, 0xFFFE, 9, 6);
+    header =
+        filled(header, 44) + doubleWords(tables, tables, 0, smallestStream, endOfChain, 0, endOfChain, 0);
+    std::string table;
+    for (std::size_t at = 0; at < tables; ++at) {
+        header += doubleWords(at);
+        table += doubleWords(tableSector);
+    }
+    table += doubleWords(endOfChain);
+    for (std::size_t at = 1; at < sectors; ++at) table += doubleWords(tables + 1 + at);
+    table += doubleWords(endOfChain);
 
     std::ofstream file(path, std::ios::binary);
-    file << header.get() << table.get() << entries.get() << stream;
+    file << filled(header, sectorSize, '\xFF') << filled(table, tables * sectorSize, '\xFF')
+         << filled(
+                entry("Root Entry", 5, 1, endOfChain, 0) + entry("Workbook", 2, freeSector, tables + 1, size),
+                sectorSize)
+         << stream;
     if (!file.flush()) throw std::runtime_error("the workbook cannot be written");
 }
 

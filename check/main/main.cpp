@@ -1,6 +1,5 @@
 // PXTarvoCheck.exe: the check of a host whose context can be created by name, or of the machine alone.
 
-#include <cstdio>
 
 #include "check/host_check.h"
 #include "check/registered_class.h"

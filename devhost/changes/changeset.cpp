@@ -24,7 +24,7 @@ std::string_view ChangedValue::text() const noexcept {
                 : std::string_view();
 }
 
-RowChange::RowChange(sqlite3_changeset_iter* row) : row_(row) {
+KeptChange::KeptChange(sqlite3_changeset_iter* row) : row_(row) {
     const char* table = nullptr;
     int operation = 0;
     unsigned char* keys = nullptr;
@@ -43,26 +43,26 @@ RowChange::RowChange(sqlite3_changeset_iter* row) : row_(row) {
     if (found > 1) key_ = -1;
 }
 
-ChangedValue RowChange::before(int column) const {
+ChangedValue KeptChange::before(int column) const {
     sqlite3_value* value = nullptr;
     if (kind_ != ChangeKind::Inserted && sqlite3changeset_old(row_, column, &value) != SQLITE_OK)
         raiseDamaged();
     return ChangedValue(value);
 }
 
-ChangedValue RowChange::after(int column) const {
+ChangedValue KeptChange::after(int column) const {
     sqlite3_value* value = nullptr;
     if (kind_ != ChangeKind::Deleted && sqlite3changeset_new(row_, column, &value) != SQLITE_OK)
         raiseDamaged();
     return ChangedValue(value);
 }
 
-std::int64_t RowChange::keyValue() const {
+std::int64_t KeptChange::keyValue() const {
     if (key_ < 0) return 0;
     return (kind_ == ChangeKind::Inserted ? after(key_) : before(key_)).whole();
 }
 
-void forEachChange(std::string_view changes, const std::function<void(const RowChange&)>& visit) {
+void forEachChange(std::string_view changes, const std::function<void(const KeptChange&)>& visit) {
     if (changes.empty()) return;
     sqlite3_changeset_iter* started = nullptr;
     // SQLite reads the bytes only.
@@ -72,7 +72,7 @@ void forEachChange(std::string_view changes, const std::function<void(const RowC
     }
     const std::unique_ptr<sqlite3_changeset_iter, EndIteration> rows(started);
     int result = sqlite3changeset_next(rows.get());
-    for (; result == SQLITE_ROW; result = sqlite3changeset_next(rows.get())) visit(RowChange(rows.get()));
+    for (; result == SQLITE_ROW; result = sqlite3changeset_next(rows.get())) visit(KeptChange(rows.get()));
     if (result != SQLITE_DONE) raiseDamaged();
 }
 

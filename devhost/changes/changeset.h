@@ -1,6 +1,6 @@
 #pragma once
 
-// Reading what a ChangeLog has kept, row by row.
+// Reading the changes that were kept of a run, row by row.
 
 #include <sqlite3.h>
 
@@ -19,11 +19,9 @@ class ChangedValue {
 
     /// False for a column that an update left as it was, and on the side that a new or deleted row lacks.
     bool known() const noexcept { return value_ != nullptr; }
-    /// These take an unknown value for Null; whole() and number() give 0 for Null and for texts without a
-    /// number.
+    /// These take an unknown value for Null; whole() gives 0 for Null and for texts without a number.
     bool isNull() const noexcept { return !value_ || sqlite3_value_type(value_) == SQLITE_NULL; }
     std::int64_t whole() const noexcept { return value_ ? sqlite3_value_int64(value_) : 0; }
-    double number() const noexcept { return value_ ? sqlite3_value_double(value_) : 0; }
     std::string_view text() const noexcept;
     /// The SQLite value itself, nullptr where it is unknown.
     sqlite3_value* raw() const noexcept { return value_; }
@@ -33,9 +31,9 @@ class ChangedValue {
 };
 
 /// One changed row.
-class RowChange {
+class KeptChange {
   public:
-    explicit RowChange(sqlite3_changeset_iter* row);
+    explicit KeptChange(sqlite3_changeset_iter* row);
 
     std::string_view table() const noexcept { return table_; }
     ChangeKind kind() const noexcept { return kind_; }
@@ -58,6 +56,6 @@ class RowChange {
 
 /// Visits the rows in the order in which the changes are kept: table by table. Raises std::runtime_error for
 /// what is no changeset.
-void forEachChange(std::string_view changes, const std::function<void(const RowChange&)>& visit);
+void forEachChange(std::string_view changes, const std::function<void(const KeptChange&)>& visit);
 
 }  // namespace pxtarvo::devhost

@@ -19,7 +19,7 @@ class TableColumns {
     const std::vector<std::string>& names() const noexcept { return names_; }
     /// 0-based, -1 where there is none of this name, whatever its case.
     int position(std::string_view column) const;
-    /// The position of the key, -1 where rows have none or one of several columns.
+    /// The position of the key, -1 where rows have none, or one that is not one whole number.
     int key() const noexcept { return key_; }
 
   private:

@@ -27,7 +27,7 @@ class Undoing {
     /// The changes' rows. Raises std::runtime_error for a table that the database lacks or has otherwise.
     std::size_t count(std::string_view changes) {
         std::size_t rows = 0;
-        forEachChange(changes, [&](const RowChange& row) {
+        forEachChange(changes, [&](const KeptChange& row) {
             const TableColumns& columns = columnsOf(row.table());
             if (static_cast<int>(columns.names().size()) != row.columnCount() || columns.key() != row.key() ||
                 row.key() < 0) {
@@ -70,7 +70,7 @@ class Undoing {
             conflicts.emplace_back("a reference to a row would be left without it");
             return;
         }
-        const RowChange row(iterator);
+        const KeptChange row(iterator);
         const TableColumns& columns = columnsOf(row.table());
         std::string line = joined({row.table(), ", ", columns.names().at(static_cast<std::size_t>(row.key())),
                                    " ", std::to_string(row.keyValue())});
@@ -92,7 +92,7 @@ class Undoing {
     }
 
     /// The values that the run left and that are others now.
-    static void addDifferences(const RowChange& row, sqlite3_changeset_iter* iterator,
+    static void addDifferences(const KeptChange& row, sqlite3_changeset_iter* iterator,
                                const TableColumns& columns, std::string& line) {
         std::string_view separator = ": ";
         for (int column = 0; column < row.columnCount(); ++column) {

@@ -2,13 +2,15 @@
 
 #include <initializer_list>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
-#include "devhost/dealer/list_articles.h"
 #include "devhost/library/host_context.h"
 #include "host/row_write.h"
+#include "platform/portable/access/jet_connection.h"
 #include "platform/values/conversion.h"
 #include "platform/values/date_text.h"
 #include "platform/values/number_text.h"
@@ -20,6 +22,13 @@ namespace {
 
 constexpr std::int32_t listSupplier = 4;
 constexpr std::int32_t listBrand = 1;
+
+constexpr std::size_t listed = 640;
+constexpr int rowStep = 3;
+// Columns of the list, by position.
+constexpr std::int32_t codeColumn = 1;
+constexpr std::int32_t priceColumn = 3;
+constexpr std::int32_t descriptionColumn = 9;
 
 constexpr int twins = 60;
 constexpr int unlistedArticles = 180;
@@ -98,6 +107,32 @@ struct Article {
     bool offered = true;  ///< stands in its supplier's catalogue
 };
 
+struct ListArticle {
+    std::string code;
+    std::string description;
+    double price = 0;  ///< list price
+};
+
+/// Every third row of the sample list, each code once, in the list's order.
+std::vector<ListArticle> listArticles() {
+    const Locale& locale = spanishLocale();
+    const auto list = makeObject<portable::JetConnection>(portable::DrivePaths());
+    list->ConnectionString("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\"" PXTARVO_SAMPLE_LIST "\"");
+    list->Open("", "", adOptionUnspecified);
+    const auto rows = list->openRows("SELECT * FROM List");
+    const auto text = [&](std::int32_t column) {
+        return joinedText(trimmed(rows->value(column), locale), locale);
+    };
+    std::vector<ListArticle> articles;
+    std::set<std::string> codes;
+    for (int row = 0; articles.size() < listed && rows->next(); ++row) {
+        if (row % rowStep != 0 || !codes.insert(text(codeColumn)).second) continue;
+        articles.push_back(
+            {text(codeColumn), text(descriptionColumn), toDouble(rows->value(priceColumn), locale)});
+    }
+    return articles;
+}
+
 class SampleDealer {
   public:
     explicit SampleDealer(Connection& connection) {
@@ -114,7 +149,6 @@ class SampleDealer {
     void row(const Tabla& table, std::initializer_list<Value> values);
     void referenceTables();
     void article(const Article& article);
-    void stock(const Article& article, bool moved);
     void stockRow(const Article& article, std::int32_t warehouse);
     void place();
     void movement(const Article& article);
@@ -186,15 +220,10 @@ void SampleDealer::article(const Article& article) {
                             {"Arp_Descuento", 0}});
     }
     if (id_ % 2 == 0) row(Aat::tabla, {{"Aat_Id", id_}, {"Aat_C01", ""}});
-    stock(article, moved);
+    if (id_ % 3 != 0) stockRow(article, 1);
+    if (id_ % 3 != 0 && moved && id_ % 5 == 0) stockRow(article, 2);
     if (id_ % 6 == 0) place();
     if (moved) movement(article);
-}
-
-void SampleDealer::stock(const Article& article, bool moved) {
-    if (id_ % 3 == 0) return;
-    stockRow(article, 1);
-    if (moved && id_ % 5 == 0) stockRow(article, 2);
 }
 
 void SampleDealer::stockRow(const Article& article, std::int32_t warehouse) {
@@ -218,26 +247,20 @@ void SampleDealer::place() {
 }
 
 void SampleDealer::movement(const Article& article) {
-    switch (id_ / 4 % 6) {
-        case 0:
-            return row(Movimientos::Lapr, {{"Lapr_IdArt", id_}});
-        case 1:
-            return row(Movimientos::Pedli, {{"PedLi_IdArt", id_}});
-        case 2:
-            return row(Movimientos::lav, {{"lav_idart", id_}});
-        case 3:
-            return row(Movimientos::Lpc, {{"Lpc_IdArt", id_}});
-        case 4:
-            return row(Movimientos::lac, {{"lac_codart", article.code}});
-        default:
-            return row(Hexis::tabla, {{"Hexis_Tipo", "E"},
-                                      {"Hexis_alma", 1},
-                                      {"Hexis_idArt", id_},
-                                      {"Hexis_Fecha", "15/03/2012"},
-                                      {"Hexis_Cantidad", 5.0},
-                                      {"Hexis_Unidades", 5.0},
-                                      {"Hexis_Com", "Entrada de albarán"}});
-    }
+    const std::pair<const Tabla*, Value> plain[] = {{&Movimientos::Lapr, {"Lapr_IdArt", id_}},
+                                                    {&Movimientos::Pedli, {"PedLi_IdArt", id_}},
+                                                    {&Movimientos::lav, {"lav_idart", id_}},
+                                                    {&Movimientos::Lpc, {"Lpc_IdArt", id_}},
+                                                    {&Movimientos::lac, {"lac_codart", article.code}}};
+    const std::size_t kind = static_cast<std::size_t>(id_) / 4 % 6;
+    if (kind < std::size(plain)) return row(*plain[kind].first, {plain[kind].second});
+    row(Hexis::tabla, {{"Hexis_Tipo", "E"},
+                       {"Hexis_alma", 1},
+                       {"Hexis_idArt", id_},
+                       {"Hexis_Fecha", "15/03/2012"},
+                       {"Hexis_Cantidad", 5.0},
+                       {"Hexis_Unidades", 5.0},
+                       {"Hexis_Com", "Entrada de albarán"}});
 }
 
 void SampleDealer::fill() {

@@ -1,12 +1,13 @@
 #include "devhost/exchange/cell_binding.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <string_view>
 #include <utility>
 
+#include "platform/values/clock.h"
 #include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
@@ -80,6 +81,18 @@ bool takeTimeOfDay(DateParts& parts, CalendarTime& time) {
         if (parts.takeOne(".,") != '\0') parts.skipDigits();
     }
     return true;
+}
+
+/// Reads "YYYY-MM-DD" or "DD/MM/YYYY" (also with "/", "-" or "." the other way round, day and month of one
+/// digit), and behind it, after blanks or a "T", an optional "HH:MM", "HH:MM:SS" or "HH:MM:SS.FFF", whose
+/// fraction is cut off. nullopt for anything else and for years before 1753, the server's first.
+std::optional<CalendarTime> readCellDate(std::string_view text) {
+    DateParts parts(trimBlanks(text));
+    CalendarTime time{.year = 0, .month = 0, .day = 0};
+    if (!takeDay(parts, time)) return std::nullopt;
+    if (!parts.atEnd() && !takeTimeOfDay(parts, time)) return std::nullopt;
+    if (!parts.atEnd() || time.year < firstServerYear || !isCalendarTime(time)) return std::nullopt;
+    return time;
 }
 
 /// A whole number as such, any other as a double.
@@ -177,15 +190,6 @@ std::optional<std::string> bindReal(sqlite3_stmt* statement, int parameter, std:
 }
 
 }  // namespace
-
-std::optional<CalendarTime> readCellDate(std::string_view text) {
-    DateParts parts(trimBlanks(text));
-    CalendarTime time{.year = 0, .month = 0, .day = 0};
-    if (!takeDay(parts, time)) return std::nullopt;
-    if (!parts.atEnd() && !takeTimeOfDay(parts, time)) return std::nullopt;
-    if (!parts.atEnd() || time.year < firstServerYear || !isCalendarTime(time)) return std::nullopt;
-    return time;
-}
 
 std::optional<std::string> bindCell(sqlite3_stmt* statement, int parameter, const StoredColumn& column,
                                     const CsvCell& cell) {

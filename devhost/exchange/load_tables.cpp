@@ -1,14 +1,12 @@
-#include "devhost/exchange/load_tables.h"
+#include "devhost/exchange/table_exchange.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
-#include <optional>
 #include <span>
 #include <stdexcept>
-#include <utility>
 
 #include "devhost/exchange/cell_binding.h"
 #include "devhost/exchange/csv_rows.h"

@@ -1,4 +1,4 @@
-#include "devhost/exchange/save_tables.h"
+#include "devhost/exchange/table_exchange.h"
 
 #include <csv.h>
 

@@ -49,9 +49,8 @@ bool DevUser::lastMessageIs(std::string_view text) const {
 
 std::optional<std::int32_t> DevUser::choose(const Busqueda& busqueda, Recordset& rows) {
     if (onSearchOpens) onSearchOpens();
-    std::optional<SearchChoice> choice = next(choices);
-    if (!choice && onSearch) choice = onSearch(busqueda, rows);
-    if (!choice) return std::nullopt;
+    const std::optional<SearchChoice> choice = next(choices);
+    if (!choice) return onSearch ? onSearch(busqueda, rows) : std::nullopt;
     if (const auto* position = std::get_if<std::int32_t>(&*choice)) return *position;
     if (const auto* typed = std::get_if<std::string>(&*choice)) {
         if (rows.RecordCount() > 0) rows.MoveFirst();
@@ -89,7 +88,6 @@ void DevUser::yielded() {
 
 void DevUser::windowUnloaded(Window& window) {
     if (recorder_) recorder_->unload(window.plan().name);
-    if (onWindowUnloaded) onWindowUnloaded(window);
 }
 
 }  // namespace pxtarvo::devhost

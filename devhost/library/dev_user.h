@@ -36,7 +36,6 @@ class DevUser : public portable::SimulatedUser {
 
     /// A window is open and idle; it is closed afterwards.
     std::function<void(Window&)> onWindowShown;
-    std::function<void(Window&)> onWindowUnloaded;
     /// The plug-in has let the message loop run.
     std::function<void()> onYielded;
     /// A message box is open, its answer already decided.
@@ -45,8 +44,8 @@ class DevUser : public portable::SimulatedUser {
     std::function<std::optional<std::string>(const OpenFileName&)> onChooseFile;
     /// A search list opens.
     std::function<void()> onSearchOpens;
-    /// Asked when no prepared choice is left; without it nothing is chosen.
-    std::function<SearchChoice(const Busqueda&, Recordset& rows)> onSearch;
+    /// Asked when no prepared choice is left for the position of a row; without it nothing is chosen.
+    std::function<std::optional<std::int32_t>(const Busqueda&, Recordset& rows)> onSearch;
 
     /// The answer to every question for which no reply is prepared; unset presses the default button.
     std::optional<MessageAnswer> yesNo;

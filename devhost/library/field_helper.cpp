@@ -19,10 +19,6 @@ constexpr std::int16_t firstPrintableKey = 32;
 constexpr int maximumDecimals = 9;
 constexpr std::size_t groupSize = 3;
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
 /// "250706" and "25072006" as "25/07/06" and "25/07/2006"; any other text as it is.
 std::string withDateSeparators(std::string_view text) {
     std::string date(text);

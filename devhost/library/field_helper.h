@@ -2,7 +2,6 @@
 
 // The field helper of the development host.
 
-#include <functional>
 #include <memory>
 
 #include "devhost/library/dev_user.h"

@@ -62,7 +62,8 @@ class DevHostDatabase::FieldList : public HostFieldList {
 };
 
 DevHostDatabase::DevHostDatabase(std::shared_ptr<HostState> state)
-    : state_(std::move(state)), fields_(std::make_shared<FieldList>(state_)), use_(state_) {
+    : state_(std::move(state)), fields_(std::make_shared<FieldList>(state_)) {
+    conduct_.context = ++state_->contexts;
     if (!state_->writer) state_->writer = std::make_shared<HostWriter>(state_->connection, *state_->locale);
     if (!state_->rotate) {
         shared_ = makeObject<RecordingConnection>(state_->offered(), state_->recorder, state_->checks, false);
@@ -71,23 +72,41 @@ DevHostDatabase::DevHostDatabase(std::shared_ptr<HostState> state)
 
 DevHostDatabase::~DevHostDatabase() = default;
 
+void DevHostDatabase::asked(std::string_view member) const {
+    if (stale_ && state_->checks) state_->checks->staleContext(member);
+}
+
+void DevHostDatabase::begin() {
+    if (std::exchange(begun_, true)) return;
+    conduct_.stale = stale_;
+    conduct_.limpiarCalled = conduct_.tablaSet = conduct_.limpiarFirst = false;
+}
+
+void DevHostDatabase::giveUp() {
+    if (!std::exchange(stale_, true)) state_->rotate();
+}
+
 ObjectRef<HostParameters> DevHostDatabase::Parametros() const {
-    use_.asked("Parametros");
+    asked("Parametros");
     return makeObject<DevParameters>(state_);
 }
 
 std::int32_t DevHostDatabase::Usuario() const {
-    use_.asked("Usuario");
+    asked("Usuario");
     return state_->usuario;
 }
 
 void DevHostDatabase::Limpiar(std::int32_t nOpcion) {
-    use_.limpiar(nOpcion);
+    begin();
+    if (state_->checks) state_->checks->limpiar(nOpcion);
+    conduct_.limpiarCalled = true;
+    if (!conduct_.tablaSet) conduct_.limpiarFirst = true;
     fields_->clear();
 }
 
 void DevHostDatabase::Tabla(std::string_view sTabla) {
-    use_.tabla();
+    begin();
+    conduct_.tablaSet = true;
     table_ = sTabla;
 }
 
@@ -101,9 +120,9 @@ ObjectRef<HostFieldList> DevHostDatabase::Campos() {
 }
 
 ObjectRef<pxtarvo::Connection> DevHostDatabase::Conexion() {
-    use_.asked("Conexion");
+    asked("Conexion");
     if (!state_->rotate) return shared_;
-    use_.giveUp();
+    giveUp();
     return makeObject<RecordingConnection>(state_->offered(), state_->recorder, state_->checks, true);
 }
 
@@ -120,16 +139,18 @@ bool DevHostDatabase::Insertar(std::string& sMensaje) {
 bool DevHostDatabase::write(WriteKind kind, std::string& sMensaje) {
     const std::shared_ptr<FieldList> fields = fields_;
     struct Ended {
-        ContextUse& use;
+        bool& begun;
         FieldList& fields;
         ~Ended() {
             fields.clear();
-            use.writeEnded();
+            begun = false;
         }
     };
-    const Ended ended{use_, *fields};
+    const Ended ended{begun_, *fields};
     const HostWrite write{kind, table_, condition_, fields->columns()};
-    use_.write(write);
+    begin();
+    // The last write of its context: a new one takes the place.
+    if (state_->checks && state_->checks->write(write, conduct_, static_cast<bool>(state_->rotate))) giveUp();
 
     std::optional<std::string> refusal;
     recorded([&] { refusal = run(write); },

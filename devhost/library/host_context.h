@@ -1,7 +1,7 @@
 #pragma once
 
 // The host's context object: collects one write after the other and has it run on the host's connection,
-// inside whatever transaction is open there.
+// inside whatever transaction is open there. Where contexts are replaced, each serves once.
 
 #include <cstdint>
 #include <memory>
@@ -9,9 +9,9 @@
 #include <string>
 #include <string_view>
 
-#include "devhost/library/context_use.h"
 #include "devhost/library/host_state.h"
 #include "devhost/record/host_write.h"
+#include "devhost/record/protocol_checks.h"
 #include "host/host_database.h"
 
 namespace pxtarvo::devhost {
@@ -42,6 +42,12 @@ class DevHostDatabase : public HostDatabase {
   private:
     class FieldList;
 
+    /// A member that every use reads afresh was asked.
+    void asked(std::string_view member) const;
+    /// The first member called after a write begins the next one.
+    void begin();
+    /// Leaves the place to a new context: whoever goes on using this one has kept it.
+    void giveUp();
     bool write(WriteKind kind, std::string& sMensaje);
     std::optional<std::string> run(const HostWrite& write);
 
@@ -50,7 +56,9 @@ class DevHostDatabase : public HostDatabase {
     ObjectRef<pxtarvo::Connection> shared_;  ///< what Conexion answers when contexts are not replaced
     std::string table_;
     std::string condition_;
-    ContextUse use_;
+    WriteConduct conduct_;
+    bool begun_ = false;
+    bool stale_ = false;
 };
 
 }  // namespace pxtarvo::devhost

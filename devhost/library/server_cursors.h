@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/database.h"
+#include "devhost/record/forwarding_connection.h"
 #include "platform/portable/sqlite/sqlite_connection.h"
 
 namespace pxtarvo::devhost {
@@ -20,22 +20,15 @@ enum class CursorLocation {
 /// Its results answer RecordCount with -1 and go forward by MoveNext only; any other move fails with the
 /// provider's error, Clone with 3251. As long as one of them is open and not at its end, no further statement
 /// runs inside a transaction.
-class ServerCursors final : public Connection {
+class ServerCursors final : public ForwardingConnection {
   public:
-    explicit ServerCursors(ObjectRef<portable::SqliteConnection> database) : database_(std::move(database)) {}
+    explicit ServerCursors(ObjectRef<portable::SqliteConnection> database)
+        : ForwardingConnection(database), database_(std::move(database)) {}
 
     /// Raises ProviderFailure where a result that is still being read forbids a statement.
     void admitStatement();
 
-    void ConnectionString(std::string_view value) override { database_->ConnectionString(value); }
-    void Open(std::string_view userId, std::string_view password, std::int32_t options) override {
-        database_->Open(userId, password, options);
-    }
-    std::int32_t State() const override { return database_->State(); }
     ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) override;
-    void BeginTrans() override { database_->BeginTrans(); }
-    void CommitTrans() override { database_->CommitTrans(); }
-    void RollbackTrans() override { database_->RollbackTrans(); }
 
   private:
     ObjectRef<portable::SqliteConnection> database_;

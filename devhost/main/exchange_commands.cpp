@@ -1,20 +1,24 @@
 // What brings a dealer's data in and out: the tables as CSV files, and any one statement.
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "devhost/dealer/host_file.h"
-#include "devhost/exchange/load_tables.h"
-#include "devhost/exchange/save_tables.h"
+#include "devhost/exchange/table_exchange.h"
 #include "devhost/main/commands.h"
-#include "devhost/main/exchange_progress.h"
 #include "devhost/main/exit_status.h"
 #include "devhost/main/named_files.h"
+#include "devhost/main/progress_display.h"
 #include "devhost/main/scratch_folder.h"
-#include "devhost/main/value_text.h"
 #include "platform/portable/clocks.h"
+#include "platform/portable/dialect/column_types.h"
+#include "platform/values/clock.h"
+#include "platform/values/decimal_number.h"
+#include "platform/values/number_text.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 
@@ -33,6 +37,63 @@ struct QueryOptions {
     bool dryRun = false;
 };
 
+template <class... Functions>
+struct Overloaded : Functions... {
+    using Functions::operator()...;
+};
+
+/// The text with "\t", "\n", "\r" and "\\" in place of the characters that end a cell or a line, and of the
+/// backslash.
+std::string inOneLine(std::string_view text) {
+    constexpr std::string_view special = "\t\n\r\\";
+    constexpr std::string_view letters = "tnr\\";
+    std::string line;
+    for (const char c : text) {
+        const std::size_t which = special.find(c);
+        if (which != special.npos) line += '\\';
+        line += which != special.npos ? letters[which] : c;
+    }
+    return line;
+}
+
+/// A value for other programs to read: NULL, numbers with a point, 0 or 1, dates as YYYY-MM-DD HH:MM:SS,
+/// texts in one line.
+std::string valueText(const Variant& value) {
+    return value.visit(Overloaded{
+        [](Empty) { return std::string(); },
+        [](Null) { return std::string("NULL"); },
+        [](bool yes) { return std::string(yes ? "1" : "0"); },
+        [](float number) { return plainNumber(number); },
+        [](double number) { return plainNumber(number); },
+        [](Currency amount) { return decimalText(decimalOf(amount), "."); },
+        [](const Decimal& number) { return decimalText(number, "."); },
+        [](Date date) {
+            const portable::StoredDate stored = portable::storedDate(toCalendar(date));
+            return std::string(stored.data(), stored.size());
+        },
+        [](const std::string& text) { return inOneLine(text); },
+        [](ErrorValue error) { return std::to_string(error.code); },
+        [](auto whole) { return plainNumber(static_cast<std::int32_t>(whole)); },
+    });
+}
+
+/// Remarks go to standard error as lines, progress too unless it is to be quiet.
+ExchangeWatcher telling(ProgressLine& line, bool quiet) {
+    ExchangeWatcher watcher;
+    watcher.remarked = [&line](const std::string& remark) {
+        line.clear();
+        tell(remark);
+    };
+    if (quiet) return watcher;
+    watcher.progressed = [&line](const ExchangeProgress& progress) {
+        if (!line.due()) return;
+        const int percent = static_cast<int>(std::clamp(progress.share, 0.0, 1.0) * 100);
+        line.show(percent, joined({std::to_string(percent), " % ", progress.file, " ",
+                                   std::to_string(progress.rows), " rows"}));
+    };
+    return watcher;
+}
+
 void print(const std::vector<ExchangedTable>& tables) {
     for (const ExchangedTable& table : tables) std::cout << table.file << ": " << table.rows << " rows\n";
     std::cout << std::flush;
@@ -42,8 +103,8 @@ int runLoad(const ExchangeOptions& options) {
     if (const auto trouble = newDatabaseTrouble(options.database)) return leave(exitFailed, *trouble);
     std::vector<ExchangedTable> loaded;
     {
-        ExchangeDisplay display(options.quiet);
-        const ExchangeWatcher watcher = display.watcher();
+        ProgressLine line;
+        const ExchangeWatcher watcher = telling(line, options.quiet);
         const ScratchFolder scratch;
         const std::string made = options.dryRun ? scratch.file("dealer.db") : options.database;
         createFilledHostFile(made, std::make_shared<portable::SystemClock>(),
@@ -60,8 +121,8 @@ int runSave(const ExchangeOptions& options) {
     const auto connection = openHostFile(options.database, std::make_shared<portable::SystemClock>());
     std::vector<ExchangedTable> saved;
     {
-        ExchangeDisplay display(options.quiet);
-        saved = saveTables(*connection, options.folder, display.watcher());
+        ProgressLine line;
+        saved = saveTables(*connection, options.folder, telling(line, options.quiet));
     }
     print(saved);
     return exitDone;

@@ -44,17 +44,11 @@ int runCommandLine(int argc, char** argv) {
     program.set_version_flag("--version", "pxtarvo-host " PXTARVO_VERSION);
     program.allow_extras();  // so that a wrong word can be named
     Command command;
-    addInitCommand(program, command);
-    addLoadCommand(program, command);
-    addSaveCommand(program, command);
-    addQueryCommand(program, command);
-    addImportCommand(program, command);
-    addStockCommand(program, command);
-    addDeleteCommand(program, command);
-    addLocationsCommand(program, command);
-    addFixCodesCommand(program, command);
-    addCheckCommand(program, command);
-    addUndoCommand(program, command);
+    for (const auto add :
+         {addInitCommand, addLoadCommand, addSaveCommand, addQueryCommand, addImportCommand, addStockCommand,
+          addDeleteCommand, addLocationsCommand, addFixCodesCommand, addCheckCommand, addUndoCommand}) {
+        add(program, command);
+    }
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

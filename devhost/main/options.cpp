@@ -1,8 +1,6 @@
 #include "devhost/main/options.h"
 
-#include <cctype>
-#include <cstddef>
-#include <string_view>
+#include <regex>
 
 #include "devhost/main/named_files.h"
 
@@ -11,19 +9,13 @@ namespace pxtarvo::devhost {
 namespace {
 
 /// Exactly "YYYY-MM-DD HH:MM:SS".
-std::optional<CalendarTime> readTime(std::string_view text) {
-    constexpr std::string_view form = "0000-00-00 00:00:00";
-    if (text.size() != form.size()) return std::nullopt;
-    for (std::size_t at = 0; at < form.size(); ++at) {
-        const bool digit = std::isdigit(static_cast<unsigned char>(text[at])) != 0;
-        if (form[at] == '0' ? !digit : text[at] != form[at]) return std::nullopt;
-    }
-    const auto part = [&](std::size_t at, std::size_t length) {
-        return std::stoi(std::string(text.substr(at, length)));
-    };
-    const CalendarTime time{part(0, 4), part(5, 2), part(8, 2), part(11, 2), part(14, 2), part(17, 2)};
-    if (!isCalendarTime(time)) return std::nullopt;
-    return time;
+std::optional<CalendarTime> readTime(const std::string& text) {
+    static const std::regex form(R"((\d{4})-(\d\d)-(\d\d) (\d\d):(\d\d):(\d\d))");
+    std::smatch parts;
+    if (!std::regex_match(text, parts, form)) return std::nullopt;
+    const auto part = [&](std::size_t at) { return std::stoi(parts[at]); };
+    const CalendarTime time{part(1), part(2), part(3), part(4), part(5), part(6)};
+    return isCalendarTime(time) ? std::optional(time) : std::nullopt;
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 // What the command line says.
 
 #include <CLI/CLI.hpp>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>

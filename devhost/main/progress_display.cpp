@@ -1,6 +1,5 @@
 #include "devhost/main/progress_display.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <iostream>
@@ -17,8 +16,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto timeBetweenBars = 100ms;
-constexpr auto timeBetweenLines = 5s;
+constexpr std::chrono::milliseconds timeBetweenBars = 100ms;
+constexpr std::chrono::milliseconds timeBetweenLines = 5s;
 constexpr unsigned yieldsBetweenLooks = 64;  // at the clock
 constexpr int barWidth = 30;
 constexpr std::string_view eraseLine = "\r\x1b[K";
@@ -43,57 +42,46 @@ std::string duration(double seconds) {
 
 }  // namespace
 
-ProgressDisplay::ProgressDisplay() : terminal_(portable::standardErrorIsTerminal()) {}
+ProgressLine::ProgressLine()
+    : terminal_(portable::standardErrorIsTerminal()),
+      interval_(terminal_ ? timeBetweenBars : timeBetweenLines),
+      due_(Clock::now() + interval_) {}
 
-void ProgressDisplay::show(const Window& window, const std::int32_t& rows) {
-    label_ = findControl<Label>(window, "Label2");
-    rows_ = &rows;
-    started_ = Clock::now();
-    due_ = started_ + (terminal_ ? timeBetweenBars : timeBetweenLines);
-}
-
-void ProgressDisplay::end() {
-    clear();
-    label_ = nullptr;
-}
-
-void ProgressDisplay::yielded() {
-    if (!label_ || ++yields_ % yieldsBetweenLooks != 0) return;
-    const auto now = Clock::now();
-    if (now < due_ || rowOf(label_->caption()) == 0) return;
-    due_ = now + (terminal_ ? timeBetweenBars : timeBetweenLines);
-    draw(now);
-}
-
-void ProgressDisplay::draw(Clock::time_point now) {
-    const std::int32_t row = rowOf(label_->caption());
-    const double perSecond = row / std::chrono::duration<double>(now - started_).count();
-    const std::string rate = std::to_string(std::lround(perSecond)) + " rows/s";
-    std::string line;
-    if (*rows_ >= row) {
-        const int percent = static_cast<int>(100.0 * row / *rows_);
-        if (terminal_) {
-            const int filled = percent * barWidth / 100;
-            line.append("[").append(filled, '#').append(barWidth - filled, '.').append("] ");
-        }
-        line +=
-            joined({std::to_string(row), " of ", std::to_string(*rows_), " rows, ", std::to_string(percent),
-                    " %, ", rate, ", ", duration((*rows_ - row) / perSecond), " left"});
-    } else {
-        line += joined({std::to_string(row), " rows, ", rate});
-    }
+void ProgressLine::show(std::optional<int> percent, std::string_view text) {
+    due_ = Clock::now() + interval_;
     if (!terminal_) {
-        std::cerr << line << std::endl;
+        std::cerr << text << std::endl;
         return;
     }
-    std::cerr << eraseLine << line << std::flush;
+    std::cerr << eraseLine;
+    if (percent) {
+        const int filled = *percent * barWidth / 100;
+        std::cerr << '[' << std::string(filled, '#') << std::string(barWidth - filled, '.') << "] ";
+    }
+    std::cerr << text << std::flush;
     drawn_ = true;
 }
 
-void ProgressDisplay::clear() {
-    if (!drawn_) return;
-    std::cerr << eraseLine << std::flush;
+void ProgressLine::clear() {
+    if (drawn_) std::cerr << eraseLine << std::flush;
     drawn_ = false;
+}
+
+RunProgress::RunProgress(const Window& window, const std::int32_t& rows)
+    : label_(findControl<Label>(window, "Label2")), rows_(rows) {}
+
+void RunProgress::yielded() {
+    if (!label_ || ++yields_ % yieldsBetweenLooks != 0 || !line_.due()) return;
+    const std::int32_t row = rowOf(label_->caption());
+    if (row == 0) return;
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - started_;
+    const double perSecond = row / passed.count();
+    const std::string rate = std::to_string(std::lround(perSecond)) + " rows/s";
+    if (rows_ < row) return line_.show({}, joined({std::to_string(row), " rows, ", rate}));
+    const int percent = static_cast<int>(100.0 * row / rows_);
+    line_.show(percent,
+               joined({std::to_string(row), " of ", std::to_string(rows_), " rows, ", std::to_string(percent),
+                       " %, ", rate, ", ", duration((rows_ - row) / perSecond), " left"}));
 }
 
 }  // namespace pxtarvo::devhost

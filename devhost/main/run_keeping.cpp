@@ -59,7 +59,7 @@ RunKeeping::RunKeeping(const CommonOptions& options, const WindowCommand& comman
     if (reports_ && command.list) {
         findings_.emplace(*command.list);
         watch_->wanted = findings_->wanted();
-        watch_->onRow = [this](const ListRow& row) { findings_->row(row); };
+        watch_->onRow = [this](ListRow row) { findings_->row(std::move(row)); };
     }
 }
 
@@ -72,7 +72,7 @@ void RunKeeping::prepare(DevHostOptions& host) {
 }
 
 void RunKeeping::begin(DevHost& host) {
-    if (reports_ || changesFile_) log_.emplace(host.database());
+    if (changesFile_ || (reports_ && purpose_ == Purpose::Keep)) log_.emplace(host.database());
 }
 
 void RunKeeping::window(Window* shown) {
@@ -134,7 +134,7 @@ void RunKeeping::takeList(const RunEnding& ending) {
     }
     list.columns = watch_->columns();
     list.rows = watch_->row();
-    if (findings_) report_.warnings = findings_->warnings();
+    if (findings_) report_.warnings = findings_->settled().warnings();
 }
 
 void RunKeeping::findFurtherFaults() {
@@ -150,18 +150,30 @@ void RunKeeping::findFurtherFaults() {
     std::ranges::move(further, std::back_inserter(report_.faults));
 }
 
-void RunKeeping::finish(DevHost& host, const RunEnding& ending) {
+ListPrice RunKeeping::listPrice() {
+    if (!findings_ || command_.list->columns.nPrecio < 0) return {};
+    return [&findings = findings_->settled()](std::string_view code) { return findings.lastPrice(code); };
+}
+
+/// Keeps the changes, and takes the facts from the same comparison.
+void RunKeeping::takeChanges() {
     if (!log_) return;
-    const std::string changes = log_->changes();
+    const BeforeAndAfter states = log_->end();
     log_.reset();
-    if (changesFile_) changesFile_->write(changes);
+    FactGathering facts(listPrice());
+    const RunChanges changes =
+        compareTables(states, changesFile_.has_value(), [&](const Tabla& table, const TableColumns& columns) {
+            return reports_ ? facts.visitor(table, columns) : RowVisitor();
+        });
+    if (changesFile_) changesFile_->write(changes.changeset);
+    report_.facts = facts.finish(states);
+    report_.facts.changed = changes.any;
+}
+
+void RunKeeping::finish(DevHost& host, const RunEnding& ending) {
+    takeChanges();
     if (!reports_) return;
     takeEnding(host, ending);
-    ListPrice listPrice;
-    if (findings_ && command_.list->columns.nPrecio >= 0) {
-        listPrice = [this](std::string_view code) { return findings_->lastPrice(code); };
-    }
-    if (purpose_ == Purpose::Keep) report_.facts = gatherFacts(*host.database(), changes, listPrice);
     takeList(ending);
     if (!options_.report.empty()) {
         std::ofstream page(options_.report, std::ios::binary | std::ios::trunc);

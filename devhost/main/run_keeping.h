@@ -10,7 +10,7 @@
 #include "devhost/changes/change_log.h"
 #include "devhost/changes/changes_file.h"
 #include "devhost/main/window_command.h"
-#include "devhost/report/list_findings.h"
+#include "devhost/report/findings_beside.h"
 #include "devhost/watch/list_watch.h"
 
 namespace pxtarvo::devhost {
@@ -38,9 +38,11 @@ class RunKeeping {
 
   private:
     void takeFields();
+    void takeChanges();
     void takeEnding(const DevHost& host, const RunEnding& ending);
     void takeList(const RunEnding& ending);
     void findFurtherFaults();
+    ListPrice listPrice();
 
     const CommonOptions& options_;
     const WindowCommand& command_;
@@ -50,7 +52,7 @@ class RunKeeping {
     std::optional<ChangeLog> log_;
     DevHostOptions hostOptions_;  ///< as they were before the run
     std::shared_ptr<ListWatch> watch_ = std::make_shared<ListWatch>();
-    std::optional<ListFindings> findings_;
+    std::optional<FindingsBeside> findings_;
     Window* window_ = nullptr;
     std::string listPlace_;
     RunReport report_;

@@ -1,6 +1,5 @@
 #include "devhost/main/window_command.h"
 
-#include <exception>
 #include <filesystem>
 #include <iostream>
 #include <optional>
@@ -44,18 +43,16 @@ std::optional<std::string> endTransaction(Connection& connection, bool well) {
     return std::nullopt;
 }
 
-void tellRefused(const RefusedWrites& refused) {
-    const std::size_t count = refused.count();
-    tell(joined({std::to_string(count),
-                 count == 1 ? " write was refused: " : " writes were refused, the first: ",
-                 asOneLine(refused.first())}));
-}
-
 /// What a host and its run leave the program with.
 int report(const DevHost& host, const RunEnding& ending) {
     const RefusedWrites& refused = host.state().refused;
-    if (refused.count() > 0) tellRefused(refused);
-    int status = refused.count() > 0 ? exitRefused : exitDone;
+    const std::size_t count = refused.count();
+    if (count > 0) {
+        tell(joined({std::to_string(count),
+                     count == 1 ? " write was refused: " : " writes were refused, the first: ",
+                     asOneLine(refused.first())}));
+    }
+    int status = count > 0 ? exitRefused : exitDone;
     if (ending.notTaken) {
         status = leave(ending.notTaken->status, ending.notTaken->reason);
     } else if (ending.failure) {
@@ -80,19 +77,21 @@ std::string lastLine(DevHost& host, const WindowCommand& command, const std::str
 int runInHost(DevHost& host, const CommonOptions& options, const WindowCommand& command,
               RunKeeping& keeping) {
     DevUser& user = host.user();
-    ProgressDisplay progress;
+    std::optional<RunProgress> progress;
     user.onMessage = [&](const ShownMessage& shown) {
-        progress.clear();
+        if (progress) progress->clear();
         print(shown);
     };
-    user.onYielded = [&] { progress.yielded(); };
+    user.onYielded = [&] {
+        if (progress) progress->yielded();
+    };
     keeping.begin(host);
     const RunEnding ending = runOnce(host, options, command, [&](Window* window) {
-        if (window && !options.quiet) progress.show(*window, command.rows);
-        if (!window) progress.end();
+        progress.reset();
+        if (window && !options.quiet) progress.emplace(*window, command.rows);
         keeping.window(window);
     });
-    progress.end();
+    progress.reset();
     const int status = report(host, ending);
     keeping.finish(host, ending);
     return status;
@@ -217,18 +216,15 @@ int runInWindow(const CommonOptions& options, const WindowCommand& command) {
     return status;
 }
 
-bool typeAndLeave(DevHost& host, TextBox& box, std::string_view text) {
-    host.desktop().type(box, text);
-    const bool taken = box.text() == text;
-    host.desktop().press(vkReturn);
-    return taken;
-}
-
 std::optional<Refusal> typeFields(DevHost& host, const Window& window, std::span<const FieldText> fields) {
     for (const FieldText& field : fields) {
         if (!field.text) continue;
         const std::size_t told = host.user().messages().size();
-        if (!typeAndLeave(host, control<TextBox>(window, "Text1", field.index), *field.text)) {
+        auto& box = control<TextBox>(window, "Text1", field.index);
+        host.desktop().type(box, *field.text);
+        const bool taken = box.text() == *field.text;
+        host.desktop().press(vkReturn);
+        if (!taken) {
             return Refusal{exitWrongCommand,
                            joined({field.option, ": the field does not take '", *field.text, "'"})};
         }

@@ -80,19 +80,15 @@ RunEnding runOnce(DevHost& host, const CommonOptions& options, const WindowComma
 /// what the options ask to be kept of it to its files. Gives back the exit status.
 int runInWindow(const CommonOptions& options, const WindowCommand& command);
 
-/// Types `text` into the box, over what it holds, and leaves it with Enter. False when the box did not take
-/// every key.
-bool typeAndLeave(DevHost& host, TextBox& box, std::string_view text);
-
 /// What an option says of a text box.
 struct FieldText {
     const char* option;
     int index;  ///< in Text1
     const std::optional<std::string>& text;
 };
-/// Types what the options give into the window's fields, in this order. A field refuses what its key filter
-/// does not let through (the command line is wrong) and what leaving it is answered with a message, an
-/// unknown code say (the run has failed).
+/// Types what the options give into the window's fields, in this order, over what they hold. A field refuses
+/// what its key filter does not let through (the command line is wrong) and what leaving it is answered with
+/// a message, an unknown code say (the run has failed).
 std::optional<Refusal> typeFields(DevHost& host, const Window& window, std::span<const FieldText> fields);
 /// Presses a button; once more where a message of the field that lost the focus swallowed the click.
 void press(DevHost& host, PushButton& button);

@@ -92,26 +92,15 @@ void Recorder::end(const RuntimeError* error) {
     sink_(line_);
 }
 
-void Recorder::sourceOpen(std::string_view connectionString, const RuntimeError* error) {
-    start("source.open");
-    field("connection", connectionString);
-    end(error);
-}
-
-void Recorder::sourceQuery(std::string_view sql, const RuntimeError* error) {
-    start("source.query");
-    field("sql", sql);
+void Recorder::call(std::string_view name, std::string_view key, std::string_view value,
+                    const RuntimeError* error) {
+    start(name);
+    field(key, value);
     end(error);
 }
 
 void Recorder::transaction(TransactionCall call, const RuntimeError* error) {
     start(name(transactionNames, call));
-    end(error);
-}
-
-void Recorder::execute(std::string_view sql, const RuntimeError* error) {
-    start("execute");
-    field("sql", sql);
     end(error);
 }
 
@@ -160,12 +149,6 @@ void Recorder::search(const Busqueda& busqueda, std::string_view answer, const R
     field("title", busqueda.sTituloVentana);
     if (!error) field("answer", answer);
     end(error);
-}
-
-void Recorder::unload(std::string_view window) {
-    start("unload");
-    field("window", window);
-    end();
 }
 
 }  // namespace pxtarvo::devhost

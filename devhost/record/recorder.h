@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -56,18 +55,26 @@ class Recorder {
 
     // Each takes the error that the call ended with, or nullptr.
 
-    void sourceOpen(std::string_view connectionString, const RuntimeError* error = nullptr);
-    void sourceQuery(std::string_view sql, const RuntimeError* error = nullptr);
+    void sourceOpen(std::string_view connectionString, const RuntimeError* error = nullptr) {
+        call("source.open", "connection", connectionString, error);
+    }
+    void sourceQuery(std::string_view sql, const RuntimeError* error = nullptr) {
+        call("source.query", "sql", sql, error);
+    }
+    void execute(std::string_view sql, const RuntimeError* error = nullptr) {
+        call("execute", "sql", sql, error);
+    }
     void transaction(TransactionCall call, const RuntimeError* error = nullptr);
-    void execute(std::string_view sql, const RuntimeError* error = nullptr);
     /// `ok` is whether the host took the write; an update's is not written down, as nobody is told.
     void write(const HostWrite& write, bool ok, const RuntimeError* error = nullptr);
     void message(const Message& message, MessageAnswer answer);
     /// `answer` is what the search list gave back.
     void search(const Busqueda& busqueda, std::string_view answer, const RuntimeError* error = nullptr);
-    void unload(std::string_view window);
+    void unload(std::string_view window) { call("unload", "window", window, nullptr); }
 
   private:
+    /// A call that carries one text.
+    void call(std::string_view name, std::string_view key, std::string_view value, const RuntimeError* error);
     void start(std::string_view call);
     void key(std::string_view name);
     void text(std::string_view value);

@@ -39,25 +39,13 @@ class FirstRowWatch : public portable::RowStream {
 
 RecordingConnection::RecordingConnection(ObjectRef<Connection> connection, std::shared_ptr<Recorder> recorder,
                                          std::shared_ptr<ProtocolChecks> checks, bool oneUse)
-    : connection_(std::move(connection)),
+    : ForwardingConnection(std::move(connection)),
       recorder_(std::move(recorder)),
       checks_(std::move(checks)),
       oneUse_(oneUse) {}
 
 void RecordingConnection::use(std::string_view member) {
     if (std::exchange(used_, true) && oneUse_ && checks_) checks_->connectionKept(member);
-}
-
-void RecordingConnection::ConnectionString(std::string_view value) {
-    connection_->ConnectionString(value);
-}
-
-void RecordingConnection::Open(std::string_view userId, std::string_view password, std::int32_t options) {
-    connection_->Open(userId, password, options);
-}
-
-std::int32_t RecordingConnection::State() const {
-    return connection_->State();
 }
 
 ObjectRef<Recordset> RecordingConnection::Execute(std::string_view commandText, std::int32_t options) {
@@ -76,21 +64,11 @@ void RecordingConnection::transaction(TransactionCall call, std::string_view mem
              [&](const RuntimeError* error) { recorder_->transaction(call, error); });
 }
 
-void RecordingConnection::BeginTrans() {
-    transaction(TransactionCall::Begin, "BeginTrans", &Connection::BeginTrans);
-}
-
-void RecordingConnection::CommitTrans() {
-    transaction(TransactionCall::Commit, "CommitTrans", &Connection::CommitTrans);
-}
-
-void RecordingConnection::RollbackTrans() {
-    transaction(TransactionCall::Rollback, "RollbackTrans", &Connection::RollbackTrans);
-}
-
 RecordingSource::RecordingSource(ObjectRef<Connection> connection, std::shared_ptr<Recorder> recorder,
                                  std::shared_ptr<ProtocolChecks> checks)
-    : connection_(std::move(connection)), recorder_(std::move(recorder)), checks_(std::move(checks)) {}
+    : ForwardingConnection(std::move(connection)),
+      recorder_(std::move(recorder)),
+      checks_(std::move(checks)) {}
 
 void RecordingSource::ConnectionString(std::string_view value) {
     connectionString_ = value;
@@ -105,24 +83,6 @@ void RecordingSource::Open(std::string_view userId, std::string_view password, s
     if (!recorder_) return connection_->Open(userId, password, options);
     recorded([&] { connection_->Open(userId, password, options); },
              [&](const RuntimeError* error) { recorder_->sourceOpen(connectionString_, error); });
-}
-
-std::int32_t RecordingSource::State() const {
-    return connection_->State();
-}
-
-ObjectRef<Recordset> RecordingSource::Execute(std::string_view commandText, std::int32_t options) {
-    return connection_->Execute(commandText, options);
-}
-
-void RecordingSource::BeginTrans() {
-    connection_->BeginTrans();
-}
-void RecordingSource::CommitTrans() {
-    connection_->CommitTrans();
-}
-void RecordingSource::RollbackTrans() {
-    connection_->RollbackTrans();
 }
 
 std::unique_ptr<portable::RowStream> RecordingSource::openRows(std::string_view statement) {

@@ -70,14 +70,16 @@ void ListFindings::row(const ListRow& row) {
 
     Stood stands{row.number, {}, {}};
     if (columns.nPrecio >= 0) {
-        stands.shownPrice = textOf(at(row, columns.nPrecio));
-        stands.price = numberOf(at(row, columns.nPrecio));
-        if (stands.price && *stands.price <= 0) add(WarningKind::PriceNotPositive, code, stands.shownPrice);
+        stands.listedPrice = at(row, columns.nPrecio);
+        stands.price = numberOf(stands.listedPrice);
+        if (stands.price && *stands.price <= 0) {
+            add(WarningKind::PriceNotPositive, code, textOf(stands.listedPrice));
+        }
     }
     const auto [before, fresh] = codes_.try_emplace(code, stands);
     if (!fresh) {
-        add(WarningKind::RepeatedCode, code, stands.shownPrice, before->second.row,
-            before->second.shownPrice);
+        add(WarningKind::RepeatedCode, code, textOf(stands.listedPrice), before->second.row,
+            textOf(before->second.listedPrice));
         before->second = std::move(stands);
     }
 

@@ -59,7 +59,7 @@ class ListFindings {
     struct Stood {
         std::int32_t row = 0;
         std::optional<double> price;
-        std::string shownPrice;
+        Variant listedPrice;
     };
 
     void add(WarningKind kind, const std::string& code, std::string value, std::int32_t otherRow = 0,

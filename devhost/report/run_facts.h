@@ -1,6 +1,6 @@
 #pragma once
 
-// What a run did to the dealer's tables, from the changes that were kept of it.
+// What a run did to the dealer's tables, from each row before and after it.
 
 #include <cstddef>
 #include <cstdint>
@@ -8,9 +8,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
-#include "platform/portable/sqlite/sqlite_connection.h"
+#include "devhost/changes/table_comparison.h"
 
 namespace pxtarvo::devhost {
 
@@ -60,8 +62,39 @@ struct RunFacts {
 /// The price that the list gives to a code; nothing for a code that it lacks.
 using ListPrice = std::function<std::optional<double>(std::string_view code)>;
 
-/// Reads the tables as they are after the run. `listPrice` may be empty. Raises the provider's error.
-RunFacts gatherFacts(portable::SqliteConnection& connection, std::string_view changes,
-                     const ListPrice& listPrice);
+/// Gathers the facts while the tables are compared.
+class FactGathering {
+  public:
+    /// `listPrice` may be empty.
+    explicit FactGathering(ListPrice listPrice) : listPrice_(std::move(listPrice)) {}
+
+    /// Who sees the rows of a table. Each table has fields of its own here, so that several may be compared
+    /// at once.
+    RowVisitor visitor(const Tabla& table, const TableColumns& columns);
+    /// Once all tables are compared. Raises the provider's error.
+    RunFacts finish(const BeforeAndAfter& states);
+
+  private:
+    /// What an article's price was and is; 0 for none.
+    struct Prices {
+        std::int64_t article = 0;
+        double before = 0;
+        double after = 0;
+    };
+    struct Units {
+        double before = 0;
+        double after = 0;
+    };
+
+    RowVisitor articles(const TableColumns& columns);
+    RowVisitor stock(const TableColumns& columns);
+    RowVisitor places(const TableColumns& columns);
+    Units unitsOf(std::int64_t article) const;
+
+    ListPrice listPrice_;
+    std::vector<Prices> prices_;                     ///< of each article that has or had one
+    std::unordered_map<std::int64_t, Units> stock_;  ///< by article, where it has or had any
+    RunFacts facts_;
+};
 
 }  // namespace pxtarvo::devhost

@@ -62,7 +62,10 @@ void ListWatch::endRow(bool stopped) {
         for (const std::int32_t position : wanted) complete(position);
     }
     rest_ = nullptr;
-    if (onRow) onRow({row_, values_});
+    if (!onRow) return;
+    const std::size_t count = values_.size();
+    onRow({row_, stopped ? values_ : std::move(values_)});
+    values_.resize(count);
 }
 
 }  // namespace pxtarvo::devhost

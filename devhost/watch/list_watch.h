@@ -11,17 +11,17 @@
 
 namespace pxtarvo::devhost {
 
-/// A row of the list. Valid while it is being visited.
+/// A row of the list.
 struct ListRow {
-    std::int32_t number = 0;             ///< 1-based
-    const std::vector<Variant>& values;  ///< by position; Empty where there is none
+    std::int32_t number = 0;      ///< 1-based
+    std::vector<Variant> values;  ///< by position; Empty where there is none
 };
 
 /// Follows a list over one run, or over several that go on where the one before stopped.
 class ListWatch {
   public:
     /// Each row once, after the run has finished with it.
-    std::function<void(const ListRow&)> onRow;
+    std::function<void(ListRow)> onRow;
     /// The positions whose values onRow needs, whether the run reads them or not.
     std::vector<std::int32_t> wanted;
     /// Gives the value at a position that the run itself has not read; Empty for none.
@@ -48,7 +48,7 @@ class ListWatch {
     std::int32_t row() const noexcept { return row_; }
     /// What was read last, in that row; -1 for nothing.
     std::int32_t lastPosition() const noexcept { return last_; }
-    /// The last row's values, also when it was ended.
+    /// The values of the row at hand, or of the last one where a run has stopped in it.
     const std::vector<Variant>& values() const noexcept { return values_; }
 
   private:

@@ -6,9 +6,7 @@
 
 #include "deletion/frm_borrado_articulos.h"
 #include "devhost/library/host_context.h"
-#include "devhost/wine/objects/ado_objects.h"
-#include "devhost/wine/objects/field_helper_object.h"
-#include "devhost/wine/objects/spreadsheet_object.h"
+#include "devhost/wine/objects/automation_objects.h"
 #include "devhost/wine/screen/search_window.h"
 #include "import/frm_imp_tarifas.h"
 #include "stock/frm_existencias.h"
@@ -16,8 +14,6 @@
 namespace pxtarvo::devhost {
 
 using windows::Bstr;
-using windows::makeDispatch;
-using windows::OwnedVariant;
 using windows::Reference;
 
 namespace {
@@ -79,11 +75,8 @@ DevHostOptions WineHost::recording(DevHostOptions options, Recorder::Sink record
 
 WineHost::WineHost(const PlugIn& plugIn, DevHostOptions options, Recorder::Sink record, ScreenSession screen)
     : parts_(recording(std::move(options), std::move(record)), [this] { handOverNewContext(); }) {
-    parts_.stage->user->onSearch = [this](const Busqueda& busqueda, Recordset& rows) -> SearchChoice {
-        const auto chosen = screen_->searching([&] { return showSearchWindow(busqueda, rows); });
-        SearchChoice choice;
-        if (chosen) choice = *chosen;
-        return choice;
+    parts_.stage->user->onSearch = [this](const Busqueda& busqueda, Recordset& rows) {
+        return screen_->searching([&] { return showSearchWindow(busqueda, rows); });
     };
 
     screen.recorder = state().recorder;
@@ -105,14 +98,13 @@ WineHost::~WineHost() {
 void WineHost::offerClasses() {
     HostStage& stage = *parts_.stage;
     classes_.offer("ADODB.Connection", connectionClass,
-                   [&stage] { return makeDispatch<ConnectionObject>(stage.platform.createConnection()); });
+                   [&stage] { return connectionObject(stage.platform.createConnection()); });
     classes_.offer("ADODB.Recordset", recordsetClass,
-                   [&stage] { return makeDispatch<RecordsetObject>(stage.platform.createRecordset()); });
+                   [&stage] { return recordsetObject(stage.platform.createRecordset()); });
     classes_.offer("Excel.Application", spreadsheetClass,
                    [&stage] { return spreadsheetObject(stage.platform.createSpreadsheet()); });
-    classes_.offer(fieldHelperName, fieldHelperClass, [&stage] {
-        return makeDispatch<FieldHelperObject>(stage.makeFieldHelper(), stage.platform);
-    });
+    classes_.offer(fieldHelperName, fieldHelperClass,
+                   [&stage] { return fieldHelperObject(stage.makeFieldHelper(), stage.platform); });
 }
 
 void WineHost::run() {
@@ -120,7 +112,7 @@ void WineHost::run() {
 }
 
 Reference<IDispatch> WineHost::newContext() const {
-    return makeDispatch<HostDatabaseObject>(makeObject<DevHostDatabase>(parts_.state));
+    return contextObject(makeObject<DevHostDatabase>(parts_.state));
 }
 
 void WineHost::handOverNewContext() {

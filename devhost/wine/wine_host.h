@@ -4,12 +4,10 @@
 // the DLL, and a user in front of its real windows.
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "devhost/dev_host.h"
 #include "devhost/wine/objects/class_objects.h"
-#include "devhost/wine/objects/host_objects.h"
 #include "devhost/wine/screen/screen_user.h"
 #include "platform/windows/automation/dispatch.h"
 

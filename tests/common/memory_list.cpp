@@ -20,6 +20,7 @@ class ListRows : public portable::RowStream {
     const std::string& columnName(std::int32_t) const override { return name_; }
     bool next() override {
         if (at_ == rows().size()) return false;
+        if (rows()[at_].empty()) throw RuntimeError(ErrorNumber::ProviderFailure);
         ++at_;
         return true;
     }

@@ -14,7 +14,7 @@
 
 namespace pxtarvo::test {
 
-/// One row by position, as long as the list's columns.
+/// One row by position, as long as the list's columns; at an empty one the list breaks.
 using ListRow = std::vector<Variant>;
 
 /// A row as the yearly lists have it: code, price, date, group, description at their positions.

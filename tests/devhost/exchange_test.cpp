@@ -8,9 +8,7 @@
 #include <stdexcept>
 
 #include "devhost/dealer/sample_dealer.h"
-#include "devhost/dealer/schema.h"
-#include "devhost/exchange/load_tables.h"
-#include "devhost/exchange/save_tables.h"
+#include "devhost/exchange/table_exchange.h"
 #include "host/tables.h"
 #include "platform/values/text.h"
 #include "tests/devhost/host_folder.h"
@@ -22,28 +20,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-/// Every value of every table as SQLite keeps it, with its storage class.
-std::vector<std::string> contentsOf(const portable::SqliteConnection& connection) {
-    std::vector<std::string> contents;
-    for (const Tabla& table : tablasHost) {
-        const auto rows = portable::prepare(connection.handle(),
-                                            joined({"SELECT * FROM ", table.sNombre, " ORDER BY rowid"}));
-        while (portable::step(rows.get())) {
-            std::string line(table.sNombre);
-            for (int column = 0; column < sqlite3_column_count(rows.get()); ++column) {
-                line += '|' + std::to_string(sqlite3_column_type(rows.get(), column)) + ':';
-                const double number = sqlite3_column_double(rows.get(), column);
-                line.append(reinterpret_cast<const char*>(&number), sizeof number);
-                if (const auto* text = sqlite3_column_text(rows.get(), column)) {
-                    line += reinterpret_cast<const char*>(text);
-                }
-            }
-            contents.push_back(std::move(line));
-        }
-    }
-    return contents;
-}
 
 /// As UTF-16 without a mark.
 std::string units(std::string_view text, bool bigEndian = false) {
@@ -60,8 +36,7 @@ class Exchange : public ::testing::Test {
   protected:
     /// Adds the files of the folder "in" to the host's tables, in memory.
     ObjectRef<portable::SqliteConnection> load() {
-        auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
-        devhost::createSchema(*connection);
+        auto connection = devhost::openEmptyHost(hostClock);
         devhost::loadTables(*connection, files.file("in"), watcher);
         return connection;
     }
@@ -117,38 +92,25 @@ TEST_F(Exchange, ReadsValuesAsTheirColumnsKeepThem) {
         const auto rows = loaded("Exis.csv", bytes, joined({"SELECT ", column, " FROM Exis"}));
         return rows.size() == 1 ? rows.front() : "not one row";
     };
-    struct Case {
-        std::string_view column;
-        std::string_view cell;
-        std::string_view value;  ///< as a Spaniard reads it
+    using Cells = std::initializer_list<std::pair<std::string_view, std::string_view>>;
+    // column, cell, and the value as a Spaniard reads it
+    const std::string_view cases[][3] = {{"Exis_Fentrada", "2012-02-29", "29/02/2012"},
+                                         {"Exis_Fentrada", "2012-02-29T23:59:59.997", "29/02/2012 23:59:59"},
+                                         {"Exis_Fentrada", "2012-02-03 04:05:06", "03/02/2012 4:05:06"},
+                                         {"Exis_Fentrada", "3/2/2012 4:05", "03/02/2012 4:05:00"},
+                                         {"Exis_Fentrada", "31-12-9999 00:00:00,000", "31/12/9999"},
+                                         {"Exis_Lote", "\"a\r\n\n\"\"b\"", "a\r\n\n\"b"}};
+    for (const auto& [column, cell, value] : cases) EXPECT_EQ(stored(column, cell), value) << cell;
+    const auto expect = [&](std::string_view column, Cells some) {
+        for (const auto& [cell, value] : some) EXPECT_EQ(stored(column, cell), value) << cell;
     };
-    const Case cases[] = {
-        {"Exis_Fentrada", "2012-02-29", "29/02/2012"},
-        {"Exis_Fentrada", "2012-02-29T23:59:59.997", "29/02/2012 23:59:59"},
-        {"Exis_Fentrada", "2012-02-03 04:05:06", "03/02/2012 4:05:06"},
-        {"Exis_Fentrada", "03/02/2012", "03/02/2012"},
-        {"Exis_Fentrada", "3/2/2012 4:05", "03/02/2012 4:05:00"},
-        {"Exis_Fentrada", "31-12-9999 00:00:00,000", "31/12/9999"},
-        {"Exis_Fentrada", "\"\"", "NULL"},
-        {"Exis_Cantidad", "1234,5", "1234,5"},
-        {"Exis_Cantidad", "-.25", "-0,25"},
-        {"Exis_Cantidad", " +7.0E+2 ", "700"},
-        {"Exis_Pro", "24,00", "24"},
-        {"Exis_Pro", "-2147483648", "-2147483648"},
-        {"Exis_Kill", "true", "Verdadero"},
-        {"Exis_Kill", "0", "Falso"},
-        {"Exis_Lote", "\"\"", ""},
-        {"Exis_Lote", "", "NULL"},
-        {"Exis_Lote", "NULL", "NULL"},
-        {"Exis_Lote", "\"NULL\"", "NULL"},
-        {"Exis_Lote", "null", "null"},
-        {"Exis_Lote", " 007 ", " 007 "},
-        {"Exis_Lote", "\"a\r\n\n\"\"b\"", "a\r\n\n\"b"},
-    };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.cell);
-        EXPECT_EQ(stored(one.column, one.cell), one.value);
-    }
+    expect("Exis_Fentrada", {{"\"\"", "NULL"}});
+    expect("Exis_Cantidad", {{"1234,5", "1234,5"}, {"-.25", "-0,25"}, {" +7.0E+2 ", "700"}});
+    expect("Exis_Pro", {{"24,00", "24"}, {"-2147483648", "-2147483648"}});
+    expect("Exis_Kill", {{"true", "Verdadero"}, {"0", "Falso"}});
+    expect("Exis_Lote",
+           {{"\"\"", ""}, {"", "NULL"}, {"NULL", "NULL"}, {"\"NULL\"", "NULL"}, {"null", "null"}});
+    expect("Exis_Lote", {{" 007 ", " 007 "}});
     EXPECT_THAT(loaded("Exis.csv", "Exis_Lote,Exis_Des\n\"NULL\",NULL\n",
                        "SELECT Exis_Id FROM Exis WHERE Exis_Lote = 'NULL' AND Exis_Des IS NULL"),
                 ElementsAre("1"));
@@ -158,57 +120,45 @@ TEST_F(Exchange, ReadsValuesAsTheirColumnsKeepThem) {
 }
 
 TEST_F(Exchange, StopsAtWhatDoesNotFitWithItsPlace) {
-    struct Case {
-        std::string name;
-        std::string bytes;
-        std::string refusal;
+    const auto refuses = [&](const std::string& name,
+                             std::initializer_list<std::pair<std::string, std::string>> cases) {
+        for (const auto& [bytes, why] : cases) EXPECT_EQ(refusal(name, bytes), name + why) << bytes;
     };
+    const std::string noDate = "' is no date of the years 1753 to 9999", date = "Art_Id,Art_FechaEstado\n1,";
     const std::string longText(61, 'x');
-    const Case cases[] = {
-        {"Art.csv", "", "Art.csv: it is empty; its first line must name the columns"},
-        {"Art.csv", "1,2,3\n",
-         "Art.csv, line 1: it names no column of the table Art; the first line must name the columns"},
-        {"Art.csv", "Art_Id,art_id\n", "Art.csv, line 1, column Art_Id: it stands twice"},
-        {"Art.csv", "Art_Id,Art_Cod\n1,A\n\n2,B,C\n", "Art.csv, line 4: 3 cells, but the first line has 2"},
-        {"Art.csv", "Art_Id,Art_Cod\n1\n", "Art.csv, line 2: 1 cell, but the first line has 2"},
-        {"Art.csv", "Art_Id,ART_PVE\n1,2\n2,1.234,5\n", "Art.csv, line 3: 3 cells, but the first line has 2"},
-        {"Art.csv", "Art_Id;ART_PVE\n1;1.234,5\n", "Art.csv, line 2, column ART_PVE: '1.234,5' is no number"},
-        {"Art.csv", "Art_Id,ART_PVE\n1,1e999\n", "Art.csv, line 2, column ART_PVE: '1e999' is no number"},
-        {"Art.csv", "Art_Id,ART_PVE\n1,nan\n", "Art.csv, line 2, column ART_PVE: 'nan' is no number"},
-        {"Art.csv", "Art_Id,Art_Cal\n1,2.5\n", "Art.csv, line 2, column Art_Cal: '2.5' is no whole number"},
-        {"Art.csv", "Art_Id,Art_Cal\n1,2147483648\n",
-         "Art.csv, line 2, column Art_Cal: '2147483648' is not between -2147483648 and 2147483647"},
-        {"Art.csv", "Art_Id,Art_FechaEstado\n1,2011-02-29\n",
-         "Art.csv, line 2, column Art_FechaEstado: '2011-02-29' is no date of the years 1753 to 9999"},
-        {"Art.csv", "Art_Id,Art_FechaEstado\n1,02/13/2011\n",
-         "Art.csv, line 2, column Art_FechaEstado: '02/13/2011' is no date of the years 1753 to 9999"},
-        {"Art.csv", "Art_Id,Art_FechaEstado\n1,1/2/2011 24:00\n",
-         "Art.csv, line 2, column Art_FechaEstado: '1/2/2011 24:00' is no date of the years 1753 to 9999"},
-        {"Exis.csv", "Exis_Kill\n2\n",
-         "Exis.csv, line 2, column Exis_Kill: '2' is none of 0, 1, True and False"},
-        {"fam.csv", "Fam_Id,Fam_Des\n1,\"a\nb\"\n2,\"\n" + longText + "\"\n",
-         "fam.csv, line 4, column FAM_DES: ' " + longText.substr(2) +
-             "...' has 62 characters, of which 60 fit"},
-        {"Art.csv", "Art_Id,Art_Cod\n5,A\n6,B\n5,C\n",
-         "Art.csv, line 4, column Art_Id: '5' stands in an earlier row, too"},
-        {"Aat.csv", "Aat_C01\nx\n", "Aat.csv, line 1, column Aat_Id: it is missing, and identifies the rows"},
-        {"Aat.csv", "Aat_Id,Aat_C01\n1,x\n,y\n",
-         "Aat.csv, line 3, column Aat_Id: it is empty, and identifies the row"},
-        {"Art.csv", "Art_Id,Art_Cod\n1,\"A\"B\n", "Art.csv, line 2: text follows a closing quote"},
-        {"Art.csv", "Art_Id,Art_Cod\n1,A\n2,\"B\n3,C\n", "Art.csv, line 3: a quote is never closed"},
-        {"Art.csv",
-         "\xEF\xBB\xBF"
-         "Art_Id,Art_Cod\n1,\xD1\n",
-         "Art.csv, line 2: the text is no well-formed UTF-8"},
-        {"Fam.csv", "\xFF\xFE" + units("Fam_Id\n") + "1",
-         "Fam.csv, line 2: the text is no well-formed UTF-16"},
-        {"Fam.csv", units("Fam_Id\n1\n") + std::string("\x01\xD8\n\0", 4),
-         "Fam.csv, line 3: the text is no well-formed UTF-16"},
-    };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.bytes);
-        EXPECT_EQ(refusal(one.name, one.bytes), one.refusal);
-    }
+    refuses(
+        "Art.csv",
+        {{"", ": it is empty; its first line must name the columns"},
+         {"1,2\n", ", line 1: it names no column of the table Art; the first line must name the columns"},
+         {"Art_Id,art_id\n", ", line 1, column Art_Id: it stands twice"},
+         {"Art_Id,Art_Cod\n1,A\n\n2,B,C\n", ", line 4: 3 cells, but the first line has 2"},
+         {"Art_Id,Art_Cod\n1\n", ", line 2: 1 cell, but the first line has 2"},
+         {"Art_Id;ART_PVE\n1;1.234,5\n", ", line 2, column ART_PVE: '1.234,5' is no number"},
+         {"Art_Id,ART_PVE\n1,1e999\n", ", line 2, column ART_PVE: '1e999' is no number"},
+         {"Art_Id,ART_PVE\n1,nan\n", ", line 2, column ART_PVE: 'nan' is no number"},
+         {"Art_Id,Art_Cal\n1,2.5\n", ", line 2, column Art_Cal: '2.5' is no whole number"},
+         {"Art_Id,Art_Cal\n1,2147483648\n",
+          ", line 2, column Art_Cal: '2147483648' is not between -2147483648 and 2147483647"},
+         {date + "2011-02-29\n", ", line 2, column Art_FechaEstado: '2011-02-29" + noDate},
+         {date + "02/13/2011\n", ", line 2, column Art_FechaEstado: '02/13/2011" + noDate},
+         {date + "1/2/2011 24:00\n", ", line 2, column Art_FechaEstado: '1/2/2011 24:00" + noDate},
+         {"Art_Id,Art_Cod\n5,A\n6,B\n5,C\n", ", line 4, column Art_Id: '5' stands in an earlier row, too"},
+         {"Art_Id,Art_Cod\n1,\"A\"B\n", ", line 2: text follows a closing quote"},
+         {"Art_Id,Art_Cod\n1,A\n2,\"B\n3,C\n", ", line 3: a quote is never closed"},
+         {"\xEF\xBB\xBF"
+          "Art_Id,Art_Cod\n1,\xD1\n",
+          ", line 2: the text is no well-formed UTF-8"}});
+    refuses("Exis.csv",
+            {{"Exis_Kill\n2\n", ", line 2, column Exis_Kill: '2' is none of 0, 1, True and False"}});
+    refuses("Aat.csv",
+            {{"Aat_C01\nx\n", ", line 1, column Aat_Id: it is missing, and identifies the rows"},
+             {"Aat_Id,Aat_C01\n1,x\n,y\n", ", line 3, column Aat_Id: it is empty, and identifies the row"}});
+    refuses("fam.csv", {{"Fam_Id,Fam_Des\n1,\"a\nb\"\n2,\"\n" + longText + "\"\n",
+                         ", line 4, column FAM_DES: ' " + longText.substr(2) +
+                             "...' has 62 characters, of which 60 fit"},
+                        {"\xFF\xFE" + units("Fam_Id\n") + "1", ", line 2: the text is no well-formed UTF-16"},
+                        {units("Fam_Id\n1\n") + std::string("\x01\xD8\n\0", 4),
+                         ", line 3: the text is no well-formed UTF-16"}});
     // Sixty characters fit, however many bytes they have.
     std::string accents;
     for (int count = 0; count < 60; ++count) accents += "ñ";
@@ -236,19 +186,14 @@ TEST_F(Exchange, NamesWhatItLeavesOutAndNumbersOn) {
                     "Marcas.csv: Null in every row, as the file has no such column: Marca_CodAbrev"));
     connection->Execute("DELETE FROM Art WHERE Art_Id = 900", adOptionUnspecified);
     connection->Execute("INSERT INTO Art (Art_Cod) VALUES ('D')", adOptionUnspecified);
-    EXPECT_EQ(
-        connection->Execute("SELECT Art_Id FROM Art WHERE Art_Cod = 'D'", adOptionUnspecified)->Fields(0),
-        Variant(901));
-    EXPECT_EQ(connection->Execute("SELECT Marca_ID FROM Marcas WHERE Marca_Des = 'Agm'", adOptionUnspecified)
-                  ->Fields(0),
-              Variant(2));
+    EXPECT_THAT(rowsOf(*connection, "SELECT Art_Id FROM Art WHERE Art_Cod = 'D'"), ElementsAre("901"));
+    EXPECT_THAT(rowsOf(*connection, "SELECT Marca_ID FROM Marcas WHERE Marca_Des = 'Agm'"), ElementsAre("2"));
 }
 
 /// As a full disk does.
 TEST_F(Exchange, TellsTheFailureThatEndedItsTransaction) {
     files.write("in/lac.csv", "lac_codart\nA\n");
-    const auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
-    devhost::createSchema(*connection);
+    const auto connection = devhost::openEmptyHost(hostClock);
     connection->runNative(
         "CREATE TRIGGER Lleno BEFORE INSERT ON lac BEGIN SELECT RAISE(ROLLBACK, 'No cabe.'); END");
     try {
@@ -281,17 +226,8 @@ TEST_F(Exchange, GivesTheSameTablesAgain) {
         "'\"'",          "'\"\"'",  "'x\"y'",      "'''quoted'''", "char(13,10)", "char(10)||'z'",
         "'a'||char(13)", "char(9)", "'ñÑ€·漢字😀'", "char(65533)",  "'007'",       "'1e5'",
         "'-'",           "'=1+1'",  "','"};
-    const std::string numbers[] = {"NULL",
-                                   "0",
-                                   "-1",
-                                   "1e308",
-                                   "-1.7976931348623157e308",
-                                   "5e-324",
-                                   "0.1",
-                                   "1.0/3",
-                                   "123456789012345678",
-                                   "-0.0",
-                                   "2.5e-10"};
+    const auto numbers = split(
+        "NULL|0|-1|1e308|-1.7976931348623157e308|5e-324|0.1|1.0/3|123456789012345678|-0.0|2.5e-10", '|');
     const std::string wholes[] = {"NULL", "0", "-2147483648", "2147483647", "24"};
     const std::string dates[] = {"NULL", "'1753-01-01 00:00:00'", "'9999-12-31 23:59:59'",
                                  "'2012-02-29 12:30:00'"};
@@ -303,8 +239,7 @@ TEST_F(Exchange, GivesTheSameTablesAgain) {
              pick(dates), ",", pick(wholes) == "0" ? "1" : "NULL", ");"});
         script += joined({"INSERT INTO lac (lac_codart) VALUES (", pick(texts), ");"});
     }
-    const auto connection = portable::SqliteConnection::create(":memory:", *hostClock);
-    devhost::createSchema(*connection);
+    const auto connection = devhost::openEmptyHost(hostClock);
     devhost::fillSampleDealer(*connection);
     connection->runNative("BEGIN;" + script + "COMMIT");
 
@@ -312,7 +247,7 @@ TEST_F(Exchange, GivesTheSameTablesAgain) {
     EXPECT_EQ(saved.size(), std::size(tablasHost));
     EXPECT_THAT(bytesOf(files.file("in/Marcas.csv")),
                 ::testing::StartsWith("Marca_ID,Marca_Des,Marca_CodAbrev\n1,Same,SAME\n"));
-    EXPECT_TRUE(contentsOf(*load()) == contentsOf(*connection));
+    EXPECT_TRUE(tablesOf(*load()) == tablesOf(*connection));
     EXPECT_THAT(remarks, IsEmpty());
 
     const std::string before = bytesOf(files.file("in/Art.csv"));

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "devhost/record/recording_connection.h"
@@ -12,7 +13,6 @@ namespace pxtarvo::tests {
 
 namespace {
 
-using devhost::HostWrite;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -24,40 +24,6 @@ ObjectRef<Connection> composing(const ObjectRef<Connection>& connection,
 }
 
 TEST(HostWriterLiterals, FollowTheKind) {
-    struct Case {
-        std::int32_t nTipo;
-        Variant value;
-        const char* literal;  ///< or the number of the error
-    };
-    const Case cases[] = {
-        {0, std::int16_t{0}, "0"},
-        {0, std::int32_t{-7}, "1"},
-        {0, "quizá", "13"},
-        {1, std::int16_t{11}, "11"},
-        {1, std::int32_t{-2147483647 - 1}, "-2147483648"},
-        {1, 37.0, "37"},
-        {1, 2.5, "2"},
-        {1, "12", "12"},
-        {1, 3e9, "6"},
-        {1, "x", "13"},
-        {2, 12.5, "12.5"},
-        {2, 0.1, "0.1"},
-        {2, 1e21, "1000000000000000000000"},
-        {2, -0.00000025, "-0.00000025"},
-        {2, "2,5", "2.5"},
-        {2, "1.234,5", "1234.5"},
-        {2, "", "13"},
-        {2, std::int16_t{0}, "0"},
-        {3, "O'Ring 'x'", "'O''Ring ''x'''"},
-        {3, "'", "''''"},
-        {3, "", "''"},
-        {3, std::int32_t{7}, "'7'"},
-        {4, "05/08/2008", "'05/08/2008'"},
-        {4, Date{39665.75}, "'05/08/2008'"},
-        {6, "Getdate()", "Getdate()"},
-        {6, std::int32_t{1}, "13"},
-        {5, "x", "5"},
-    };
     const HostFolder host;
     std::string sql;
     const auto recorder = std::make_shared<devhost::Recorder>(
@@ -71,8 +37,20 @@ TEST(HostWriterLiterals, FollowTheKind) {
         });
         return sql.empty() ? std::to_string(error) : sql.substr(std::string("UPDATE Nada SET x=").size());
     };
-    for (const Case& one : cases)
-        EXPECT_EQ(literal(one.nTipo, one.value), one.literal) << "kind " << one.nTipo;
+    const auto expect = [&](std::int32_t nTipo,
+                            std::initializer_list<std::pair<Variant, const char*>> cases) {
+        for (const auto& [value, text] : cases) EXPECT_EQ(literal(nTipo, value), text) << "kind " << nTipo;
+    };
+    constexpr std::int32_t least = std::numeric_limits<std::int32_t>::min();
+    // A number of an error instead of a literal.
+    expect(0, {{least, "1"}, {"quizá", "13"}});
+    expect(1, {{least, "-2147483648"}, {2.5, "2"}, {"12", "12"}, {3e9, "6"}});
+    expect(2, {{0.1, "0.1"}, {1e21, "1000000000000000000000"}, {-0.00000025, "-0.00000025"}});
+    expect(2, {{"1.234,5", "1234.5"}, {"", "13"}});
+    expect(3, {{"O'Ring 'x'", "'O''Ring ''x'''"}, {"", "''"}, {least, "'-2147483648'"}});
+    expect(4, {{"05/08/2008", "'05/08/2008'"}, {Date{39665.75}, "'05/08/2008'"}});
+    expect(5, {{"x", "5"}});
+    expect(6, {{"Getdate()", "Getdate()"}, {least, "13"}});
     for (const std::int32_t nTipo : {0, 1, 2, 3, 4, 6}) EXPECT_EQ(literal(nTipo, Null{}), "NULL") << nTipo;
 }
 
@@ -99,68 +77,28 @@ TEST(HostWriter, ValuesArriveAlikeBoundAndComposed) {
         }
         return all;
     };
-    struct Value {
-        std::int32_t nTipo;
-        Variant value;
+    std::vector<std::pair<std::int32_t, Variant>> values;
+    const auto add = [&](std::int32_t nTipo, std::initializer_list<Variant> some) {
+        for (const Variant& value : some) values.emplace_back(nTipo, value);
     };
-    const Value values[] = {
-        {1, std::int16_t{-32768}},
-        {1, std::int32_t{255}},
-        {1, std::int32_t{256}},
-        {1, std::int16_t{0}},
-        {1, std::int32_t{-2147483647 - 1}},
-        {2, 12.5},
-        {2, -12.5},
-        {2, 255.99},
-        {2, -0.0},
-        {2, 0.1},
-        {2, 1e15},
-        {2, 9007199254740994.0},
-        {2, 9223372036854774784.0},
-        {2, 9223372036854775808.0},
-        {2, -9223372036854775808.0},
-        {2, 1e21},
-        {2, 4.9e-324},
-        {2, -2.5e-7},
-        {2, 1.7976931348623157e308},
-        {3, "O'Ring 'x'"},
-        {3, "'"},
-        {3, ""},
-        {3, " 12 "},
-        {3, "1e3"},
-        {3, "+7"},
-        {3, "12,5"},
-        {3, "--ñ /*"},
-        {3, std::string("a\0b", 3)},
-        {3, "25/07/2012 10:30"},
-        {4, "31/12/2012"},
-        {4, "31/02/2012"},
-        {4, "2012-12-31"},
-        {6, "Getdate()"},
-        // What the kind converts.
-        {0, std::int16_t{0}},
-        {0, std::int16_t{-1}},
-        {0, "tres"},
-        {1, 2.5},
-        {1, "tres"},
-        {2, std::int16_t{0}},
-        {2, std::int32_t{-5}},
-        {2, "2,5"},
-        {2, "tres"},
-        {3, std::int32_t{7}},
-        {3, -2.5},
-        {3, ErrorValue{2042}},
-        {4, Date{39585}},
-        {1, Null{}},
-        {3, Null{}},
-        {4, Null{}},
-        {6, Null{}},
-        {6, "1 + 1"},
-        {6, "Texto"},
-    };
+    constexpr std::int32_t least = std::numeric_limits<std::int32_t>::min(), byte = 256;
+    constexpr std::int16_t zero = 0, small = -32768;
+    add(1, {zero, small, byte, least, Null{}});
+    add(2, {12.5, 255.99, -0.0, 0.1, 1e15, 9007199254740994.0, 9223372036854774784.0, 9223372036854775808.0});
+    add(2, {-9223372036854775808.0, 1e21, 4.9e-324, -2.5e-7, 1.7976931348623157e308});
+    add(3, {"O'Ring 'x'", "'", "", " 12 ", "1e3", "+7", "12,5", "--ñ /*", std::string("a\0b", 3)});
+    add(3, {"25/07/2012 10:30", Null{}});
+    add(4, {"31/12/2012", "31/02/2012", "2012-12-31", Null{}});
+    add(6, {"Getdate()", "1 + 1", "Texto", Null{}});
+    // What the kind converts.
+    add(0, {small, "tres"});
+    add(1, {2.5, "tres"});
+    add(2, {least, "2,5", "tres"});
+    add(3, {least, -2.5, ErrorValue{2042}});
+    add(4, {Date{39585}});
     for (const char* column :
          {"Texto", "Entero", "Corto", "Byte", "Bit", "Numero", "Importe", "Fecha", "Libre", "Nada"}) {
-        for (const Value& one : values) {
+        for (const auto& [nTipo, value] : values) {
             std::string outcomes[2];
             for (const bool composed : {false, true}) {
                 database.runNative(
@@ -168,7 +106,7 @@ TEST(HostWriter, ValuesArriveAlikeBoundAndComposed) {
                     "Texto=NULL,Entero=NULL,Corto=NULL,Byte=NULL,Bit=NULL,Numero=NULL,Importe=NULL,"
                     "Fecha=NULL,Libre=NULL");
                 std::string message;
-                const devhost::WrittenColumn written{column, one.nTipo, one.value};
+                const devhost::WrittenColumn written{column, nTipo, value};
                 for (const char* where :
                      {" WHERE Id = -3",
                       " WHERE Id = 7 OR Texto = 'O''Ring' AND 1e3 < 99999999999999999999"}) {
@@ -181,7 +119,7 @@ TEST(HostWriter, ValuesArriveAlikeBoundAndComposed) {
                 outcomes[composed] = (column == std::string_view("Nada") ? "" : stored(column)) + message;
             }
             EXPECT_EQ(outcomes[0], outcomes[1])
-                << column << ", kind " << one.nTipo << ", " << joinedText(one.value, spanishLocale());
+                << column << ", kind " << nTipo << ", " << joinedText(value, spanishLocale());
         }
     }
 }
@@ -218,32 +156,6 @@ TEST(HostWriter, RepeatedWritesFollowTheTables) {
     context->Condicion(" WHERE Aat_Id = 5");
     EXPECT_TRUE(context->Borrar(message));
     EXPECT_THAT(host.rows("SELECT count(*) FROM Aat"), ElementsAre("511"));
-}
-
-TEST(HostWriter, WritesInsideTheCallersTransaction) {
-    HostFolder host;
-    const ObjectRef<HostDatabase> context = host.context();
-    std::string message;
-    EXPECT_TRUE(EscrituraFila(context, Ubi::tabla)
-                    .agregar(Ubi::IdArt, std::int32_t{7})
-                    .agregar(Ubi::Pasillo, "P'04")
-                    .agregar(Ubi::ExMin, "2,5")
-                    .insertar(message));
-    host.connection->BeginTrans();
-    EscrituraFila(context, Ubi::tabla).agregar(Ubi::Pasillo, Null{}).actualizar(condicion(Ubi::Id, 1));
-    EXPECT_TRUE(EscrituraFila(context, Exis::tabla, AbrirCon::Limpiar)
-                    .agregarFechaServidor(Exis::Fentrada)
-                    .agregar(Exis::Kill, std::int16_t{0})
-                    .agregar(Exis::CodArt, Null{})
-                    .insertar(message));
-    EXPECT_THAT(host.rows("SELECT Ubi_IdArt,Ubi_Pasillo,Ubi_ExMin FROM Ubi"), ElementsAre("7|NULL|2,5"));
-    EXPECT_THAT(host.rows("SELECT Exis_Fentrada,Exis_Kill,Exis_CodArt,Exis_Lote FROM Exis"),
-                ElementsAre("25/07/2012 10:30:00|Falso|NULL|NULL"));
-    EXPECT_TRUE(EscrituraFila(context, Ubi::tabla).borrar(" WHERE Ubi_Id = 1 OR Ubi_Pasillo = 'x'", message));
-    EXPECT_THAT(host.rows("SELECT * FROM Ubi"), IsEmpty());
-    host.connection->RollbackTrans();
-    EXPECT_THAT(host.rows("SELECT Ubi_Pasillo FROM Ubi"), ElementsAre("P'04"));
-    EXPECT_THAT(host.rows("SELECT * FROM Exis"), IsEmpty());
 }
 
 TEST(HostWriter, RefusalsComeBackWithAMessageAndLeaveTheTransactionOpen) {
@@ -303,35 +215,6 @@ TEST(HostWriter, KeepsTableAndConditionButNotColumns) {
     EXPECT_THAT(host.rows("SELECT * FROM Aat"), ElementsAre("1|uno"));
     EXPECT_TRUE(context->Borrar(message));
     EXPECT_THAT(host.rows("SELECT * FROM Aat"), IsEmpty());
-}
-
-TEST(HostWriter, HookRefusesOrFailsAndIsRecorded) {
-    HostFolder host;
-    std::vector<std::string> record;
-    host.state->recorder =
-        std::make_shared<devhost::Recorder>([&](std::string_view line) { record.emplace_back(line); });
-    host.state->beforeWrite = [](const HostWrite& write) -> std::optional<std::string> {
-        if (write.condition.ends_with("9")) throw RuntimeError(-5, "roto");
-        return "no";
-    };
-    const ObjectRef<HostDatabase> context = host.context();
-    std::string message;
-    EXPECT_FALSE(EscrituraFila(context, Aat::tabla).borrar(condicion(Aat::Id, 8), message));
-    EXPECT_EQ(message, "no");
-    EXPECT_EQ(errorOf([&] { EscrituraFila(context, Aat::tabla).borrar(condicion(Aat::Id, 9), message); }),
-              -5);
-    EXPECT_EQ(errorOf([&] {
-                  EscrituraFila(context, Aat::tabla).agregar(Aat::C01, "").actualizar(condicion(Aat::Id, 9));
-              }),
-              -5);
-    EXPECT_THAT(
-        record,
-        ElementsAre(
-            R"({"call":"delete","table":"Aat","where":" WHERE Aat_Id = 8","ok":false})",
-            R"({"call":"delete","table":"Aat","where":" WHERE Aat_Id = 9",)"
-            R"("error":{"number":-5,"description":"roto"}})",
-            R"({"call":"update","table":"Aat","where":" WHERE Aat_Id = 9","columns":[["Aat_C01",3,""]],)"
-            R"("error":{"number":-5,"description":"roto"}})"));
 }
 
 }  // namespace

@@ -79,24 +79,14 @@ class KilledRun : public ::testing::Test {
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, messages.writing(), STDOUT_FILENO);
-        const std::string list = sample("TARIFA2012.MDB");
-        const char* const arguments[] = {PXTARVO_HOST_PATH,
-                                         "import",
-                                         database.c_str(),
-                                         "--file",
-                                         list.c_str(),
-                                         "--quiet",
-                                         "--now",
-                                         "2012-07-25 10:30:00",
-                                         "--supplier",
-                                         "24",
-                                         "--brand",
-                                         "SAME",
-                                         nullptr};
+        const std::string line = "exec '" PXTARVO_HOST_PATH "' import '" + database + "' --file '" +
+                                 sample("TARIFA2012.MDB") +
+                                 "' --quiet --now '2012-07-25 10:30:00' --supplier 24 --brand SAME";
+        const char* const arguments[] = {"sh", "-c", line.c_str(), nullptr};
         pid_t process = 0;
-        EXPECT_EQ(posix_spawn(&process, PXTARVO_HOST_PATH, &actions, nullptr,
-                              const_cast<char* const*>(arguments), environ),
-                  0);
+        EXPECT_EQ(
+            posix_spawn(&process, "/bin/sh", &actions, nullptr, const_cast<char* const*>(arguments), environ),
+            0);
         posix_spawn_file_actions_destroy(&actions);
         return process;
     }
@@ -121,7 +111,7 @@ class KilledRun : public ::testing::Test {
             microseconds(std::uniform_int_distribution<long>(0, longest / microseconds(1))(random)));
     }
 
-    TemporaryFolder folder;
+    TemporaryFolder folder{std::filesystem::temp_directory_path()};  // a disk
     const std::string database = folder.file("dealer.db");
     const std::string journal = database + "-journal";  ///< is there while the transaction is open
     std::string before;

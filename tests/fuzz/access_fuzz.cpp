@@ -1,15 +1,12 @@
 // Any bytes as a list: every row and every value of the two tables that the imports read, twice.
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <string>
+#include <string_view>
 
 #include "platform/portable/access/jet_connection.h"
 #include "platform/values/text.h"
+#include "tests/fuzz/memory_file.h"
 
 namespace pxtarvo::portable {
 namespace {
@@ -39,12 +36,9 @@ void readList(Connection& connection, std::string_view table) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace pxtarvo;
     using namespace pxtarvo::portable;
-    static const int file = memfd_create("list.mdb", 0);
-    if (file < 0 || ftruncate(file, 0) != 0 || pwrite(file, data, size, 0) != static_cast<ssize_t>(size))
-        std::abort();
     const auto connection = makeObject<JetConnection>(DrivePaths());
-    connection->ConnectionString("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=/proc/self/fd/" +
-                                 std::to_string(file));
+    connection->ConnectionString("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" +
+                                 tests::memoryFile(data, size));
     try {
         connection->Open("", "", adOptionUnspecified);
     } catch (const RuntimeError&) {

@@ -1,8 +1,5 @@
 // Any bytes as the article file of the location update, run from its button in the import window.
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -15,6 +12,7 @@
 #include "import/frm_imp_tarifas.h"
 #include "platform/portable/clocks.h"
 #include "tests/common/temporary_folder.h"
+#include "tests/fuzz/memory_file.h"
 
 namespace {
 
@@ -34,13 +32,9 @@ const std::string& dealer() {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const int file = memfd_create("articulo.tdw", 0);
-    if (file < 0 || ftruncate(file, 0) != 0 || pwrite(file, data, size, 0) != static_cast<ssize_t>(size)) {
-        std::abort();
-    }
     devhost::DevHostOptions options;
     options.database = dealer();
-    options.articleFile = "/proc/self/fd/" + std::to_string(file);
+    options.articleFile = tests::memoryFile(data, size);
     devhost::DevHost host(std::move(options));
     host.user().onWindowShown = [&](Window& window) {
         host.desktop().click(dynamic_cast<frmImpTarifas&>(window).XPButton4);

@@ -10,7 +10,8 @@
 #include <string>
 #include <string_view>
 
-#include "devhost/dealer/schema.h"
+#include "devhost/dealer/host_file.h"
+#include "platform/portable/clocks.h"
 #include "platform/portable/dialect/sql_translator.h"
 #include "platform/portable/sqlite/sqlite_connection.h"
 #include "platform/portable/sqlite/sqlite_schema.h"
@@ -20,15 +21,9 @@ namespace {
 
 using namespace pxtarvo;
 
-class StoppedClock final : public Clock {
-  public:
-    CalendarTime now() const override { return {2012, 7, 25, 10, 30, 0}; }
-};
-
 ObjectRef<portable::SqliteConnection> dealer() {
-    static const StoppedClock clock;
-    auto connection = portable::SqliteConnection::create(":memory:", clock);
-    devhost::createSchema(*connection);
+    auto connection =
+        devhost::openEmptyHost(std::make_shared<portable::FixedClock>(CalendarTime{2012, 7, 25, 10, 30, 0}));
     for (const char* row :
          {"INSERT INTO Art (Art_Cod, ART_DES, ART_PVE, Art_FechaEstado) VALUES ('A1','Ñu',1.5,Getdate())",
           "INSERT INTO Art (Art_Cod, Art_barCode) VALUES ('0A1',NULL)",

@@ -1,27 +1,20 @@
 // Any bytes as a workbook: every cell that the barcode list could read, of each sheet.
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <string>
 
 #include "platform/portable/workbook/workbook_reader.h"
 #include "platform/values/runtime_error.h"
+#include "tests/fuzz/memory_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace pxtarvo;
     constexpr std::int32_t sheetsRead = 4;
-    static const int file = memfd_create("list.xls", 0);
-    if (file < 0 || ftruncate(file, 0) != 0 || pwrite(file, data, size, 0) != static_cast<ssize_t>(size)) {
-        std::abort();
-    }
     portable::WorkbookReader application{portable::DrivePaths()};
     try {
-        const auto workbook = application.OpenWorkbook("/proc/self/fd/" + std::to_string(file));
+        const auto workbook = application.OpenWorkbook(tests::memoryFile(data, size));
         if (workbook->SheetCount() < 1) std::abort();
         for (std::int32_t position = std::min(workbook->SheetCount(), sheetsRead); position > 0; --position) {
             const auto sheet = workbook->Sheet(position);

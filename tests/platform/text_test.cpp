@@ -5,33 +5,22 @@
 namespace pxtarvo {
 namespace {
 
-TEST(Text, TrimsBlanksOnly) {
-    EXPECT_EQ(trimBlanks("  a b\t "), "a b\t");
-    EXPECT_EQ(trimBlanks("\u00A0x"), "\u00A0x");
-    EXPECT_EQ(trimBlanks("   "), "");
-    EXPECT_EQ(trimTrailingBlanks(" a "), " a");
-    EXPECT_EQ(trimTrailingBlanks("  "), "");
-}
-
-TEST(Text, CutsAndPadsByCharacters) {
+TEST(Text, CountsCharactersAndTrimsBlanksOnly) {
+    EXPECT_EQ(joined({trimBlanks("  a b\t "), "|", trimBlanks("\u00A0x"), trimBlanks("   ")}),
+              "a b\t|\u00A0x");
     EXPECT_EQ(characterCount("añ€😀"), 4u);
-    EXPECT_EQ(firstCharacters("ñandú", 1), "ñ");
-    EXPECT_EQ(firstCharacters("ñandú", 5), "ñandú");
-    EXPECT_EQ(firstCharacters("ñandú", 4), "ñand");
-    EXPECT_EQ(firstCharacters("ñ", 0), "");
-    EXPECT_EQ(paddedRight("ñ", 3), "ñ  ");
-    EXPECT_EQ(paddedRight("abcd", 3), "abcd");
-}
-
-TEST(Text, ReplacesAndSplits) {
-    EXPECT_EQ(replaced("a''b'", "'", "''"), "a''''b''");
-    EXPECT_EQ(replaced("aaa", "aa", ""), "a");
+    for (const std::size_t count : {0, 4, 5}) {
+        EXPECT_EQ(firstCharacters("ñandú", count),
+                  std::string("ñandú").substr(0, count + (count > 0) + (count > 4)));
+    }
+    EXPECT_EQ(paddedRight("ñ", 3) + paddedRight("abcd", 3), "ñ  abcd");
+    EXPECT_EQ(replaced("a''b'", "'", "''") + replaced("aaa", "aa", ""), "a''''b''a");
     EXPECT_EQ(split("", ';'), std::vector<std::string_view>{});
     EXPECT_EQ(split(";a;;", ';'), (std::vector<std::string_view>{"", "a", "", ""}));
     EXPECT_TRUE(equalIgnoringAsciiCase("Art_Cod", "ART_COD"));
-    EXPECT_FALSE(equalIgnoringAsciiCase("ñ", "Ñ"));
-    EXPECT_FALSE(equalIgnoringAsciiCase("[", "{"));
-    EXPECT_FALSE(equalIgnoringAsciiCase("Art", "Art_"));
+    for (const auto& [one, other] : {std::pair("ñ", "Ñ"), {"[", "{"}, {"Art", "Art_"}}) {
+        EXPECT_FALSE(equalIgnoringAsciiCase(one, other));
+    }
 }
 
 TEST(TextEncoding, Utf16KeepsWellFormedTextAndMarksTheRest) {

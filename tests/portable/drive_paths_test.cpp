@@ -15,19 +15,15 @@ TEST(DrivePaths, LooksNamesUpBelowTheDriveIgnoringCase) {
     folder.write("Tarvo/\xFF.mdb", "a name that is not UTF-8");
     const DrivePaths paths(folder.file(""));
 
-    const struct {
-        const char* path;
-        const char* found;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"C:\\TARVO\\CÓDIGO DE BARRAS2008.xls", "Tarvo/Código de Barras2008.xls"},
         {"c:/tarvo//./otra/../LISTA.mdb", "Tarvo/LISTA.mdb"},
         {"C:\\TARVO\\lista.mdb", "Tarvo/lista.mdb"},
         {"C:\\TARVO\\Lista.MDB", "Tarvo/LISTA.mdb"},
+        {"C:\\..\\..\\TARVO\\nueva.txt", "Tarvo/nueva.txt"},
         {"C:\\TARVO\\CODIGO DE BARRAS2008.xls", "Tarvo/CODIGO DE BARRAS2008.xls"},
         {"C:\\TARVO\\Nueva\\lista.mdb", "Tarvo/Nueva/lista.mdb"},
-        {"C:\\..\\..\\TARVO\\nueva.txt", "Tarvo/nueva.txt"},
-        {"C:TARVO", "Tarvo"},
-    };
+        {"C:TARVO", "Tarvo"}};
     for (const auto& [path, found] : cases) {
         EXPECT_EQ(std::filesystem::path(paths.resolve(path)).lexically_normal(), folder.file(found)) << path;
     }

@@ -4,9 +4,8 @@
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
 
-#include "tests/common/temporary_folder.h"
+#include "tests/common/recordset_rules.h"
 #include "tests/portable/sql_test_database.h"
 
 namespace pxtarvo::portable {
@@ -88,8 +87,7 @@ TEST(SqlTransactions, FailuresOfTheFileAreNamedToTheEnd) {
     EXPECT_EQ(errorOf([&] { connection->RollbackTrans(); }), -2147168242);
 
     const std::string locked = "-2147467259: La base de datos está bloqueada por otro proceso.";
-    static const StoppedClock clock;
-    const auto other = SqliteConnection::open(path, clock);
+    const auto other = SqliteConnection::open(path, stoppedClock);
     sqlite3_busy_timeout(connection->handle(), 0);
     other->BeginTrans();
     EXPECT_EQ(errorTextOf([&] { connection->BeginTrans(); }), locked);
@@ -105,9 +103,8 @@ TEST(SqlTransactions, ARolledBackRunLeavesTheFileAsItWas) {
     const std::string path = folder.file("host.db");
     { testDatabase(path); }
     const std::string before = bytesOf(path);
-    static const StoppedClock clock;
     {
-        const auto connection = SqliteConnection::open(path, clock);
+        const auto connection = SqliteConnection::open(path, stoppedClock);
         run(connection->handle(), "PRAGMA cache_size = 10");  // so that the transaction reaches the file
         connection->BeginTrans();
         for (int row = 0; row < 3000; ++row) {
@@ -127,34 +124,18 @@ TEST(SqlTransactions, ARolledBackRunLeavesTheFileAsItWas) {
 TEST(SqlConnection, TellsTheFilesTroubles) {
     const TemporaryFolder folder;
     const std::string path = folder.file("host.db");
-    static const StoppedClock clock;
     const auto opening = [&](const std::string& file) {
-        try {
-            SqliteConnection::open(file, clock);
-        } catch (const RuntimeError& error) {
-            return std::to_string(error.number()) + ": " + error.what();
-        }
-        return std::string();
+        return errorTextOf([&] { SqliteConnection::open(file, stoppedClock); });
     };
     EXPECT_EQ(opening(path), "-2147467259: No se puede abrir la base de datos '" + path + "'.");
     std::ofstream(path) << std::string(2000, 'x');
     EXPECT_EQ(opening(path), "-2147467259: El archivo no es una base de datos.");
     std::filesystem::remove(path);
 
-    const auto first = testDatabase(path);
-    const auto second = SqliteConnection::open(path, clock);
-    sqlite3_busy_timeout(second->handle(), 0);
-    first->BeginTrans();
-    constexpr std::string_view locked = "-2147467259: La base de datos está bloqueada por otro proceso.";
-    EXPECT_EQ(outcome(*second, "DELETE FROM Art"), locked);
-    EXPECT_EQ(errorOf([&] { second->BeginTrans(); }),
-              static_cast<std::int32_t>(ErrorNumber::ProviderFailure));
-    first->RollbackTrans();
-    second->BeginTrans();
-    second->RollbackTrans();
+    const auto second = testDatabase(path);
     run(second->handle(), "PRAGMA query_only = 1");
     EXPECT_EQ(outcome(*second, "DELETE FROM Art"), "-2147467259: La base de datos es de sólo lectura.");
-    EXPECT_EQ(errorOf([&] { first->Open("", "", -1); }), static_cast<std::int32_t>(ErrorNumber::ObjectOpen));
+    EXPECT_EQ(errorOf([&] { second->Open("", "", -1); }), static_cast<std::int32_t>(ErrorNumber::ObjectOpen));
 }
 
 TEST(SqlTokens, TheFastScanFindsTheLiteralsThatTheTokensHold) {
@@ -218,8 +199,7 @@ TEST(SqlStatementCache, FollowsAChangedSchema) {
     const auto connection = testDatabase(path);
     EXPECT_EQ(outcome(*connection, "SELECT * FROM Lapr"), "");
     EXPECT_EQ(outcome(*connection, "INSERT INTO Lapr (Lapr_IdArt) VALUES (1)"), "closed");
-    static const StoppedClock clock;
-    SqliteConnection::open(path, clock)
+    SqliteConnection::open(path, stoppedClock)
         ->runNative("ALTER TABLE Lapr ADD COLUMN Extra DATETIME DEFAULT '2005-01-02'");
     EXPECT_EQ(outcome(*connection, "SELECT * FROM Lapr"), "1|d38354.0;");
     EXPECT_EQ(outcome(*connection, "SELECT Extra FROM Lapr WHERE Extra < '03/01/2005'"), "d38354.0;");
@@ -230,51 +210,16 @@ TEST(SqlStatementCache, FollowsAChangedSchema) {
 
 TEST(ClientRecordset, MovesAndRefusesAsAdoDoes) {
     const auto connection = testDatabase();
-    const auto stored = connection->Execute("SELECT Art_Id, Art_Cod FROM Art ORDER BY Art_Id", -1);
-    const ObjectRef<Recordset> made = makeObject<ClientRecordset>(
-        std::vector<std::string>{"Art_Id", "Art_Cod"},
-        std::vector<std::vector<Variant>>{{7, "0100123"}, {8, "1234"}, {9, "Niño"}, {10, "A.B"}});
     const auto opened = makeObject<ClientRecordset>();
-    opened->Open("SELECT Art_Id, Art_Cod FROM Art ORDER BY Art_Id", connection, 3, 1, adCmdText);
-    constexpr auto noRecord = static_cast<std::int32_t>(ErrorNumber::NoCurrentRecord);
-    constexpr auto noItem = static_cast<std::int32_t>(ErrorNumber::ItemNotFound);
-    constexpr auto closed = static_cast<std::int32_t>(ErrorNumber::ObjectClosed);
-    connection->Execute("DELETE FROM Art", -1);
-    for (const ObjectRef<Recordset>& rows : {stored, made, ObjectRef<Recordset>(opened)}) {
-        EXPECT_EQ(rows->RecordCount(), 4);
-        EXPECT_FALSE(rows->Bof());
-        rows->MoveNext();
-        const auto clone = rows->Clone();
-        EXPECT_EQ(clone->AbsolutePosition(), 1);
-        clone->AbsolutePosition(4);
-        EXPECT_EQ(clone->Fields("art_cod"), Variant("A.B"));
-        EXPECT_EQ(rows->Fields(0), Variant(std::int32_t{8}));
-        EXPECT_EQ(errorOf([&] { rows->AbsolutePosition(0); }), noRecord);
-        EXPECT_EQ(errorOf([&] { rows->AbsolutePosition(5); }), noRecord);
-        EXPECT_EQ(errorOf([&] { rows->Fields(2); }), noItem);
-        EXPECT_EQ(errorOf([&] { rows->Fields("Art_Co"); }), noItem);
-        for (int move = 0; move < 3; ++move) rows->MoveNext();
-        EXPECT_TRUE(rows->Eof());
-        EXPECT_EQ(rows->AbsolutePosition(), -1);
-        EXPECT_EQ(errorOf([&] { rows->MoveNext(); }), noRecord);
-        EXPECT_EQ(errorOf([&] { rows->Fields(0); }), noRecord);
-        rows->MoveFirst();
-        EXPECT_EQ(rows->AbsolutePosition(), 1);
-        rows->Close();
-        EXPECT_EQ(clone->Fields(0), Variant(std::int32_t{10}));
-        EXPECT_EQ(rows->State(), adStateClosed);
-        for (const auto& use : std::initializer_list<std::function<void()>>{
-                 [&] { rows->Close(); }, [&] { rows->Eof(); }, [&] { rows->RecordCount(); },
-                 [&] { rows->FieldCount(); }, [&] { rows->Fields("Art_Id"); }, [&] { rows->Clone(); }}) {
-            EXPECT_EQ(errorOf(use), closed);
-        }
-    }
-    const auto none = connection->Execute("SELECT * FROM Art", -1);
-    EXPECT_TRUE(none->Bof() && none->Eof());
-    EXPECT_EQ(none->RecordCount(), 0);
-    EXPECT_EQ(errorOf([&] { none->MoveFirst(); }), noRecord);
-    EXPECT_EQ(errorOf([&] { none->Fields("Art_Id"); }), noRecord);
-    EXPECT_EQ(errorOf([&] { connection->Execute("DELETE FROM Art", -1)->Fields(0); }), closed);
+    opened->Open(tests::fourArticles, connection, 3, 1, adCmdText);
+    tests::expectRulesOfAdo(opened);
+    tests::expectRulesOfAdo(connection->Execute(tests::fourArticles, -1));
+    tests::expectRulesOfAdo(makeObject<ClientRecordset>(
+        std::vector<std::string>{"Art_Id", "Art_Cod"},
+        std::vector<std::vector<Variant>>{{7, "0100123"}, {8, "1234"}, {9, "Niño"}, {10, "A.B"}}));
+    const auto none = connection->Execute("DELETE FROM Art", -1);
+    EXPECT_EQ(errorOf([&] { none->Fields(0); }), 3704);
+    tests::expectRulesWithoutRows(connection->Execute("SELECT * FROM Art", -1));
 }
 
 /// A long result that is being walked keeps the file open for reading: others wait with their writes, its own
@@ -286,8 +231,7 @@ TEST(ClientRecordset, AWalkHoldsTheFileUntilItsEnd) {
     connection->runNative(
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 150) "
         "INSERT INTO Hexis SELECT i FROM n");
-    static const StoppedClock clock;
-    const auto other = SqliteConnection::open(path, clock);
+    const auto other = SqliteConnection::open(path, stoppedClock);
     sqlite3_busy_timeout(other->handle(), 0);
     const std::string write = "UPDATE Lapr SET Lapr_IdArt = 1";
     const auto walk = [&] {

@@ -14,6 +14,7 @@ class StoppedClock final : public Clock {
   public:
     CalendarTime now() const override { return {2026, 11, 22, 9, 5, 7}; }
 };
+inline const StoppedClock stoppedClock;
 
 /// Articles 7 ("0100123"), 8 ("1234"), 9 ("Niño"), 10 ("A.B"), all of brand 12 but the last, and what belongs
 /// to them.
@@ -25,12 +26,9 @@ CREATE INDEX Art_ByCode ON Art (Art_Cod COLLATE DEALER);
 CREATE TABLE ArtPro (ARP_Id INTEGER PRIMARY KEY AUTOINCREMENT, ARP_Ida INTEGER, ARP_Idp INTEGER, ARP_des VARCHAR(60));
 CREATE TABLE Exis (Exis_Id INTEGER PRIMARY KEY AUTOINCREMENT, Exis_IdArt INTEGER, Exis_Codart VARCHAR(30),
     Exis_alma SMALLINT, Exis_Cantidad FLOAT, Exis_Kill BIT, Exis_Fentrada DATETIME);
-CREATE TABLE Pro (Pro_ID INTEGER PRIMARY KEY, Pro_COD INTEGER, Pro_NOM VARCHAR(40), Pro_APE1 VARCHAR(40),
-    Pro_APE2 VARCHAR(40), Pro_TIPDOC SMALLINT, Pro_comer VARCHAR(40));
 CREATE TABLE Marcas (Marca_ID INTEGER PRIMARY KEY, Marca_Des VARCHAR(40), Marca_CodAbrev VARCHAR(6));
 CREATE TABLE Fam (Fam_Id INTEGER PRIMARY KEY, FAM_DES VARCHAR(40));
 CREATE TABLE Lapr (Lapr_IdArt INTEGER);
-CREATE TABLE Pedli (PedLi_IdArt INTEGER);
 CREATE TABLE lav (lav_idart INTEGER);
 CREATE TABLE Lpc (Lpc_IdArt INTEGER);
 CREATE TABLE lac (lac_codart VARCHAR(30));
@@ -43,15 +41,12 @@ INSERT INTO Art (Art_Id, Art_Cod, Art_Des, Art_Pve, Art_Marca, Art_Mar, Art_Esta
 INSERT INTO ArtPro (ARP_Ida, ARP_Idp) VALUES (8, 4), (9, 4), (10, 4), (7, 24);
 INSERT INTO Exis (Exis_IdArt, Exis_Codart, Exis_alma, Exis_Cantidad, Exis_Kill) VALUES
     (8, 'other', 2, 5.0, 0), (9, 'NIÑO  ', 1, -2.5, 1);
-INSERT INTO Pro VALUES (1, 24, 'Agro', 'Paz', 'Gil', 0, 'A-24'), (2, 25, 'Ana', 'Paz', 'Gil', 1, 'B-25'),
-    (3, 26, 'Eva', NULL, 'Gil', 1, 'C-26');
 INSERT INTO Marcas VALUES (5, 'Cinco', 'C'), (12, 'Same', 'SAME');
 INSERT INTO Fam VALUES (1, 'Tornillos');
 )sql";
 
 inline ObjectRef<SqliteConnection> testDatabase(const std::string& path = ":memory:") {
-    static const StoppedClock clock;
-    auto connection = SqliteConnection::create(path, clock);
+    auto connection = SqliteConnection::create(path, stoppedClock);
     connection->runNative(testTables);
     return connection;
 }

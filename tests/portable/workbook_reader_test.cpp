@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/portable/workbook/number_format.h"
 #include "tests/common/temporary_folder.h"
 
 namespace pxtarvo::portable {
@@ -16,44 +17,43 @@ TEST(WorkbookReader, GivesTheValuesOfAutomation) {
     const auto list = opened("c:\\código de barras2008.XLS")->Sheet(1);
     const auto excel97 = opened("C:\\barcodes-javascript-excel97.xls")->Sheet(1);
     const auto excel5 = opened("C:\\barcodes-javascript-excel5.xls")->Sheet(1);
-    const struct {
-        ObjectRef<Worksheet> sheet;
-        int row;
-        int column;
-        Variant value;
-    } cases[] = {
-        {types, 1, 1, "KIT-1"},
-        {types, 1, 3, Date{39585}},
-        {types, 2, 3, true},
-        {types, 3, 3, 12.5},
-        {types, 4, 1, 123456789012345.0},
-        {types, 5, 3, "0008410000000024"},
-        {types, 7, 3, -5.0},
-        {types, 8, 3, Empty()},
-        {types, 10, 1, Empty()},
-        {types, 65536, 256, Empty()},
-        {list, 3, 1, 50002.0},
-        {list, 1, 3, 8410110920384.0},
-        {list, 4, 1, " AMA-1003 "},
-        {list, 11, 2, "  PIÑÓN 10 "},
-        {list, 5, 3, Empty()},
-        {excel97, 1, 2, "PIÑÓN 20 €"},
-        {excel97, 1, 5, ErrorValue{static_cast<std::int32_t>(0x800A07D7U)}},
-        {excel97, 2, 3, Date{39555.4375}},
-        {excel97, 2, 5, 12.5},  // in a format with the text "días"
-        {excel97, 3, 3, Date{0.25}},
-        {excel97, 5, 3, true},
-        {excel97, 5, 4, Date{39555}},
-        {excel5, 1, 2, "PIÑÓN 20 €"},
-        {excel5, 2, 3, Date{39555.4375}},
-        {excel5, 4, 3, -12.34},
+    using Row = std::initializer_list<std::pair<int, Variant>>;
+    const auto expect = [](const ObjectRef<Worksheet>& sheet, int row, Row cells) {
+        for (const auto& [column, value] : cells)
+            EXPECT_EQ(sheet->Cells(row, column), value) << row << "," << column;
     };
-    for (const auto& [sheet, row, column, value] : cases) {
-        EXPECT_EQ(sheet->Cells(row, column), value) << row << "," << column;
-    }
+    expect(types, 1, {{1, "KIT-1"}, {3, Date{39585}}});
+    expect(types, 2, {{3, true}});
+    expect(types, 3, {{3, 12.5}});
+    expect(types, 4, {{1, 123456789012345.0}});
+    expect(types, 5, {{3, "0008410000000024"}});
+    expect(types, 7, {{3, -5.0}});
+    expect(types, 8, {{3, Empty()}});
+    expect(types, 65536, {{256, Empty()}});
+    expect(list, 1, {{3, 8410110920384.0}});
+    expect(list, 3, {{1, 50002.0}});
+    expect(list, 4, {{1, " AMA-1003 "}});
+    expect(list, 11, {{2, "  PIÑÓN 10 "}});
+    // A number in a format with the text "días".
+    expect(excel97, 1, {{2, "PIÑÓN 20 €"}, {5, ErrorValue{static_cast<std::int32_t>(0x800A07D7U)}}});
+    expect(excel97, 2, {{3, Date{39555.4375}}, {5, 12.5}});
+    expect(excel97, 3, {{3, Date{0.25}}});
+    expect(excel97, 5, {{3, true}, {4, Date{39555}}});
+    expect(excel5, 1, {{2, "PIÑÓN 20 €"}});
+    expect(excel5, 2, {{3, Date{39555.4375}}});
+    expect(excel5, 4, {{3, -12.34}});
     EXPECT_EQ(types->Cells(6, 2).get<std::string>()->size(), 9022U);
     EXPECT_EQ(tests::errorOf([&] { types->Cells(0, 1); }), spreadsheetRefused);
     EXPECT_EQ(tests::errorOf([&] { types->Cells(1, 257); }), spreadsheetRefused);
+}
+
+TEST(WorkbookReader, TellsFormatsOfDatesFromTheLettersThatTheyOnlyQuote) {
+    for (const char* date : {"dd/mm/yyyy", "[h]:mm", "[Red]yy", "0\\d d"})
+        EXPECT_TRUE(isDateFormat(date)) << date;
+    for (const char* other :
+         {"0.00", "[Red]0", "[$-40A]0", "0 \"días\"", "0\\d", "0_d", "*d0", "\"d", "[h"}) {
+        EXPECT_FALSE(isDateFormat(other)) << other;
+    }
 }
 
 TEST(WorkbookReader, ReadsSheetsSideBySide) {

@@ -41,7 +41,7 @@ CREATE TEMP VIEW Sitios AS SELECT d.Ubi_IdArt AS Articulo, a.Ubi_Pasillo AS Ante
     WHERE a.Ubi_Id IS NULL OR a.Ubi_Pasillo IS NOT d.Ubi_Pasillo;
 )";
 
-constexpr Figure totalQueries[] = {
+constexpr Figure totalQueries[Comparison::totalsKnown] = {
     {"Artículos nuevos", "SELECT count(*) FROM Nuevos"},
     {"Con otro precio", "SELECT count(*) FROM Ambos WHERE Antes <> 0 AND Despues IS NOT Antes"},
     {"Con su primer precio",
@@ -164,31 +164,6 @@ std::map<std::string, Rows> Comparison::tables() const {
     std::map<std::string, Rows> found;
     for (const auto& [name, sql] : tableQueries) found[name] = rows(sql);
     return found;
-}
-
-Rows contentsOf(const std::string& path) {
-    sqlite3* opened = nullptr;
-    sqlite3_open(path.c_str(), &opened);
-    const portable::DatabaseHandle database(opened);
-    Rows contents;
-    const auto tables = portable::prepare(
-        opened, "SELECT name, sql FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite%'");
-    while (portable::step(tables.get())) {
-        const auto text = [&](int at) {
-            return std::string(reinterpret_cast<const char*>(sqlite3_column_text(tables.get(), at)));
-        };
-        contents.push_back({text(1)});
-        const auto query = portable::prepare(opened, "SELECT * FROM " + text(0) + " ORDER BY rowid");
-        while (portable::step(query.get())) {
-            Row& row = contents.emplace_back(Row{text(0)});
-            for (int at = 0; at < sqlite3_column_count(query.get()); ++at) {
-                const int type = sqlite3_column_type(query.get(), at);
-                const auto* value = reinterpret_cast<const char*>(sqlite3_column_text(query.get(), at));
-                row.push_back(std::to_string(type) + (value ? value : ""));
-            }
-        }
-    }
-    return contents;
 }
 
 }  // namespace pxtarvo::tests

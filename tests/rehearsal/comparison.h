@@ -24,7 +24,8 @@ class Comparison {
     Rows rows(std::string_view sql) const;
     double number(std::string_view sql) const;
 
-    /// What the totals of a report must say: each line that is not zero.
+    /// What the totals of a report must say: each line that is not zero, of so many.
+    static constexpr std::size_t totalsKnown = 13;
     std::map<std::string, std::string> totals() const;
     /// What the tables of a report must hold, by the name of their files, in no order.
     std::map<std::string, Rows> tables() const;
@@ -32,9 +33,5 @@ class Comparison {
   private:
     portable::DatabaseHandle database_;
 };
-
-/// Every value of every table with its type, and the tables' own statements; the numbers that the next rows
-/// get apart.
-Rows contentsOf(const std::string& database);
 
 }  // namespace pxtarvo::tests

@@ -12,13 +12,6 @@ namespace pxtarvo::tests {
 
 namespace {
 
-/// The characters as an Access file keeps them.
-std::string wide(std::string_view text) {
-    std::string bytes;
-    for (const char character : text) bytes.append({character, '\0'});
-    return bytes;
-}
-
 constexpr const char* quoteNotClosed = "Comilla no cerrada antes de la cadena de caracteres ''.";
 constexpr const char* tooShort = "El subíndice está fuera del intervalo";
 constexpr const char* complete = "A la línea le faltan campos: complétela o quítela.";

@@ -7,6 +7,7 @@
 #include "platform/portable/clocks.h"
 #include "platform/portable/sqlite/sqlite_connection.h"
 #include "platform/values/text.h"
+#include "tests/common/database_state.h"
 
 namespace pxtarvo::tests {
 
@@ -37,18 +38,18 @@ double shownNumber(std::string text) {
     return std::stod(text);
 }
 
-/// Runs that write as they go wait for the disk at every row.
-const bool inMemory = [] {
-    constexpr const char* memory = "/dev/shm";
-    return fs::is_directory(memory) && setenv("TMPDIR", memory, 0) == 0;
-}();
-
 }  // namespace
 
 std::optional<int> numberAfter(const std::string& text, const std::string& words) {
     const std::size_t at = text.find(words);
     if (at == text.npos) return std::nullopt;
     return std::atoi(text.c_str() + at + words.size());
+}
+
+std::string wide(std::string_view text) {
+    std::string bytes;
+    for (const char character : text) bytes.append({character, '\0'});
+    return bytes;
 }
 
 void Rehearsal::makeDealer(const std::string& name) {
@@ -73,7 +74,7 @@ int Rehearsal::holds(const std::string& command, const List& list) {
     for (const char* left : {"dry", "real", "changes"}) fs::remove_all(path(left));
     copy("dealer.db", "before.db");
     const auto before = filesOf(folder.file(""), "dealer.db");
-    const Rows contents = contentsOf(path("before.db"));
+    const Tables contents = tablesOf(path("before.db"));
 
     const int status = run(whole + "--dry-run --report dry.html --csv dry");
     EXPECT_TRUE(filesOf(folder.file(""), "dealer.db") == before) << "the rehearsal wrote";
@@ -87,12 +88,12 @@ int Rehearsal::holds(const std::string& command, const List& list) {
     copy("dealer.db", "after.db");
     const ReportPage page(path("real.html"));
     EXPECT_EQ(ReportPage(path("dry.html")).totals(), page.totals());
-    expectFigures(page, list, contentsOf(path("after.db")) != contents);
+    expectFigures(page, list, tablesOf(path("after.db")) != contents);
 
     EXPECT_EQ(run("undo dealer.db changes --dry-run"), 0) << errors;
     EXPECT_TRUE(bytesOf(path("dealer.db")) == bytesOf(path("after.db"))) << "the rehearsed undo wrote";
     EXPECT_EQ(run("undo dealer.db changes"), 0) << errors;
-    EXPECT_TRUE(contentsOf(path("dealer.db")) == contents) << "the undo did not bring back the tables";
+    EXPECT_TRUE(tablesOf(path("dealer.db")) == contents) << "the undo did not bring back the tables";
     return status;
 }
 

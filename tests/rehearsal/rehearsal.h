@@ -14,6 +14,8 @@ namespace pxtarvo::tests {
 
 /// The number behind the first place of the words; nothing where they do not stand.
 std::optional<int> numberAfter(const std::string& text, const std::string& words);
+/// The characters as an Access file keeps them.
+std::string wide(std::string_view text);
 
 class Rehearsal : public ::testing::Test, protected HostProcess {
   protected:

@@ -16,7 +16,6 @@ using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 struct BadInput {
-    const char* name;
     const char* year;
     const char* file;         ///< a sample's name, or a path of its own
     const char* lastMessage;  ///< as a whole, or its beginning when it ends in "…"
@@ -24,7 +23,7 @@ struct BadInput {
 };
 
 void PrintTo(const BadInput& input, std::ostream* out) {
-    *out << input.name;
+    *out << input.year << " " << input.file;
 }
 
 class BadLists : public Scene, public ::testing::WithParamInterface<BadInput> {};
@@ -56,39 +55,30 @@ TEST_P(BadLists, LeaveTheDatabaseAsItWas) {
     EXPECT_TRUE(before == databaseBytes()) << "the database changed";
 }
 
-constexpr const char* reportOfProvider = "Error '-2147467259' en tiempo de ejecución:\r\n\r\n…";
-constexpr const char* reportOfTable =
+constexpr const char* ofProvider = "Error '-2147467259' en tiempo de ejecución:\r\n\r\n…";
+constexpr const char* ofTable =
     "Error '-2147217865' en tiempo de ejecución:\r\n\r\nEl motor de base de datos Microsoft Jet no pudo "
     "encontrar la tabla o consulta de entrada 'List'.…";
+constexpr const char* ofColumn =
+    "Registro 1. No se encontró el elemento en la colección que corresponde con el nombre o el ordinal solicitado.";
 
 INSTANTIATE_TEST_SUITE_P(
     Files, BadLists,
     ::testing::Values(
-        BadInput{"missing", "2012", "/no/such/file", reportOfProvider, false},
-        BadInput{"folder", "2012", "/", reportOfProvider, false},
-        BadInput{"driveLetterWithoutFile", "2012", "C:\\TARVO\\TARIFA2012", reportOfProvider, false},
-        BadInput{"noAccessFile", "2012", "articulo.tdw", reportOfProvider, false},
-        BadInput{"workbook", "2012", "barcodes-blank-row-21.xls", reportOfProvider, false},
-        BadInput{"truncated", "2012", "list-truncated.mdb", "Registro …", true},
-        BadInput{"noTable", "2012", "no-list-table.mdb", reportOfTable, false},
-        BadInput{"noTable2007", "2007", "no-list-table.mdb", reportOfTable, false},
-        BadInput{"emptyTable", "2012", "list-empty-table.mdb", "Error '3021' en tiempo de ejecución:…",
-                 false},
-        BadInput{"sixColumns", "2012", "list-six-columns.mdb",
-                 "Registro 1. No se encontró el elemento en la colección que corresponde con el nombre o "
-                 "el ordinal solicitado.",
-                 true},
-        BadInput{"apostrophe", "2012", "list-apostrophe-row-57.mdb", "Registro 57. …", true},
-        BadInput{"nullPrice", "2012", "list-empty-price-row-34.mdb", "Registro 34. Uso no válido de Null",
-                 true},
-        BadInput{"textPrice", "2012", "list-bad-price-row-12.mdb", "Registro 12. No coinciden los tipos",
-                 true},
-        BadInput{"nullDate2007", "2007", "list-null-date-row-9.mdb", "Registro 9. Uso no válido de Null",
-                 true},
-        BadInput{"nullDate2008", "2008", "list-null-date-row-9.mdb", "Registro 9. Uso no válido de Null",
-                 true},
-        BadInput{"textDate2008", "2008", "list-text-date.mdb", "Registro 15. No coinciden los tipos", true}),
-    [](const auto& info) { return info.param.name; });
+        BadInput{"2012", "/no/such/file", ofProvider, false}, BadInput{"2012", "/", ofProvider, false},
+        BadInput{"2012", "C:\\TARVO\\TARIFA2012", ofProvider, false},
+        BadInput{"2012", "articulo.tdw", ofProvider, false},
+        BadInput{"2012", "list-truncated.mdb", "Registro …", true},
+        BadInput{"2012", "no-list-table.mdb", ofTable, false},
+        BadInput{"2007", "no-list-table.mdb", ofTable, false},
+        BadInput{"2012", "list-empty-table.mdb", "Error '3021' en tiempo de ejecución:…", false},
+        BadInput{"2012", "list-six-columns.mdb", ofColumn, true},
+        BadInput{"2012", "list-apostrophe-row-57.mdb", "Registro 57. …", true},
+        BadInput{"2012", "list-empty-price-row-34.mdb", "Registro 34. Uso no válido de Null", true},
+        BadInput{"2012", "list-bad-price-row-12.mdb", "Registro 12. No coinciden los tipos", true},
+        BadInput{"2007", "list-null-date-row-9.mdb", "Registro 9. Uso no válido de Null", true},
+        BadInput{"2008", "list-null-date-row-9.mdb", "Registro 9. Uso no válido de Null", true},
+        BadInput{"2008", "list-text-date.mdb", "Registro 15. No coinciden los tipos", true}));
 
 class BadHost : public Scene {};
 

@@ -37,6 +37,18 @@ class DeletionSearch : public DeletionScene {
         article("AJENO", ",Art_FechaEstado", ",'03/01/2006'");
         sql("UPDATE Art SET Art_Marca = 12 WHERE Art_Cod = 'AJENO'");
     }
+    /// The codes that a search finds; "(closed)" when it closes the window.
+    std::vector<std::string> found(const SearchSteps& steps) {
+        std::vector<std::string> codes;
+        inDeletion([&](frmBorradoArticulos& window) {
+            search(window, steps);
+            if (window.unloaded()) return codes.emplace_back("(closed)"), void();
+            const ObjectRef<Recordset> rows = window.dbgDatos.dataSource()->Clone();
+            for (; !rows->Eof(); rows->MoveNext())
+                codes.push_back(*rows->Fields("Art_Cod").get<std::string>());
+        });
+        return codes;
+    }
     std::string lastSearch() {
         const std::vector<std::string> queries = recordOf("execute");
         return queries.back();

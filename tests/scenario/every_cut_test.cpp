@@ -10,7 +10,6 @@
 #include <set>
 
 #include "deletion/frm_borrado_articulos.h"
-#include "host/tables.h"
 #include "platform/values/number_text.h"
 #include "platform/values/text.h"
 #include "stock/frm_existencias.h"
@@ -24,8 +23,7 @@ namespace pxtarvo::test {
 namespace {
 
 using Names = std::vector<std::string>;
-/// The rows of each table as texts.
-using Tables = std::map<std::string, std::vector<std::string>>;
+using tests::Tables;
 
 // Names of crossings that a run never reaches, and that it has passed before its first.
 constexpr std::string_view never = "-";
@@ -37,11 +35,11 @@ struct Procedure {
     /// Given each window that is shown: opens the next one, or makes this one ready and answers with the
     /// control whose click is the run.
     std::function<Control*(portable::SimulatedDesktop&, Window&)> prepare;
-    bool inTransaction = false;    ///< the host has begun a transaction
-    std::string success{};         ///< the message at the end, if any
-    bool closes = true;            ///< at the end, and at a trapped error
-    std::string_view trapAfter;    ///< errors are trapped behind this
-    std::string_view row = never;  ///< each begins a row; the message of a trapped error names the row
+    bool inTransaction = false;          ///< the host has begun a transaction
+    std::string success{};               ///< the message at the end, if any
+    bool closes = true;                  ///< at the end, and at a trapped error
+    std::string_view trapAfter = never;  ///< errors are trapped behind this
+    std::string_view row = never;        ///< each begins a row; the message of a trapped error names the row
     bool hasTransaction = true;  ///< or rolling back is itself refused, and leaves the procedure as its error
     bool undone = true;          ///< by a trapped error
     std::string_view refusal = never;    ///< the refused writes that end the run begin like this
@@ -51,22 +49,8 @@ struct Procedure {
     bool disabled = false;               ///< and the window disabled with it
 };
 
-/// What a run left.
-struct Outcome {
-    std::vector<std::string> messages{};
-    bool closed = false;
-    bool enabled = true;
-    bool busy = false;
-    bool transaction = false;
-    bool file = false;
-    bool operator==(const Outcome&) const = default;
-};
-
-void PrintTo(const Outcome& outcome, std::ostream* out) {
-    *out << ::testing::PrintToString(outcome.messages) << (outcome.closed ? " closed" : " open")
-         << (outcome.enabled ? "" : " disabled") << (outcome.busy ? " busy" : "")
-         << (outcome.transaction ? " transaction" : "") << (outcome.file ? " file" : "");
-}
+/// What a run left: its messages, and which of "closed", "disabled", "busy", "transaction", "file" hold.
+using Outcome = std::multiset<std::string>;
 
 void PrintTo(const Procedure& procedure, std::ostream* out) {
     *out << procedure.name;
@@ -126,7 +110,8 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
                 {listRow("0.001", 6.0, "C"), listRow("0.002", 9.0, "M"), listRow("0.009", 7.0, "A")});
         }
         options.makeSpreadsheet =
-            memoryWorkbook({{"0.001", "UNO", "840001"}, {"N2", "DOS", "840002"}, {"N3", "TRES", "840001"}});
+            memoryWorkbook({{"0.001", "UNO", "840001"}, {"N2", "DOS", "840002"}, {"N3", "TRES", "840001"}},
+                           [this](const char* name) { cutHost->cut->crossing(name); });
     }
 
     void newHost(bool newDealer) {
@@ -139,18 +124,14 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
         cutHost->user().yesNo = MessageAnswer::Yes;
     }
 
-    Tables tables() {
-        Tables all;
-        for (const Tabla& table : tablasHost) {
-            all[std::string(table.sNombre)] =
-                tests::rowsOf(*cutHost->connection(), joined({"SELECT * FROM ", table.sNombre}));
-        }
-        return all;
-    }
+    Tables tables() { return tests::tablesOf(*cutHost->connection()); }
 
     Outcome run(std::size_t at, Fault fault) {
         if (GetParam().inTransaction) cutHost->connection()->BeginTrans();
         Outcome outcome;
+        const auto note = [&](bool holds, const char* fact) {
+            if (holds) outcome.insert(fact);
+        };
         const std::size_t shown = cutHost->user().messages().size();
         cutHost->user().onWindowShown = [&](Window& window) {
             Control* const button = GetParam().prepare(cutHost->desktop(), window);
@@ -158,19 +139,17 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
             cutHost->cut->arm(at, fault);
             cutHost->desktop().click(*button);
             cutHost->cut->disarm();
-            outcome.closed = window.unloaded();
-            outcome.enabled = window.enabled();
-            outcome.busy = cutHost->desktop().pointer() != PointerShape::Default;
+            note(window.unloaded(), "closed");
+            note(!window.enabled(), "disabled");
+            note(cutHost->desktop().pointer() != PointerShape::Default, "busy");
         };
         cutHost->run();
         const auto& messages = cutHost->user().messages();
         for (auto message = messages.begin() + shown; message != messages.end(); ++message) {
-            if (message->message.buttons == MessageButtons::Ok) {
-                outcome.messages.push_back(message->message.text);
-            }
+            if (message->message.buttons == MessageButtons::Ok) outcome.insert(message->message.text);
         }
-        outcome.transaction = tests::transactionOpen(*cutHost->connection());
-        outcome.file = cutHost->fileOpen();
+        note(tests::transactionOpen(*cutHost->connection()), "transaction");
+        note(cutHost->fileOpen(), "file");
         EXPECT_EQ(cutHost->violations(), std::vector<std::string>());
         return outcome;
     }
@@ -180,8 +159,8 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
     /// What the whole run leaves.
     static Outcome success() {
         Outcome outcome;
-        if (!GetParam().success.empty()) outcome.messages = {GetParam().success};
-        outcome.closed = GetParam().closes;
+        if (!GetParam().success.empty()) outcome.insert(GetParam().success);
+        if (GetParam().closes) outcome.insert("closed");
         return outcome;
     }
 
@@ -190,27 +169,23 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
         const Procedure& procedure = GetParam();
         Outcome outcome;
         const auto before = names.begin() + at;
-        outcome.file = std::find(names.begin(), before, "files.open") != before;
+        if (std::find(names.begin(), before, "files.open") != before) outcome.insert("file");
         const bool trapped =
             at > placeOf(names, procedure.trapAfter) && at <= placeOf(names, "host.CommitTrans");
         if (!trapped) {
-            outcome.messages = {report(cutNumber, cutText)};
-            outcome.busy = procedure.busyUntil != never &&
-                           at <= placeOf(names, procedure.busyUntil, !procedure.busyUntilFirst);
-            outcome.enabled = !(outcome.busy && procedure.disabled);
-            outcome.transaction = procedure.inTransaction;
+            outcome.insert(report(cutNumber, cutText));
+            const bool busy = procedure.busyUntil != never &&
+                              at <= placeOf(names, procedure.busyUntil, !procedure.busyUntilFirst);
+            if (busy) outcome.insert("busy");
+            if (busy && procedure.disabled) outcome.insert("disabled");
+            if (procedure.inTransaction) outcome.insert("transaction");
             return {outcome, false};
         }
-        if (!procedure.hasTransaction) {
-            outcome.messages = {noTransaction()};
-            return {outcome, false};
-        }
-        outcome.closed = procedure.closes;
-        if (said && procedure.row == never) outcome.messages = {cutText};
-        if (said && procedure.row != never) {
-            outcome.messages = {
-                joined({"Registro ", plainNumber(rowAt[static_cast<std::size_t>(at)]), ". ", cutText})};
-        }
+        if (!procedure.hasTransaction) return {Outcome{noTransaction()}, false};
+        if (procedure.closes) outcome.insert("closed");
+        const std::string row = plainNumber(rowAt[static_cast<std::size_t>(at)]);
+        if (said)
+            outcome.insert(procedure.row == never ? cutText : joined({"Registro ", row, ". ", cutText}));
         return {outcome, procedure.undone};
     }
 
@@ -219,7 +194,7 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
         // The identity that the database gave, at the head of the row, tells the order only.
         const auto contents = [](const std::vector<std::string>& lines) {
             std::multiset<std::string> texts;
-            for (const std::string& line : lines) texts.insert(line.substr(line.find('|')));
+            for (const std::string& line : lines) texts.insert(line.substr(line.find('|', 1)));
             return texts;
         };
         const auto rowsOnlyIn = [&](const Tables& some, const Tables& others, const std::string& name) {
@@ -243,8 +218,9 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
     /// The next run in the same process does what the first one should have.
     void expectNextRun(const Outcome& outcome, const Tables& left) {
         // A file number that is left open stays so, and blocks its next use, as long as the module stands.
-        if (outcome.file) newHost(false);
-        if (outcome.transaction) cutHost->connection()->RollbackTrans();  // as a host does with a failed run
+        if (outcome.contains("file")) newHost(false);
+        if (outcome.contains("transaction"))
+            cutHost->connection()->RollbackTrans();  // as a host does with a failed run
         EXPECT_EQ(run(nowhere, Fault::Raised), success()) << "the next run";
         if (left == tablesAt.front()) {
             EXPECT_EQ(tables(), tablesAt.back()) << "the next run";
@@ -260,10 +236,10 @@ class EveryCut : public Scene, public ::testing::WithParamInterface<Procedure> {
             const bool said = fault == Fault::Raised || GetParam().refusalSaid;
             const auto [expected, undone] = afterError(static_cast<std::ptrdiff_t>(at), said);
             EXPECT_EQ(outcome, expected);
-            EXPECT_EQ(left, tablesAt[undone || outcome.transaction ? 0 : at]);
+            EXPECT_EQ(left, tablesAt[undone || outcome.contains("transaction") ? 0 : at]);
         } else {
             Outcome expected = success();
-            expected.closed |= fault == Fault::WindowClosed;
+            if (fault == Fault::WindowClosed && !GetParam().closes) expected.insert("closed");
             EXPECT_EQ(outcome, expected);
             if (fault == Fault::Refused) expectOneRowLess(left);
             if (fault == Fault::WindowClosed) {
@@ -315,27 +291,27 @@ auto button(PushButton frmImpTarifas::*itsButton) {
     };
 }
 
+/// The window that the import window's `opener` opens, once it is shown.
+template <class Opened>
+Opened* opened(portable::SimulatedDesktop& desktop, Window& shown, PushButton frmImpTarifas::*opener) {
+    if (auto* const import = dynamic_cast<frmImpTarifas*>(&shown)) desktop.click(import->*opener);
+    return dynamic_cast<Opened*>(&shown);
+}
+
 Control* stockWindow(portable::SimulatedDesktop& desktop, Window& shown) {
-    if (auto* const import = dynamic_cast<frmImpTarifas*>(&shown)) {
-        desktop.click(import->cmdStock);
-        return nullptr;
-    }
-    auto& window = dynamic_cast<frmExistencias&>(shown);
-    desktop.type(window.Text1[1], "24");
-    desktop.type(window.Text1[3], "SAME");
-    desktop.press(vkTab);  // to the description, and to the button
-    desktop.press(vkTab);
-    return &window.XPButton1;
+    auto* const window = opened<frmExistencias>(desktop, shown, &frmImpTarifas::cmdStock);
+    if (!window) return nullptr;
+    desktop.type(window->Text1[1], "24");
+    desktop.type(window->Text1[3], "SAME");
+    for (int tab = 0; tab < 2; ++tab) desktop.press(vkTab);  // to the description, and to the button
+    return &window->XPButton1;
 }
 
 Control* searchWindow(portable::SimulatedDesktop& desktop, Window& shown) {
-    if (auto* const import = dynamic_cast<frmImpTarifas*>(&shown)) {
-        desktop.click(import->cmdBorrado);
-        return nullptr;
-    }
-    auto& window = dynamic_cast<frmBorradoArticulos&>(shown);
-    desktop.click(window.Option2);
-    return &window.cmdInicio;
+    auto* const window = opened<frmBorradoArticulos>(desktop, shown, &frmImpTarifas::cmdBorrado);
+    if (!window) return nullptr;
+    desktop.click(window->Option2);
+    return &window->cmdInicio;
 }
 
 Control* deletionWindow(portable::SimulatedDesktop& desktop, Window& shown) {
@@ -347,19 +323,20 @@ Control* deletionWindow(portable::SimulatedDesktop& desktop, Window& shown) {
 
 constexpr const char* imported = "Proceso finalizado con exito";
 constexpr std::string_view begin = "host.BeginTrans";
+constexpr std::string_view firstRow = "source.MoveFirst";
 
 const Procedure procedures[] = {
     {.name = "yearly list",
      .prepare = import("2007"),
      .success = imported,
-     .trapAfter = "source.MoveFirst",
+     .trapAfter = firstRow,
      .row = "yield",
      .refusal = "insert Art ",
      .refusalSaid = true},
     {.name = "yearly list counted",
      .prepare = import("2009"),
      .success = imported,
-     .trapAfter = "source.MoveFirst",
+     .trapAfter = firstRow,
      .row = "yield",
      .refusal = "insert Art ",
      .refusalSaid = true},
@@ -367,14 +344,14 @@ const Procedure procedures[] = {
      .prepare = import("2006"),
      .inTransaction = true,
      .success = imported,
-     .trapAfter = "source.MoveFirst",
+     .trapAfter = firstRow,
      .row = "yield"},
     // Commit and roll back are refused both.
     {.name = "list of 2006 without transaction",
      .prepare = import("2006"),
      .success = noTransaction(),
      .closes = false,
-     .trapAfter = "source.MoveFirst",
+     .trapAfter = firstRow,
      .hasTransaction = false,
      .undone = false},
     {.name = "barcode list",
@@ -387,22 +364,16 @@ const Procedure procedures[] = {
     {.name = "location update",
      .prepare = button(&frmImpTarifas::XPButton4),
      .success = "Proceso de importacion de C:\\tarvo\\articulo.tdw finalizado",
-     .closes = false,
-     .trapAfter = never},
+     .closes = false},
     {.name = "code correction",
      .prepare = button(&frmImpTarifas::XPButton3),
      .success = "proceso concluido",
      .closes = false,
      .trapAfter = begin},
-    {.name = "stock file",
-     .prepare = stockWindow,
-     .success = imported,
-     .trapAfter = never,
-     .busyUntil = "rows.Eof"},
+    {.name = "stock file", .prepare = stockWindow, .success = imported, .busyUntil = "rows.Eof"},
     {.name = "search",
      .prepare = searchWindow,
      .closes = false,
-     .trapAfter = never,
      .busyUntil = "rows.RecordCount",
      .busyUntilFirst = true,
      .disabled = true},
@@ -410,8 +381,7 @@ const Procedure procedures[] = {
      .prepare = deletionWindow,
      .success = "Proceso de borrado finalizado",
      .trapAfter = "rows.MoveFirst",
-     .refusal = "delete "},
-};
+     .refusal = "delete "}};
 
 INSTANTIATE_TEST_SUITE_P(, EveryCut, ::testing::ValuesIn(procedures),
                          [](const auto& info) { return replaced(info.param.name, " ", "_"); });

@@ -17,8 +17,8 @@ inline constexpr int memoryWorkbookSheets = 3;
 using SheetRow = std::vector<Variant>;
 
 /// What makes the applications that open this workbook whatever they are asked for, for
-/// DevHostOptions::makeSpreadsheet.
+/// DevHostOptions::makeSpreadsheet. `called` is told the name of each call first, a new row's as "sheet.row".
 std::function<ObjectRef<SpreadsheetApplication>(const portable::DrivePaths&)> memoryWorkbook(
-    std::vector<SheetRow> rows);
+    std::vector<SheetRow> rows, std::function<void(const char*)> called = [](const char*) {});
 
 }  // namespace pxtarvo::test

@@ -167,28 +167,18 @@ TEST_F(PlugInDll, RaisesErrorsThroughBothInterfaces) {
     EXPECT_EQ(text.utf8(), "El componente ActiveX no puede crear el objeto");
 }
 
-TEST_F(PlugInDll, RegistersItselfAndLeavesNothingBehind) {
+TEST_F(PlugInDll, UnregistersOnlyWhatNamesItselfAndLeavesNothingBehind) {
     ASSERT_TRUE(dll_);
-    const auto registered = [] {
-        CLSID type{};
-        const bool byName =
-            CLSIDFromProgID(L"PXTarvo.PXTarvor", &type) == S_OK && IsEqualCLSID(type, classIdentifier);
-        Reference<ITypeLib> library;
-        const bool described = LoadRegTypeLib(libraryIdentifier, 1, 0, LOCALE_NEUTRAL, library.put()) == S_OK;
-        EXPECT_EQ(byName, described);
-        return byName;
-    };
     ASSERT_EQ(call<HRESULT>("DllRegisterServer"), S_OK);
-    EXPECT_TRUE(registered());
+    CLSID type{};
+    EXPECT_EQ(CLSIDFromProgID(L"PXTarvo.PXTarvor", &type), S_OK);
+    EXPECT_TRUE(IsEqualCLSID(type, classIdentifier));
+    Reference<ITypeLib> library;
+    EXPECT_EQ(LoadRegTypeLib(libraryIdentifier, 1, 0, LOCALE_NEUTRAL, library.put()), S_OK);
     EXPECT_TRUE(Dispatch::create("PXTarvo.PXTarvor"));
-    EXPECT_EQ(call<HRESULT>("DllUnregisterServer"), S_OK);
-    EXPECT_FALSE(registered());
-    EXPECT_EQ(call<HRESULT>("DllUnregisterServer"), S_OK);  // gone already
+    for (int time = 0; time < 2; ++time) EXPECT_EQ(call<HRESULT>("DllUnregisterServer"), S_OK);
     for (const wchar_t* key : everyKey) EXPECT_FALSE(registryText(key));
-}
 
-TEST_F(PlugInDll, UnregistersOnlyWhatNamesItself) {
-    ASSERT_TRUE(dll_);
     const std::wstring elsewhere = copy();
     const HMODULE other = LoadLibraryW(elsewhere.c_str());
     ASSERT_TRUE(other);
@@ -212,13 +202,13 @@ TEST_F(PlugInDll, UnregistersOnlyWhatNamesItself) {
         RegCloseKey(key);
     };
     ASSERT_EQ(call<HRESULT>("DllRegisterServer"), S_OK);
-    const std::wstring library = libraryKey + std::wstring(L"\\1.0\\0\\");
+    const std::wstring place = libraryKey + std::wstring(L"\\1.0\\0\\");
     write(serverKey, KEY_WOW64_32KEY);
-    write(library + L"win32", 0);
+    write(place + L"win32", 0);
     EXPECT_EQ(call<HRESULT>("DllUnregisterServer"), S_OK);
-    EXPECT_FALSE(registryText(classKey) || registryText((library + L"win64").c_str()));
+    EXPECT_FALSE(registryText(classKey) || registryText((place + L"win64").c_str()));
     EXPECT_TRUE(registryText(serverKey, KEY_WOW64_32KEY));
-    EXPECT_TRUE(registryText((library + L"win32").c_str()));
+    EXPECT_TRUE(registryText((place + L"win32").c_str()));
     for (const wchar_t* key : {nameKey, interfaceKey}) EXPECT_TRUE(registryText(key)) << key;
     for (const wchar_t* key : everyKey) RegDeleteTreeW(HKEY_CLASSES_ROOT, key);
     HKEY narrow = nullptr;

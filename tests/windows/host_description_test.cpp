@@ -16,6 +16,7 @@
 #include "platform/windows/automation/automation_errors.h"
 #include "platform/windows/data/ado_connection.h"
 #include "platform/windows/windows_platform.h"
+#include "tests/windows/recording_object.h"
 
 namespace pxtarvo::windows {
 namespace {
@@ -150,7 +151,7 @@ TEST(HostDescription, HoldsWhatIsCalledOfTheContextAndNoMore) {
                                     {"Parametros", answering(parameters)},
                                     {"Conexion", answering(parameter)},
                                     {"Usuario", [] { return OwnedVariant(std::int32_t{7}); }},
-                                    {"Insertar", [] { return OwnedVariant(true); }},
+                                    {"Insertar", [] { return OwnedVariant(std::int16_t{-1}); }},
                                     {"Borrar", [] { return OwnedVariant(true); }}});
     const ObjectRef<HostDatabase> bd =
         makeObject<AutomationHostDatabase>(Reference<IDispatch>::share(database.get()));
@@ -160,26 +161,21 @@ TEST(HostDescription, HoldsWhatIsCalledOfTheContextAndNoMore) {
     EXPECT_TRUE(EscrituraFila(bd, Exis::tabla).agregar(Exis::Kill, std::int16_t{0}).insertar(sMensaje));
     EXPECT_TRUE(EscrituraFila(bd, Art::tabla).borrar(" W", sMensaje));
     EXPECT_TRUE(bd->Conexion());
+    const ObjectRef<HostDatabase> bare =
+        makeObject<AutomationHostDatabase>(Reference<IDispatch>::share(described(u"HostDatabase").get()));
+    EXPECT_FALSE(bare->Usuario());
+    EXPECT_EQ(tests::errorOf([&] { bare->Conexion(); }), 424);
     EXPECT_EQ(bd->Usuario(), 7);
     bd->Parametros()->Item("PAR_ORCONTANOM")->Valor();
     for (const auto& object : {fields, parameter, parameters, database}) object->expectAllCalled();
 }
-
-class OneBoxWindow : public Window {
-  public:
-    explicit OneBoxWindow(Platform& platform) : Window(platform, {.name = "frmPrueba", .caption = ""}) {}
-    TextBox Text1{*this, {.name = "Text1", .index = 3, .rect = {}, .maxLength = 8}};
-
-  protected:
-    void Form_Load() override {}
-};
 
 TEST(HostDescription, HoldsWhatIsCalledOfTheHelperAndNoMore) {
     const auto helper =
         described(u"HostFieldHelper", {{"Redondear", [] { return OwnedVariant(1.5); }},
                                        {"Buscar", [] { return OwnedVariant(std::string_view("x")); }}});
     WindowsPlatform platform;
-    OneBoxWindow window(platform);
+    tests::OneBoxWindow window(platform);
     AutomationFieldHelper ayuda(Dispatch(Reference<IDispatch>::share(helper.get())));
     EXPECT_EQ(ayuda.Redondear(1.49, 1), 1.5);
     ayuda.ColorFondo(16777215);
@@ -195,7 +191,7 @@ TEST(HostDescription, HoldsWhatIsCalledOfTheHelperAndNoMore) {
 
 TEST(HostDescription, HoldsWhatTheTextBoxHasAndNoMore) {
     WindowsPlatform platform;
-    OneBoxWindow window(platform);
+    tests::OneBoxWindow window(platform);
     const auto object = makeCounted<TextBoxObject>(window.Text1);
     const Dispatch box(Reference<IDispatch>::share(object.get()));
     const Interface type(u"TextBox");

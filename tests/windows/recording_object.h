@@ -1,6 +1,6 @@
 #pragma once
 
-// An automation object that writes down how it is called, exact argument types included.
+// An automation object that writes down how it is called, exact argument types included, and a window.
 
 #include <functional>
 #include <map>
@@ -11,6 +11,7 @@
 #include "platform/values/locale.h"
 #include "platform/values/runtime_error.h"
 #include "platform/values/text.h"
+#include "platform/window.h"
 #include "platform/windows/automation/automation_object.h"
 #include "platform/windows/automation/dispatch.h"
 
@@ -90,6 +91,15 @@ inline Answer always(Variant value) {
 inline Dispatch late(const Reference<RecordingObject>& object) {
     return Dispatch(Reference<IDispatch>::share(object.get()));
 }
+
+class OneBoxWindow : public Window {
+  public:
+    explicit OneBoxWindow(Platform& platform) : Window(platform, {.name = "frmPrueba", .caption = ""}) {}
+    TextBox Text1{*this, {.name = "Text1", .index = 3, .rect = {}, .maxLength = 8}};
+
+  protected:
+    void Form_Load() override {}
+};
 
 /// The number that `body` raises; 0 when it raises nothing.
 template <class Body>

@@ -26,6 +26,16 @@ inline Action type(int index, std::string text) {
 inline Action answer(MessageAnswer answer, std::int16_t key = vkReturn) {
     return {.deed = Deed::Message, .key = key, .answer = answer};
 }
+/// Of the rows of the next search; none with -1.
+inline Action choose(int row) {
+    return {.deed = Deed::Search, .row = row};
+}
+/// Once the third row is written.
+inline Action inTheRun(Action action) {
+    action.after = "\"table\":\"ArtPro\"";
+    action.count = 3;
+    return action;
+}
 /// Notes the text of a field of the array Text1.
 inline Action look(int index) {
     return {.deed = Deed::Look, .control = "Text1", .index = index};

@@ -7,9 +7,7 @@
 
 #include "devhost/host_stage.h"
 #include "devhost/library/host_context.h"
-#include "devhost/wine/objects/ado_objects.h"
-#include "devhost/wine/objects/field_helper_object.h"
-#include "devhost/wine/objects/host_objects.h"
+#include "devhost/wine/objects/automation_objects.h"
 #include "platform/values/text.h"
 #include "platform/windows/automation/automation_errors.h"
 #include "tests/wine/plain_program.h"
@@ -146,11 +144,11 @@ std::function<std::optional<HRESULT>(HostCall&)> column(std::string name, std::s
         return {};
     };
 }
-std::function<void(HostCall&)> answering(std::string member, std::function<OwnedVariant()> value) {
+std::function<void(HostCall&)> answering(std::string member, std::optional<Variant> value) {
     return [=](HostCall& call) {
         if (call.member != member || !call.answer) return;
         VariantClear(call.answer);
-        *call.answer = value().detach();
+        *call.answer = (value ? OwnedVariant(*value) : OwnedVariant(Reference<IDispatch>())).detach();
     };
 }
 /// As a member that is there for the other kinds of call only.
@@ -161,156 +159,108 @@ std::function<std::optional<HRESULT>(HostCall&)> notAs(std::string member, WORD 
     };
 }
 
-constexpr std::string_view untouched = "(sin tocar)";
 const std::string helper = "HostFields.FieldHelper";
 
 std::vector<Break> breaks() {
     std::vector<Break> all{
-        {.name = "MessageNotGivenBack",
-         .expected =
-             "HostDatabase.Insertar: no deja el motivo del rechazo en sMensaje (texto por referencia)",
-         .after =
-             [](HostCall& call) {
-                 if (call.member != "HostDatabase.Insertar") return;
-                 SysReAllocString(V_BSTRREF(&call.argument(0)), Bstr(untouched).get());
-             }},
-        {.name = "RefusalAnsweredTrue",
-         .expected = "HostDatabase.Insertar: devuelve True cuando la base de datos rechaza la fila",
-         .after = answering("HostDatabase.Insertar", [] { return OwnedVariant(true); })},
-        {.name = "NoAnswer",
-         .expected = "HostDatabase.Insertar: no devuelve un valor Boolean",
-         .after = answering("HostDatabase.Insertar", [] { return OwnedVariant(); })},
-        {.name = "UserIsText",
-         .expected = "HostDatabase.Usuario: no es un número entero",
-         .after = answering("HostDatabase.Usuario", [] { return OwnedVariant(std::string_view("ANA")); })},
-        {.name = "ConnectionNothing",
-         .expected = "HostDatabase.Conexion: devuelve Nothing",
-         .after = answering("HostDatabase.Conexion", [] { return OwnedVariant(Reference<IDispatch>()); })},
-        {.name = "ConnectionNoObject",
-         .expected = "HostDatabase.Conexion: no devuelve un objeto",
-         .after = answering("HostDatabase.Conexion", [] { return OwnedVariant(); })},
-        {.name = "ConnectionClosed",
-         .expected = "HostDatabase.Conexion: la conexión está cerrada",
-         .after = answering("Connection.State", [] { return OwnedVariant(std::int32_t{0}); })},
         {.name = "ServerCursors",
          .expected = "Connection.CursorLocation: los cursores son del servidor",
          .cursor = devhost::CursorLocation::Server},
-        {.name = "TransactionOpen",
-         .expected = "Connection.BeginTrans: error -2147168237",
-         .instead =
-             answers("Connection.BeginTrans", static_cast<HRESULT>(ErrorNumber::TransactionAlreadyOpen))},
-        {.name = "MonthFirst",
-         .expected = "HostDatabase.Conexion: no lee las fechas con el día primero",
-         .instead = rewritten("'03/04/2001 23:59:59'", "'04/03/2001 23:59:59'")},
-        {.name = "WritesMonthFirst",
-         .expected =
-             "HostFieldList.Agregar: el tipo 4 (fecha DD/MM/YYYY) no guarda 03/04/2001 como 3 de abril",
-         .instead = column("Art_FechaEstado", "03/04/2001", "04/03/2001")},
-        {.name = "CaseCounts",
-         .expected = "HostDatabase.Conexion: distingue mayúsculas",
-         .instead = rewritten("'pxtarvo-prueba'", "'otra'")},
-        {.name = "TextChanged",
-         .expected = "HostFieldList.Agregar: el tipo 3 (texto) no guarda el texto tal cual: PRUEBA DALTA",
-         .instead = column("ART_DES", "PRUEBA D'ALTA", "PRUEBA DALTA")},
-        {.name = "ExpressionNotRun",
-         .expected = "HostFieldList.Agregar: el tipo 6 (expresión) no pone Getdate()",
-         .instead = column("Art_FechaEstado", "Getdate()", "NULL")},
-        {.name = "ColumnsKept",
-         .expected = "HostDatabase.Limpiar: quedan columnas de la escritura anterior",
-         .instead = answers("HostDatabase.Limpiar", S_OK)},
-        {.name = "TableForgotten",
-         .expected = "HostDatabase.Insertar: rechaza un artículo nuevo: ",
-         .after =
-             [](HostCall& call) {
-                 if (call.member != "HostDatabase.Limpiar") return;
-                 Dispatch(Reference<IDispatch>::share(&call.real))
-                     .put(u"Tabla", OwnedVariant(std::string_view()));
-             }},
-        {.name = "UpdateDoesNothing",
-         .expected = "HostDatabase.Ejecutar: no cambia la fila",
-         .instead = answers("HostDatabase.Ejecutar", S_OK)},
-        {.name = "AnotherConnection",
-         .expected = "HostDatabase.Insertar: la fila insertada no se ve por Conexion",
-         .instead = rewritten("Art_Cod = 'PXTARVO-PRUEBA'", "Art_Cod = 'otra'")},
-        {.name = "OutsideTheTransaction",
-         .expected = "HostDatabase.Insertar: escribe fuera de la transacción de Conexion",
-         .instead = [](HostCall& call) -> std::optional<HRESULT> {
-             if (call.member != "Connection.RollbackTrans") return {};
-             Dispatch(Reference<IDispatch>::share(&call.real)).run(u"CommitTrans");
-             return S_OK;
-         }},
-        {.name = "IdentityNotFirst",
-         .expected = "Art: la primera columna debe ser Art_Id y es ART_Cod",
-         .instead =
-             rewritten("SELECT * FROM Art WHERE Art_Cod = ''", "SELECT Art_Cod FROM Art WHERE Art_Cod = ''")},
-        {.name = "TableAsMethod",
-         .expected = "HostDatabase.Tabla: falta el miembro, o no admite esta forma de llamada",
-         .instead = notAs("HostDatabase.Tabla", DISPATCH_PROPERTYPUT)},
-        {.name = "HelperConnectionAsValue",
-         .expected = helper + ".Conexion: falta el miembro, o no admite esta forma de llamada",
-         .instead = notAs(helper + ".Conexion", DISPATCH_PROPERTYPUTREF)},
-        {.name = "HelperSwallowsDigits",
-         .expected = helper + ".FiltrarTecla: no deja escribir cifras",
-         .after =
-             [](HostCall& call) {
-                 if (call.member == helper + ".FiltrarTecla") *V_I2REF(&call.argument(1)) = 0;
-             }},
-        {.name = "HelperRoundsToEven",
-         .expected = helper + ".Redondear: no redondea 31,066 a 31,07",
-         .after = answering(helper + ".Redondear", [] { return OwnedVariant(31.06); })},
-        {.name = "HelperNotThere", .expected = helper + ": no se puede crear, error 429", .hidden = helper},
-        {.name = "AccessProviderNotThere",
-         .expected = "Microsoft.Jet.OLEDB.4.0: el proveedor de Access ",
-         .instead = answers("Source.Open", static_cast<HRESULT>(0x800A0E7A))},
+        {.name = "HelperNotThere", .expected = helper + ": no se puede crear, error 429", .hidden = helper}};
+    const auto after = [&](const char* name, std::string expected, std::function<void(HostCall&)> what) {
+        all.push_back({.name = name, .expected = std::move(expected), .after = std::move(what)});
     };
-    for (const std::string member : {"HostDatabase.Parametros",
-                                     "HostDatabase.Usuario",
-                                     "HostDatabase.Limpiar",
-                                     "HostDatabase.Condicion",
-                                     "HostDatabase.Campos",
-                                     "HostDatabase.Tabla",
-                                     "HostDatabase.Conexion",
-                                     "HostDatabase.Borrar",
-                                     "HostDatabase.Ejecutar",
-                                     "HostDatabase.Insertar",
-                                     "HostFieldList.Agregar",
-                                     "Connection.Execute",
-                                     "Connection.BeginTrans",
-                                     "Connection.CommitTrans",
-                                     "Connection.RollbackTrans",
-                                     "Recordset.Fields",
-                                     "Recordset.EOF",
-                                     "Recordset.RecordCount",
-                                     "Recordset.MoveFirst",
-                                     "Recordset.MoveNext",
-                                     "Recordset.Close",
-                                     "Recordset.Clone",
-                                     "Recordset.AbsolutePosition",
-                                     "Fields.Item",
-                                     "Fields.Count",
-                                     "Field.Value",
-                                     "Field.Name",
-                                     "HostFields.FieldHelper.Redondear",
-                                     "HostFields.FieldHelper.ColorFondo",
-                                     "HostFields.FieldHelper.ColorFoco",
-                                     "HostFields.FieldHelper.SalirCampo",
-                                     "HostFields.FieldHelper.EntrarCampo",
-                                     "HostFields.FieldHelper.Conexion",
-                                     "HostFields.FieldHelper.FiltrarTecla",
-                                     "HostFields.FieldHelper.Buscar"}) {
-        all.push_back({.name = "Without_" + replaced(member, ".", "_"),
-                       .expected = member + ": falta el miembro, o no admite esta forma de llamada",
-                       .hidden = member});
+    const auto instead = [&](const char* name, std::string expected,
+                             std::function<std::optional<HRESULT>(HostCall&)> what) {
+        all.push_back({.name = name, .expected = std::move(expected), .instead = std::move(what)});
+    };
+    const std::string insertar = "HostDatabase.Insertar", conexion = "HostDatabase.Conexion";
+    const std::string agregar = "HostFieldList.Agregar", limpiar = "HostDatabase.Limpiar";
+    const std::string missing = ": falta el miembro, o no admite esta forma de llamada";
+
+    after("RefusalAnsweredTrue", insertar + ": devuelve True cuando la base de datos rechaza la fila",
+          answering(insertar, Variant(true)));
+    after("NoAnswer", insertar + ": no devuelve un valor Boolean", answering(insertar, Variant()));
+    after("UserIsText", "HostDatabase.Usuario: no es un número entero",
+          answering("HostDatabase.Usuario", Variant("ANA")));
+    after("ConnectionNothing", conexion + ": devuelve Nothing", answering(conexion, std::nullopt));
+    after("ConnectionNoObject", conexion + ": no devuelve un objeto", answering(conexion, Variant()));
+    after("ConnectionClosed", conexion + ": la conexión está cerrada",
+          answering("Connection.State", Variant(std::int32_t{0})));
+    after("HelperRoundsToEven", helper + ".Redondear: no redondea 31,066 a 31,07",
+          answering(helper + ".Redondear", Variant(31.06)));
+    after("HelperSwallowsDigits", helper + ".FiltrarTecla: no deja escribir cifras", [](HostCall& call) {
+        if (call.member == helper + ".FiltrarTecla") *V_I2REF(&call.argument(1)) = 0;
+    });
+    after("MessageNotGivenBack",
+          insertar + ": no deja el motivo del rechazo en sMensaje (texto por referencia)",
+          [=](HostCall& call) {
+              if (call.member == insertar)
+                  SysReAllocString(V_BSTRREF(&call.argument(0)), Bstr("(sin tocar)").get());
+          });
+    after("TableForgotten", insertar + ": rechaza un artículo nuevo: ", [=](HostCall& call) {
+        if (call.member != limpiar) return;
+        Dispatch(Reference<IDispatch>::share(&call.real)).put(u"Tabla", OwnedVariant(std::string_view()));
+    });
+
+    instead("TransactionOpen", "Connection.BeginTrans: error -2147168237",
+            answers("Connection.BeginTrans", static_cast<HRESULT>(ErrorNumber::TransactionAlreadyOpen)));
+    instead("AccessProviderNotThere", "Microsoft.Jet.OLEDB.4.0: el proveedor de Access ",
+            answers("Source.Open", static_cast<HRESULT>(0x800A0E7A)));
+    instead("ColumnsKept", limpiar + ": quedan columnas de la escritura anterior", answers(limpiar, S_OK));
+    instead("UpdateDoesNothing", "HostDatabase.Ejecutar: no cambia la fila",
+            answers("HostDatabase.Ejecutar", S_OK));
+    instead("MonthFirst", conexion + ": no lee las fechas con el día primero",
+            rewritten("'03/04/2001 23:59:59'", "'04/03/2001 23:59:59'"));
+    instead("CaseCounts", conexion + ": distingue mayúsculas", rewritten("'pxtarvo-prueba'", "'otra'"));
+    instead("AnotherConnection", insertar + ": la fila insertada no se ve por Conexion",
+            rewritten("Art_Cod = 'PXTARVO-PRUEBA'", "Art_Cod = 'otra'"));
+    instead("IdentityNotFirst", "Art: la primera columna debe ser Art_Id y es ART_Cod",
+            rewritten("SELECT * FROM Art WHERE Art_Cod = ''", "SELECT Art_Cod FROM Art WHERE Art_Cod = ''"));
+    instead("WritesMonthFirst",
+            agregar + ": el tipo 4 (fecha DD/MM/YYYY) no guarda 03/04/2001 como 3 de abril",
+            column("Art_FechaEstado", "03/04/2001", "04/03/2001"));
+    instead("TextChanged", agregar + ": el tipo 3 (texto) no guarda el texto tal cual: PRUEBA DALTA",
+            column("ART_DES", "PRUEBA D'ALTA", "PRUEBA DALTA"));
+    instead("ExpressionNotRun", agregar + ": el tipo 6 (expresión) no pone Getdate()",
+            column("Art_FechaEstado", "Getdate()", "NULL"));
+    instead("TableAsMethod", "HostDatabase.Tabla" + missing,
+            notAs("HostDatabase.Tabla", DISPATCH_PROPERTYPUT));
+    instead("HelperConnectionAsValue", helper + ".Conexion" + missing,
+            notAs(helper + ".Conexion", DISPATCH_PROPERTYPUTREF));
+    instead("OutsideTheTransaction", insertar + ": escribe fuera de la transacción de Conexion",
+            [](HostCall& call) -> std::optional<HRESULT> {
+                if (call.member != "Connection.RollbackTrans") return {};
+                Dispatch(Reference<IDispatch>::share(&call.real)).run(u"CommitTrans");
+                return S_OK;
+            });
+    const std::pair<std::string, std::string_view> members[] = {
+        {"HostDatabase",
+         "Parametros Usuario Limpiar Condicion Campos Tabla Conexion Borrar Ejecutar Insertar"},
+        {"HostFieldList", "Agregar"},
+        {"Connection", "Execute BeginTrans CommitTrans RollbackTrans"},
+        {"Recordset", "Fields EOF RecordCount MoveFirst MoveNext Close Clone AbsolutePosition"},
+        {"Fields", "Item Count"},
+        {"Field", "Value Name"},
+        {helper, "Redondear ColorFondo ColorFoco SalirCampo EntrarCampo Conexion FiltrarTecla Buscar"}};
+    for (const auto& [kind, names] : members) {
+        for (const std::string_view name : split(names, ' ')) {
+            const std::string member = joined({kind, ".", name});
+            all.push_back({.name = "Without_" + replaced(member, ".", "_"),
+                           .expected = member + missing,
+                           .hidden = member});
+        }
     }
-    const std::pair<std::string, UINT> references[] = {
-        {"HostFieldList.Agregar", 0}, {"HostFieldList.Agregar", 1}, {"HostFieldList.Agregar", 2},
-        {"HostFieldList.Agregar", 3}, {"HostDatabase.Insertar", 0}, {"HostDatabase.Ejecutar", 0},
-        {"HostDatabase.Borrar", 0},   {helper + ".Redondear", 0},   {helper + ".Redondear", 1},
-        {helper + ".SalirCampo", 0},  {helper + ".SalirCampo", 1},  {helper + ".FiltrarTecla", 1}};
-    for (const auto& [member, at] : references) {
-        all.push_back({.name = "ByValue_" + replaced(member, ".", "_") + "_" + std::to_string(at),
-                       .expected = member + ": no admite los tipos de sus argumentos: ",
-                       .instead = byValue(member, at)});
+    const std::pair<std::string, std::vector<UINT>> references[] = {
+        {agregar, {0, 1, 2, 3}},         {insertar, {0}},
+        {"HostDatabase.Ejecutar", {0}},  {"HostDatabase.Borrar", {0}},
+        {helper + ".Redondear", {0, 1}}, {helper + ".SalirCampo", {0, 1}},
+        {helper + ".FiltrarTecla", {1}}};
+    for (const auto& [member, places] : references) {
+        for (const UINT at : places) {
+            instead(("ByValue_" + replaced(member, ".", "_") + "_" + std::to_string(at)).c_str(),
+                    member + ": no admite los tipos de sus argumentos: ", byValue(member, at));
+        }
     }
     return all;
 }
@@ -337,8 +287,7 @@ class HostCheck : public TwoWorlds {
         devhost::HostParts parts(options, [] {});
         devhost::ClassObjects classes;
         offer(classes, *parts.stage, broken);
-        const auto real = windows::makeDispatch<devhost::HostDatabaseObject>(
-            makeObject<devhost::DevHostDatabase>(parts.state));
+        const auto real = devhost::contextObject(makeObject<devhost::DevHostDatabase>(parts.state));
         const auto context = windows::makeDispatch<BrokenObject>("HostDatabase", real, broken);
         OwnedVariant report;
         const LONG faults = check_(context.get(), report.put());
@@ -368,17 +317,14 @@ class HostCheck : public TwoWorlds {
             0x6a1b6d60, 0x54c1, 0x4c9b, {0x8e, 0x0b, 0x3d, 0x6a, 0x51, 0xb4, 0x0c, 0x77}};
         classes.offer("ADODB.Connection", ado, [&] {
             return windows::makeDispatch<BrokenObject>(
-                "Source", windows::makeDispatch<devhost::ConnectionObject>(stage.platform.createConnection()),
-                broken);
+                "Source", devhost::connectionObject(stage.platform.createConnection()), broken);
         });
         classes.offer("Excel.Application", sheet, []() -> Reference<IDispatch> { throw std::bad_alloc(); });
         const bool missing = broken.hidden == helper;
         classes.offer(helper, field, [&stage, &broken, missing]() -> Reference<IDispatch> {
             if (missing) throw RuntimeError(ErrorNumber::CannotCreateObject);
             return windows::makeDispatch<BrokenObject>(
-                helper,
-                windows::makeDispatch<devhost::FieldHelperObject>(stage.makeFieldHelper(), stage.platform),
-                broken);
+                helper, devhost::fieldHelperObject(stage.makeFieldHelper(), stage.platform), broken);
         });
     }
 

@@ -60,30 +60,11 @@ void run(Host& host, Outcome& outcome) {
 
 }  // namespace
 
-std::vector<Scenario> alsoOverServerCursors(std::vector<Scenario> scenarios,
-                                            const std::vector<std::string>& names) {
-    for (const std::string& name : names) {
-        Scenario again = *std::ranges::find(scenarios, name, &Scenario::name);
-        again.name += "OverServerCursors";
-        again.cursor = devhost::CursorLocation::Server;
-        scenarios.push_back(std::move(again));
-    }
-    return scenarios;
-}
-
 TwoWorlds::TwoWorlds() {
-    std::string name = (fs::temp_directory_path() / "pxtarvo-XXXXXX").string();
-    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-    folder_ = name;
     fs::create_directories(driveC() + "/TARVO");
     for (const auto& sample : fs::directory_iterator(PXTARVO_SAMPLES_DIR)) {
         fs::copy(sample.path(), driveC() + "/TARVO", fs::copy_options::skip_existing);
     }
-}
-
-TwoWorlds::~TwoWorlds() {
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
 }
 
 const devhost::PlugIn& TwoWorlds::plugIn() {
@@ -99,7 +80,7 @@ std::string TwoWorlds::driveC() {
 }
 
 std::string TwoWorlds::newDealer() {
-    const std::string path = (folder_ / ("dealer" + std::to_string(++dealers_) + ".db")).string();
+    const std::string path = folder_.file("dealer" + std::to_string(++dealers_) + ".db");
     devhost::createHostFile(
         path, std::make_shared<portable::FixedClock>(CalendarTime{2012, 7, 25, 10, 30, 0}), true);
     return path;

@@ -9,7 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "devhost/wine/objects/object_kind.h"
 #include "devhost/wine/wine_host.h"
+#include "tests/common/temporary_folder.h"
 #include "tests/wine/actions.h"
 
 namespace pxtarvo::test {
@@ -28,10 +30,6 @@ struct Scenario {
     /// Must stand in the record, so that a scenario that did not take place is noticed.
     std::string expected{};
 };
-
-/// The scenarios, those of these names once more over cursors on the server.
-std::vector<Scenario> alsoOverServerCursors(std::vector<Scenario> scenarios,
-                                            const std::vector<std::string>& names);
 
 inline void PrintTo(const Scenario& scenario, std::ostream* out) {
     *out << scenario.name;
@@ -52,7 +50,6 @@ class TwoWorlds : public ::testing::Test {
 
   protected:
     TwoWorlds();
-    ~TwoWorlds() override;
 
     /// The Wine prefix's drive C:, with the sample lists in TARVO.
     static std::string driveC();
@@ -66,7 +63,7 @@ class TwoWorlds : public ::testing::Test {
     std::string newDealer();
     devhost::DevHostOptions optionsFor(const Scenario& scenario);
 
-    std::filesystem::path folder_;
+    tests::TemporaryFolder folder_;
     CalendarTime day_{};
     int dealers_ = 0;
 };

@@ -6,22 +6,17 @@
 #include "devhost/host_stage.h"
 #include "devhost/library/host_context.h"
 #include "devhost/wine/ado/stand_in_connection.h"
-#include "devhost/wine/objects/field_helper_object.h"
-#include "devhost/wine/objects/host_objects.h"
-#include "devhost/wine/objects/spreadsheet_object.h"
+#include "devhost/wine/objects/automation_objects.h"
+#include "devhost/wine/objects/class_objects.h"
 #include "platform/portable/access/stream_recordset.h"
 #include "platform/portable/clocks.h"
 #include "platform/portable/workbook/workbook_reader.h"
 #include "platform/values/text.h"
 #include "platform/windows/automation/automation_errors.h"
-#include "platform/windows/automation/object_factory.h"
 
 namespace {
 
 using namespace pxtarvo;
-using devhost::ConnectionObject;
-using devhost::RecordsetObject;
-using windows::makeDispatch;
 using windows::Reference;
 
 portable::DrivePaths drives() {
@@ -47,32 +42,21 @@ devhost::HostParts& devHost() {
 
 Reference<IDispatch> made(std::string_view name) {
     if (name.starts_with("PXTarvoDevHost.Context")) {
-        return makeDispatch<devhost::HostDatabaseObject>(
-            makeObject<devhost::DevHostDatabase>(devHost().state));
+        return devhost::contextObject(makeObject<devhost::DevHostDatabase>(devHost().state));
     }
     if (name.starts_with("HostFields.FieldHelper")) {
         devhost::HostStage& stage = *devHost().stage;
-        return makeDispatch<devhost::FieldHelperObject>(stage.makeFieldHelper(), stage.platform);
+        return devhost::fieldHelperObject(stage.makeFieldHelper(), stage.platform);
     }
     if (name.starts_with("ADODB.Connection")) {
-        return makeDispatch<ConnectionObject>(
+        return devhost::connectionObject(
             makeObject<devhost::StandInConnection>(drives(), std::make_shared<portable::SystemClock>()));
     }
     if (name.starts_with("ADODB.Recordset")) {
-        return makeDispatch<RecordsetObject>(makeObject<portable::StreamRecordset>());
+        return devhost::recordsetObject(makeObject<portable::StreamRecordset>());
     }
     return devhost::spreadsheetObject(makeObject<portable::WorkbookReader>(drives()));
 }
-
-class Factory final : public windows::ObjectFactory {
-  public:
-    explicit Factory(std::string name) : name_(std::move(name)) {}
-
-  private:
-    Reference<IDispatch> make() override { return made(name_); }
-
-    std::string name_;
-};
 
 }  // namespace
 
@@ -84,7 +68,7 @@ extern "C" HRESULT WINAPI DllGetClassObject(REFCLSID type, REFIID iid, void** ob
     try {
         const std::string text = toUtf8(reinterpret_cast<const char16_t*>(name));
         CoTaskMemFree(name);
-        return windows::makeCounted<Factory>(text)->QueryInterface(iid, object);
+        return devhost::factoryOf([text] { return made(text); })->QueryInterface(iid, object);
     } catch (...) {
         return windows::raisedResult(IID_IClassFactory);
     }

@@ -59,28 +59,12 @@ void StandInConnection::Open(std::string_view userId, std::string_view password,
     open_ = list;
 }
 
-std::int32_t StandInConnection::State() const {
-    return open_ ? adStateOpen : adStateClosed;
-}
-
 ObjectRef<Recordset> StandInConnection::Execute(std::string_view commandText, std::int32_t options) {
     // The dealer's file reads no dates otherwise.
     if (opened().State() == adStateOpen && equalIgnoringAsciiCase(commandText, "SET DATEFORMAT dmy")) {
         return makeObject<portable::StreamRecordset>();
     }
     return opened().Execute(commandText, options);
-}
-
-void StandInConnection::BeginTrans() {
-    opened().BeginTrans();
-}
-
-void StandInConnection::CommitTrans() {
-    opened().CommitTrans();
-}
-
-void StandInConnection::RollbackTrans() {
-    opened().RollbackTrans();
 }
 
 std::unique_ptr<portable::RowStream> StandInConnection::openRows(std::string_view statement) {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "devhost/library/server_cursors.h"
-#include "devhost/wine/objects/ado_objects.h"
+#include "devhost/wine/objects/automation_objects.h"
 #include "platform/portable/access/row_source.h"
 #include "platform/portable/files/drive_paths.h"
 #include "platform/values/clock.h"
@@ -29,12 +29,12 @@ class StandInConnection final : public Connection, public OwnConnection, public 
     /// 3705 while open; what is wrong with the text is told by Open.
     void ConnectionString(std::string_view value) override;
     void Open(std::string_view userId, std::string_view password, std::int32_t options) override;
-    std::int32_t State() const override;
+    std::int32_t State() const override { return open_ ? adStateOpen : adStateClosed; }
     // 3704 while closed.
     ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) override;
-    void BeginTrans() override;
-    void CommitTrans() override;
-    void RollbackTrans() override;
+    void BeginTrans() override { opened().BeginTrans(); }
+    void CommitTrans() override { opened().CommitTrans(); }
+    void RollbackTrans() override { opened().RollbackTrans(); }
     /// Of an Access file only: 13 for the dealer's.
     std::unique_ptr<portable::RowStream> openRows(std::string_view statement) override;
 

@@ -13,7 +13,6 @@ namespace {
 
 using windows::Bstr;
 using windows::check;
-using windows::makeCounted;
 using windows::Reference;
 
 class Factory : public windows::ObjectFactory {
@@ -43,6 +42,10 @@ std::string textOf(const CLSID& identifier) {
 
 }  // namespace
 
+Reference<IClassFactory> factoryOf(ClassObjects::Make make) {
+    return Reference<IClassFactory>::adopt(new Factory(std::move(make)));
+}
+
 ClassObjects::~ClassObjects() {
     for (const DWORD cookie : cookies_) CoRevokeClassObject(cookie);
 }
@@ -58,7 +61,7 @@ void ClassObjects::offer(std::string_view programmaticIdentifier, const CLSID& i
     }
     // A factory may live on in the hands of whoever asked for it.
     const auto count = made_[name] = std::make_shared<int>(0);
-    const auto factory = makeCounted<Factory>([count, make = std::move(make)] {
+    const auto factory = factoryOf([count, make = std::move(make)] {
         ++*count;
         return make();
     });

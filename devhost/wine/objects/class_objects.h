@@ -14,6 +14,9 @@
 
 namespace pxtarvo::devhost {
 
+/// A class's factory, which makes its objects so; what `make` raises reaches who asked for one.
+windows::Reference<IClassFactory> factoryOf(std::function<windows::Reference<IDispatch>()> make);
+
 /// Registered in the calling apartment until it goes. Names that the registry lacks are written into it, for
 /// this user; names that it has keep their class identifier, and the class is this host's all the same.
 class ClassObjects {

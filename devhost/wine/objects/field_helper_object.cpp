@@ -1,13 +1,12 @@
-#include "devhost/wine/objects/field_helper_object.h"
-
-#include <array>
-
-#include "devhost/wine/objects/ado_objects.h"
+#include "devhost/wine/objects/automation_objects.h"
+#include "devhost/wine/objects/counted_object.h"
 #include "platform/values/conversion.h"
 #include "platform/window.h"
 #include "platform/windows/automation/dispatch.h"
 
 namespace pxtarvo::devhost {
+
+namespace {
 
 using windows::CallArguments;
 using windows::Dispatch;
@@ -16,7 +15,7 @@ using windows::Reference;
 
 /// A text box of our own that stands for the plug-in's while the helper works on it: what the helper changes
 /// in it is passed on at once.
-class FieldHelperObject::Stand : public Window, public ControlObserver {
+class Stand : public Window, public ControlObserver {
   public:
     explicit Stand(Platform& platform)
         : Window(platform, {.name = "Stand", .caption = ""}), box_(*this, {.name = "Campo", .rect = {}}) {}
@@ -61,72 +60,70 @@ class FieldHelperObject::Stand : public Window, public ControlObserver {
     Dispatch given_;
 };
 
-namespace {
+struct Helper {
+    std::unique_ptr<DevFieldHelper> own;
+    std::unique_ptr<Stand> stand;
+};
 
-enum Member { Redondear, ColorFondo, ColorFoco, SalirCampo, EntrarCampo, Conexion, FiltrarTecla, Buscar };
-constexpr std::array<std::u16string_view, 8> names{u"Redondear",    u"ColorFondo",  u"ColorFoco",
-                                                   u"SalirCampo",   u"EntrarCampo", u"Conexion",
-                                                   u"FiltrarTecla", u"Buscar"};
-ObjectKind helperKind("FieldHelper", {names, -1});
+double numberIn(const CallArguments& given) {
+    return toDouble(given.value(0), spanishLocale());
+}
+
+std::string search(Helper& helper, const CallArguments& given) {
+    Busqueda busqueda;
+    busqueda.sSQL = given.text(0);
+    busqueda.sCampo = given.text(1);
+    busqueda.sTitulo1 = given.text(2);
+    busqueda.sTitulo2 = given.text(3);
+    busqueda.sTituloVentana = given.text(4);
+    busqueda.nAncho1 = given.number(5);
+    busqueda.nAncho2 = given.number(6);
+    busqueda.nOpcion = given.number(7);
+    return helper.own->Buscar(busqueda);
+}
+
+KindOf<Helper> helperKind(
+    "FieldHelper", u"",
+    {{u"Redondear",
+      [](Helper& helper, const CallArguments& given) {
+          return helper.own->Redondear(numberIn(given), static_cast<std::int16_t>(given.number(1)));
+      },
+      {VT_BYREF | VT_R8, VT_BYREF | VT_I2}},
+     {u"ColorFondo",
+      [](Helper& helper, const CallArguments& given) { helper.own->ColorFondo(numberIn(given)); },
+      {VT_R8}},
+     {u"ColorFoco",
+      [](Helper& helper, const CallArguments& given) { helper.own->ColorFoco(numberIn(given)); },
+      {VT_R8}},
+     {u"SalirCampo",
+      [](Helper& helper, const CallArguments& given) {
+          helper.stand->with(given.object(0),
+                             [&](TextBox& box) { helper.own->SalirCampo(box, given.text(1)); });
+      },
+      {VT_BYREF | VT_DISPATCH, VT_BYREF | VT_BSTR}},
+     {u"EntrarCampo",
+      [](Helper& helper, const CallArguments& given) {
+          helper.stand->with(given.object(0),
+                             [&](TextBox& box) { helper.own->EntrarCampo(box, given.text(1)); });
+      },
+      {VT_DISPATCH, VT_BSTR}},
+     {u"Conexion", [](Helper& helper,
+                      const CallArguments& given) { helper.own->Conexion(connectionOf(given.object(0))); }},
+     {u"FiltrarTecla",
+      [](Helper& helper, const CallArguments& given) {
+          auto KeyAscii = static_cast<std::int16_t>(given.number(1));
+          const bool bFecha = toBoolean(given.value(2), spanishLocale());
+          helper.stand->with(given.object(0),
+                             [&](TextBox& box) { helper.own->FiltrarTecla(box, KeyAscii, bFecha); });
+          given.giveBack(1, KeyAscii);
+      },
+      {VT_DISPATCH, VT_BYREF | VT_I2, VT_BOOL}},
+     {u"Buscar", search, {VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR, VT_I4, VT_I4, VT_I4}}});
 
 }  // namespace
 
-FieldHelperObject::FieldHelperObject(std::unique_ptr<DevFieldHelper> helper, Platform& platform)
-    : CountedObject(helperKind), helper_(std::move(helper)), stand_(std::make_unique<Stand>(platform)) {}
-
-FieldHelperObject::~FieldHelperObject() = default;
-
-OwnedVariant FieldHelperObject::member(int place, const CallArguments& arguments) {
-    switch (place) {
-        case Redondear:
-            expect(arguments, "Redondear", {VT_BYREF | VT_R8, VT_BYREF | VT_I2});
-            return OwnedVariant(helper_->Redondear(toDouble(arguments.value(0), spanishLocale()),
-                                                   static_cast<std::int16_t>(arguments.number(1))));
-        case ColorFondo:
-            expect(arguments, "ColorFondo", {VT_R8});
-            helper_->ColorFondo(toDouble(arguments.value(0), spanishLocale()));
-            break;
-        case ColorFoco:
-            expect(arguments, "ColorFoco", {VT_R8});
-            helper_->ColorFoco(toDouble(arguments.value(0), spanishLocale()));
-            break;
-        case SalirCampo:
-            expect(arguments, "SalirCampo", {VT_BYREF | VT_DISPATCH, VT_BYREF | VT_BSTR});
-            stand_->with(arguments.object(0),
-                         [&](TextBox& box) { helper_->SalirCampo(box, arguments.text(1)); });
-            break;
-        case EntrarCampo:
-            expect(arguments, "EntrarCampo", {VT_DISPATCH, VT_BSTR});
-            stand_->with(arguments.object(0),
-                         [&](TextBox& box) { helper_->EntrarCampo(box, arguments.text(1)); });
-            break;
-        case Conexion:
-            helper_->Conexion(connectionOf(arguments.object(0)));
-            break;
-        case FiltrarTecla: {
-            expect(arguments, "FiltrarTecla", {VT_DISPATCH, VT_BYREF | VT_I2, VT_BOOL});
-            auto KeyAscii = static_cast<std::int16_t>(arguments.number(1));
-            const bool bFecha = toBoolean(arguments.value(2), spanishLocale());
-            stand_->with(arguments.object(0),
-                         [&](TextBox& box) { helper_->FiltrarTecla(box, KeyAscii, bFecha); });
-            arguments.giveBack(1, KeyAscii);
-            break;
-        }
-        case Buscar: {
-            expect(arguments, "Buscar", {VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR, VT_BSTR, VT_I4, VT_I4, VT_I4});
-            Busqueda busqueda;
-            busqueda.sSQL = arguments.text(0);
-            busqueda.sCampo = arguments.text(1);
-            busqueda.sTitulo1 = arguments.text(2);
-            busqueda.sTitulo2 = arguments.text(3);
-            busqueda.sTituloVentana = arguments.text(4);
-            busqueda.nAncho1 = arguments.number(5);
-            busqueda.nAncho2 = arguments.number(6);
-            busqueda.nOpcion = arguments.number(7);
-            return OwnedVariant(helper_->Buscar(busqueda));
-        }
-    }
-    return {};
+Reference<IDispatch> fieldHelperObject(std::unique_ptr<DevFieldHelper> helper, Platform& platform) {
+    return made(helperKind, Helper{std::move(helper), std::make_unique<Stand>(platform)});
 }
 
 }  // namespace pxtarvo::devhost

@@ -1,6 +1,8 @@
 #include "devhost/wine/objects/object_kind.h"
 
-#include "devhost/wine/objects/counted_object.h"
+#include <algorithm>
+
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 
@@ -12,6 +14,10 @@ GUID typeOf(std::size_t number) {
     type.Data4[6] = static_cast<unsigned char>(number >> 8);
     type.Data4[7] = static_cast<unsigned char>(number);
     return type;
+}
+
+int placeOf(const std::vector<std::u16string_view>& names, std::u16string_view name) {
+    return static_cast<int>(std::ranges::find(names, name) - names.begin());
 }
 
 }  // namespace
@@ -35,9 +41,29 @@ HRESULT TypeDescription::GetIDsOfNames(LPOLESTR* names, UINT count, MEMBERID* id
     return windows::identifiersOf(members_, names, count, identifiers);
 }
 
-ObjectKind::ObjectKind(std::string_view kindName, const windows::MemberNames& kindMembers)
-    : name(kindName), members(kindMembers), description(typeOf(objectBook().kinds.size()), kindMembers) {
+ObjectKind::ObjectKind(std::string_view kindName, std::u16string_view defaultMember,
+                       std::vector<std::u16string_view> kindMembers)
+    : name(kindName),
+      names(std::move(kindMembers)),
+      members{names, defaultMember.empty() ? -1 : placeOf(names, defaultMember)},
+      description(typeOf(objectBook().kinds.size()), members) {
     objectBook().kinds.push_back(this);
+}
+
+void ObjectKind::expect(const windows::CallArguments& arguments, std::u16string_view member,
+                        std::span<const VARTYPE> types) const {
+    std::vector<VARTYPE> given;
+    for (std::size_t at = 0; at < arguments.count(); ++at) given.push_back(V_VT(&arguments.raw(at)));
+    if (std::ranges::equal(given, types)) return;
+    std::string text = joined({name, ".", toUtf8(member), " called with types"});
+    for (const VARTYPE type : given) text += " " + std::to_string(type);
+    std::vector<std::string>& noted = objectBook().violations;
+    if (std::ranges::find(noted, text) == noted.end()) noted.push_back(std::move(text));
+}
+
+ObjectBook& objectBook() {
+    static ObjectBook book;
+    return book;
 }
 
 }  // namespace pxtarvo::devhost

@@ -3,7 +3,10 @@
 // The kinds of automation objects that this host hands out: each has a type of its own, which it describes as
 // an installed library's objects do, and a count of the objects alive.
 
+#include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/windows/automation/automation_object.h"
 
@@ -54,17 +57,29 @@ class TypeDescription : public ITypeInfo {
     TYPEATTR attributes_{};
 };
 
-/// A static of the file that makes the objects.
 struct ObjectKind {
-    /// The names must outlive the process's objects.
-    ObjectKind(std::string_view kindName, const windows::MemberNames& kindMembers);
+    ObjectKind(std::string_view kindName, std::u16string_view defaultMember,
+               std::vector<std::u16string_view> kindMembers);
     ObjectKind(const ObjectKind&) = delete;
     ObjectKind& operator=(const ObjectKind&) = delete;
 
+    /// Notes in the book a call of `member` whose arguments are not exactly of these types.
+    void expect(const windows::CallArguments& arguments, std::u16string_view member,
+                std::span<const VARTYPE> types) const;
+
     std::string_view name;
-    windows::MemberNames members;
+    const std::vector<std::u16string_view> names;
+    const windows::MemberNames members;
     TypeDescription description;
     int alive = 0;
 };
+
+/// The host's book of its automation objects; one for the process, used by the apartment's thread only.
+struct ObjectBook {
+    std::vector<const ObjectKind*> kinds;
+    std::vector<std::string> violations;  ///< distinct texts of arguments of a wrong type
+};
+
+ObjectBook& objectBook();
 
 }  // namespace pxtarvo::devhost

@@ -1,6 +1,7 @@
 #include "devhost/wine/screen/resource_book.h"
 
 #include <stdexcept>
+#include <tuple>
 
 #include "devhost/wine/screen/import_table.h"
 
@@ -12,96 +13,69 @@ constexpr std::string_view window = "CreateWindowExW";
 
 }  // namespace
 
+/// What stands in the place of the module's imports.
 struct ResourceBook::Calls {
     static inline ResourceBook* book = nullptr;
 
-    template <class Handle>
-    static Handle take(std::string_view function, Handle handle) {
-        if (handle && reinterpret_cast<HANDLE>(handle) != INVALID_HANDLE_VALUE) {
-            ++book->taken_[function];
-            book->there_.emplace(handle, function);
-        }
-        return handle;
+    static void took(std::string_view function, HWND handle) {
+        if (!handle) return;
+        ++book->taken_[function];
+        book->windows_.insert(handle);
     }
-    static void give(const void* handle) {
+    static void took(std::string_view function, const void* handle) {
+        if (!handle || handle == INVALID_HANDLE_VALUE) return;
+        ++book->taken_[function];
+        book->there_.emplace(handle, function);
+    }
+    static void took(std::string_view function, UINT_PTR timer) {
+        took(function, reinterpret_cast<const void*>(timer));
+    }
+    static void gave(const void* handle) {
         const auto found = book->there_.find(handle);
         if (found != book->there_.end()) book->there_.erase(found);
     }
+    static void gave(UINT_PTR timer) { gave(reinterpret_cast<const void*>(timer)); }
 
-    static HWND WINAPI createWindow(DWORD extendedStyle, LPCWSTR type, LPCWSTR text, DWORD style, int x,
-                                    int y, int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
-                                    LPVOID parameter) {
-        const HWND made = CreateWindowExW(extendedStyle, type, text, style, x, y, width, height, parent, menu,
-                                          instance, parameter);
-        if (made) {
-            ++book->taken_[window];
-            book->windows_.insert(made);
-        }
-        return made;
+    template <auto function, class Answer, class... Arguments>
+    static Answer WINAPI take(Arguments... arguments) {
+        const Answer answer = function(arguments...);
+        took(book->names_[reinterpret_cast<void*>(function)], answer);
+        return answer;
     }
-    static HFONT WINAPI createFont(int height, int width, int escapement, int orientation, int weight,
-                                   DWORD italic, DWORD underline, DWORD strikeOut, DWORD charSet,
-                                   DWORD precision, DWORD clipping, DWORD quality, DWORD pitch,
-                                   LPCWSTR face) {
-        return take("CreateFontW",
-                    CreateFontW(height, width, escapement, orientation, weight, italic, underline, strikeOut,
-                                charSet, precision, clipping, quality, pitch, face));
+    template <auto function, class Answer, class... Arguments>
+    static Answer WINAPI give(Arguments... arguments) {
+        gave(std::get<sizeof...(Arguments) - 1>(std::tie(arguments...)));
+        return function(arguments...);
     }
-    static HBRUSH WINAPI createBrush(COLORREF color) {
-        return take("CreateSolidBrush", CreateSolidBrush(color));
+
+    /// The function's answer is a resource.
+    template <auto function, class Answer, class... Arguments>
+    static void taking(std::string_view name, Answer(WINAPI*)(Arguments...)) {
+        book->names_[reinterpret_cast<void*>(function)] = name;
+        replaceImport(book->plugIn_, name, reinterpret_cast<void*>(&take<function, Answer, Arguments...>));
     }
-    static HBITMAP WINAPI createBitmap(HDC dc, int width, int height) {
-        return take("CreateCompatibleBitmap", CreateCompatibleBitmap(dc, width, height));
-    }
-    static BOOL WINAPI deleteObject(HGDIOBJ object) {
-        give(object);
-        return DeleteObject(object);
-    }
-    static HDC WINAPI createDc(HDC dc) { return take("CreateCompatibleDC", CreateCompatibleDC(dc)); }
-    static BOOL WINAPI deleteDc(HDC dc) {
-        give(dc);
-        return DeleteDC(dc);
-    }
-    static HDC WINAPI getDc(HWND of) { return take("GetDC", GetDC(of)); }
-    static int WINAPI releaseDc(HWND of, HDC dc) {
-        give(dc);
-        return ReleaseDC(of, dc);
-    }
-    static HANDLE WINAPI createContext(PCACTCTXW request) {
-        return take("CreateActCtxW", CreateActCtxW(request));
-    }
-    static void WINAPI releaseContext(HANDLE context) {
-        give(context);
-        ReleaseActCtx(context);
-    }
-    static UINT_PTR WINAPI setTimer(HWND of, UINT_PTR number, UINT interval, TIMERPROC procedure) {
-        const UINT_PTR timer = SetTimer(of, number, interval, procedure);
-        take("SetTimer", reinterpret_cast<void*>(timer));
-        return timer;
-    }
-    static BOOL WINAPI killTimer(HWND of, UINT_PTR number) {
-        give(reinterpret_cast<void*>(number));
-        return KillTimer(of, number);
+    /// The function's last argument is a resource that is given back.
+    template <auto function, class Answer, class... Arguments>
+    static void giving(std::string_view name, Answer(WINAPI*)(Arguments...)) {
+        replaceImport(book->plugIn_, name, reinterpret_cast<void*>(&give<function, Answer, Arguments...>));
     }
 };
 
 ResourceBook::ResourceBook(HMODULE plugIn) : plugIn_(plugIn) {
     Calls::book = this;
-    const std::pair<std::string_view, void*> calls[] = {
-        {window, reinterpret_cast<void*>(&Calls::createWindow)},
-        {"CreateFontW", reinterpret_cast<void*>(&Calls::createFont)},
-        {"CreateSolidBrush", reinterpret_cast<void*>(&Calls::createBrush)},
-        {"CreateCompatibleBitmap", reinterpret_cast<void*>(&Calls::createBitmap)},
-        {"DeleteObject", reinterpret_cast<void*>(&Calls::deleteObject)},
-        {"CreateCompatibleDC", reinterpret_cast<void*>(&Calls::createDc)},
-        {"DeleteDC", reinterpret_cast<void*>(&Calls::deleteDc)},
-        {"GetDC", reinterpret_cast<void*>(&Calls::getDc)},
-        {"ReleaseDC", reinterpret_cast<void*>(&Calls::releaseDc)},
-        {"CreateActCtxW", reinterpret_cast<void*>(&Calls::createContext)},
-        {"ReleaseActCtx", reinterpret_cast<void*>(&Calls::releaseContext)},
-        {"SetTimer", reinterpret_cast<void*>(&Calls::setTimer)},
-        {"KillTimer", reinterpret_cast<void*>(&Calls::killTimer)}};
-    for (const auto& [name, call] : calls) replaceImport(plugIn, name, call);
+    Calls::taking<&CreateWindowExW>(window, &CreateWindowExW);
+    Calls::taking<&CreateFontW>("CreateFontW", &CreateFontW);
+    Calls::taking<&CreateSolidBrush>("CreateSolidBrush", &CreateSolidBrush);
+    Calls::taking<&CreateCompatibleBitmap>("CreateCompatibleBitmap", &CreateCompatibleBitmap);
+    Calls::giving<&DeleteObject>("DeleteObject", &DeleteObject);
+    Calls::taking<&CreateCompatibleDC>("CreateCompatibleDC", &CreateCompatibleDC);
+    Calls::giving<&DeleteDC>("DeleteDC", &DeleteDC);
+    Calls::taking<&GetDC>("GetDC", &GetDC);
+    Calls::giving<&ReleaseDC>("ReleaseDC", &ReleaseDC);
+    Calls::taking<&CreateActCtxW>("CreateActCtxW", &CreateActCtxW);
+    Calls::giving<&ReleaseActCtx>("ReleaseActCtx", &ReleaseActCtx);
+    Calls::taking<&SetTimer>("SetTimer", &SetTimer);
+    Calls::giving<&KillTimer>("KillTimer", &KillTimer);
     // Of these the plug-in has none; were it to take some, they would have to be counted too.
     for (const std::string_view name :
          {"CreateIconIndirect", "CreateCursor", "LoadImageW", "ImageList_Create", "CreateMenu",

@@ -5,7 +5,6 @@
 
 #include <map>
 #include <set>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -24,9 +23,10 @@ class ResourceBook {
     std::vector<std::string_view> left() const;
 
   private:
-    struct Calls;  ///< what stands in the place of the module's imports
+    struct Calls;
     explicit ResourceBook(HMODULE plugIn);
 
+    std::map<void*, std::string_view> names_;  ///< of the functions that give resources
     std::map<std::string_view, int> taken_;
     std::multimap<const void*, std::string_view> there_;
     std::set<HWND> windows_;  ///< given up with their parents too, whoever destroys those

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "platform/values/conversion.h"
-#include "platform/values/text.h"
 #include "platform/windows/automation/automation_values.h"
 #include "platform/windows/automation/com_headers.h"
 

@@ -1,0 +1,45 @@
+#pragma once
+
+// The findings of a list, made by a thread of their own while a run reads the list.
+
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "devhost/report/list_findings.h"
+
+namespace pxtarvo::devhost {
+
+class FindingsBeside {
+  public:
+    explicit FindingsBeside(const ListKind& kind);
+    ~FindingsBeside();
+    FindingsBeside(const FindingsBeside&) = delete;
+    FindingsBeside& operator=(const FindingsBeside&) = delete;
+
+    std::vector<std::int32_t> wanted() const { return findings_.wanted(); }
+    /// Takes the row for later. Waits where the thread is far behind.
+    void row(ListRow row);
+    /// The findings of all rows so far; valid until the next row. Raises what the thread has met.
+    const ListFindings& settled();
+
+  private:
+    using Batch = std::vector<ListRow>;
+
+    void handOver();
+    void work();
+
+    ListFindings findings_;
+    Batch batch_;
+    std::mutex guard_;  ///< of what follows
+    std::condition_variable changed_;
+    std::vector<Batch> waiting_;
+    bool working_ = false;
+    bool ending_ = false;
+    std::exception_ptr failure_;
+    std::thread thread_;
+};
+
+}  // namespace pxtarvo::devhost
