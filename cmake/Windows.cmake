@@ -10,6 +10,7 @@ add_room(platform_windows platform/windows
          PUBLIC windows_screen windows_system platform PRIVATE windows_data values)
 add_room(host_windows host/windows
          PUBLIC automation host platform PRIVATE windows_data windows_screen windows_system values)
+include(cmake/TypeLibrary.cmake)
 add_subdirectory(plugin/com)
 include(cmake/HostDescription.cmake)
 add_subdirectory(examples/host)

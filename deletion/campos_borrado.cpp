@@ -76,11 +76,11 @@ void CamposBorrado::msBuscarProveedor(std::int32_t nProveedor, std::int32_t& IdP
         consultar(joined({"SELECT PRO_ID,PRO_COD,PRO_NOM,PRO_comer FROM PRO WHERE ", sFiltro}));
     if (rs->RecordCount() < 1) {
         IdProveedor = 0;
-        escribirProveedor("", "");
+        escribirCodigo(reglas_.nProveedor, "", "");
         return;
     }
     IdProveedor = toLong(rs->Fields(0), locale);
-    escribirProveedor(joinedText(rs->Fields(1), locale), joinedText(rs->Fields(2), locale));
+    escribirCodigo(reglas_.nProveedor, joinedText(rs->Fields(1), locale), joinedText(rs->Fields(2), locale));
 }
 
 }  // namespace pxtarvo

@@ -63,38 +63,14 @@ std::vector<GridColumn> columnasDatos() {
 frmBorradoArticulos::frmBorradoArticulos(Platform& platform)
     : Window(platform, planVentana),
       Frame1(*this, {.name = sMarcoCriterios, .rect = {8, 8, 844, 132}, .caption = "Criterios de acotación"}),
-      Label1(*this, {{.name = "Label1",
-                      .index = 0,
-                      .rect = {22, 34, 146, 16},
-                      .caption = sRotuloMarca,
-                      .container = sMarcoCriterios},
-                     {.name = "Label1",
-                      .index = 1,
-                      .rect = {22, 68, 146, 16},
-                      .caption = "Hasta Fecha",
-                      .container = sMarcoCriterios},
-                     {.name = "Label1",
-                      .index = 2,
-                      .rect = {22, 102, 816, 32},
-                      .caption = sAtencion,
-                      .container = sMarcoCriterios}}),
-      Text1(*this, {{.name = "Text1",
-                     .index = campoMarca,
-                     .rect = {172, 30, 80, 22},
-                     .tabIndex = 0,
-                     .maxLength = 6,
-                     .container = sMarcoCriterios},
-                    {.name = "Text1",
-                     .index = campoMarca + 1,
-                     .rect = {258, 30, 300, 22},
-                     .tabIndex = 1,
-                     .container = sMarcoCriterios},
-                    {.name = "Text1",
-                     .index = campoFecha,
-                     .rect = {172, 64, 80, 22},
-                     .tabIndex = 2,
-                     .maxLength = 10,
-                     .container = sMarcoCriterios}}),
+      Label1(*this, {.name = "Label1", .container = sMarcoCriterios},
+             {{.index = 0, .rect = {22, 34, 146, 16}, .caption = sRotuloMarca},
+              {.index = 1, .rect = {22, 68, 146, 16}, .caption = "Hasta Fecha"},
+              {.index = 2, .rect = {22, 102, 816, 32}, .caption = sAtencion}}),
+      Text1(*this, {.name = "Text1", .container = sMarcoCriterios},
+            {{.index = campoMarca, .rect = {172, 30, 80, 22}, .tabIndex = 0, .maxLength = 6},
+             {.index = campoMarca + 1, .rect = {258, 30, 300, 22}, .tabIndex = 1},
+             {.index = campoFecha, .rect = {172, 64, 80, 22}, .tabIndex = 2, .maxLength = 10}}),
       Check1(*this, {.name = "Check1",
                      .rect = {284, 65, 150, 20},
                      .tabIndex = 3,
@@ -150,10 +126,6 @@ void frmBorradoArticulos::Form_Load() {
 
 std::string frmBorradoArticulos::tituloConVersion() {
     return joined({sTitulo, " (Versión ", PXTARVO_VERSION, ")"});
-}
-
-void frmBorradoArticulos::Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift) {
-    campos_.Form_KeyUp(KeyCode, Shift);
 }
 
 std::string frmBorradoArticulos::criterios() const {
@@ -250,13 +222,11 @@ void frmBorradoArticulos::borrarArticulo() {
 MessageAnswer frmBorradoArticulos::mensaje(std::string_view sTexto, MessageIcon icono,
                                            MessageButtons botones) {
     return platform().desktop().messageBox(insisted([&] {
-        Message mensaje;
-        mensaje.text = sTexto;
-        mensaje.title = sTitulo;
-        mensaje.icon = icono;
-        mensaje.buttons = botones;
-        mensaje.defaultsToNo = botones == MessageButtons::YesNo;
-        return mensaje;
+        return Message{.text = std::string(sTexto),
+                       .title = std::string(sTitulo),
+                       .buttons = botones,
+                       .icon = icono,
+                       .defaultsToNo = botones == MessageButtons::YesNo};
     }));
 }
 

@@ -40,7 +40,6 @@ class frmBorradoArticulos : public Window {
 
   protected:
     void Form_Load() override;
-    void Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift) override;
 
   private:
     /// Searches by the criteria. Nothing traps its errors: after one the window stays disabled and the

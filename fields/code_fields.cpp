@@ -37,9 +37,6 @@ std::vector<std::string_view> partesDe(std::string_view sElegido) {
 
 }  // namespace
 
-CamposCodigo::CamposCodigo(Window& ventana, const ControlArray<TextBox>& Text1, const ReglasVentana& reglas)
-    : ventana_(ventana), Text1_(Text1), reglas_(reglas) {}
-
 void CamposCodigo::crearAyuda() {
     oAyuda = goInstancia().crearAyuda();
     darColores();
@@ -56,6 +53,7 @@ bool CamposCodigo::eligio(std::string_view sElegido) {
 }
 
 void CamposCodigo::atenderCampos() {
+    ventana_.onKeyUp = [this](std::int16_t KeyCode, std::int16_t Shift) { Form_KeyUp(KeyCode, Shift); };
     for (const auto& [indice, campo] : Text1_) {
         campo->onGotFocus = [this, Index = indice] { Text1_GotFocus(Index); };
         campo->onLostFocus = [this, Index = indice] { Text1_LostFocus(Index); };
@@ -65,18 +63,9 @@ void CamposCodigo::atenderCampos() {
     }
 }
 
-void CamposCodigo::escribir(int Index, std::string_view sTexto) {
-    Text1_[Index].setText(sTexto);
-}
-
-void CamposCodigo::escribirProveedor(std::string_view sCodigo, std::string_view sNombre) {
-    escribir(reglas_.nProveedor, sCodigo);
-    escribir(reglas_.nProveedor + 1, sNombre);
-}
-
-void CamposCodigo::escribirMarca(std::string_view sCodigo, std::string_view sDescripcion) {
-    escribir(reglas_.nMarca, sCodigo);
-    escribir(reglas_.nMarca + 1, sDescripcion);
+void CamposCodigo::escribirCodigo(int Index, std::string_view sCodigo, std::string_view sNombre) {
+    escribir(Index, sCodigo);
+    escribir(Index + 1, sNombre);
 }
 
 void CamposCodigo::avisarEnCampo(std::string_view sTexto, int Index) {
@@ -98,15 +87,10 @@ bool CamposCodigo::avisarSinMarca() {
 }
 
 bool CamposCodigo::preguntarNombreFiscal() {
-    Message pregunta;
-    pregunta.text = sPreguntaNombreFiscal;
-    pregunta.buttons = MessageButtons::YesNo;
-    pregunta.icon = MessageIcon::Information;
+    const Message pregunta{.text = std::string(sPreguntaNombreFiscal),
+                           .buttons = MessageButtons::YesNo,
+                           .icon = MessageIcon::Information};
     return ventana_.platform().desktop().messageBox(pregunta) == MessageAnswer::Yes;
-}
-
-void CamposCodigo::buscarProveedor() {
-    msBuscarProveedor(nBusquedaInteractiva);
 }
 
 std::string CamposCodigo::elegirProveedor(const ListaProveedores& fiscal, const ListaProveedores& comercial,
@@ -127,12 +111,12 @@ void CamposCodigo::buscarProveedorPorNombre() {
     const std::string sElegido = elegirProveedor(
         {sProveedores, "Pro_Nom", "Buscar Proveedores por nombre Fiscal"}, comercial, "Nombre");
     if (!eligio(sElegido)) {
-        escribirProveedor("", "");
+        escribirCodigo(reglas_.nProveedor, "", "");
         return;
     }
     const std::vector<std::string_view> partes = partesDe(sElegido);
     IdProveedor = toLong(partes[0], ventana_.platform().locale());
-    escribirProveedor(partes[1], partes[2]);
+    escribirCodigo(reglas_.nProveedor, partes[1], partes[2]);
 }
 
 void CamposCodigo::msBuscarProveedor(std::int32_t nProveedor) {
@@ -143,7 +127,7 @@ void CamposCodigo::msBuscarProveedor(std::int32_t nProveedor) {
     const std::string sSQL = std::string(sProveedores) + " where Pro_COD=" + plainNumber(nProveedor);
     const ObjectRef<Recordset> rs = consultar(sSQL);
     if (rs->RecordCount() < 1) {
-        escribirProveedor("", "");
+        escribirCodigo(reglas_.nProveedor, "", "");
         return;
     }
     const Locale& locale = ventana_.platform().locale();
@@ -169,13 +153,13 @@ void CamposCodigo::msBuscarMarca(std::string& sMarca) {
     const std::string sSQL = std::string(sMarcas) + " where Marca_CodAbrev = '" + sMarca + "'";
     const ObjectRef<Recordset> rs = consultar(sSQL);
     if (rs->RecordCount() < 1) {
-        escribirMarca("", "");
+        escribirCodigo(reglas_.nMarca, "", "");
         return;
     }
     const Locale& locale = ventana_.platform().locale();
     IdMarca = toLong(rs->Fields("Marca_Id"), locale);
-    escribirMarca(joinedText(rs->Fields("Marca_CodAbrev"), locale),
-                  joinedText(rs->Fields("Marca_Des"), locale));
+    escribirCodigo(reglas_.nMarca, joinedText(rs->Fields("Marca_CodAbrev"), locale),
+                   joinedText(rs->Fields("Marca_Des"), locale));
     rs->Close();
 }
 

@@ -21,7 +21,8 @@ inline constexpr std::string_view etiquetaAviso = "e";
 /// None of the members traps an error: a code that is no number is 13, a failing query its provider's error.
 class CamposCodigo {
   public:
-    CamposCodigo(Window& ventana, const ControlArray<TextBox>& Text1, const ReglasVentana& reglas);
+    CamposCodigo(Window& ventana, const ControlArray<TextBox>& Text1, const ReglasVentana& reglas)
+        : ventana_(ventana), Text1_(Text1), reglas_(reglas) {}
     virtual ~CamposCodigo() = default;
 
     /// Pro_ID of the chosen supplier, 0 when none.
@@ -32,7 +33,7 @@ class CamposCodigo {
 
     /// Creates the helper and gives it the colours and the host's connection.
     virtual void crearAyuda();
-    /// Hands the window's text boxes their handlers, by index.
+    /// Hands the window its key preview and its text boxes their handlers, by index.
     void atenderCampos();
 
     /// Looks up the supplier code `nProveedor`; a negative one asks the user to search.
@@ -63,7 +64,7 @@ class CamposCodigo {
     /// Whether an answer of the search list is a chosen row.
     static bool eligio(std::string_view sElegido);
     /// The supplier search by F1.
-    virtual void buscarProveedor();
+    virtual void buscarProveedor() { msBuscarProveedor(nBusquedaInteractiva); }
     /// A search list of suppliers.
     struct ListaProveedores {
         std::string_view sSQL;
@@ -74,8 +75,9 @@ class CamposCodigo {
     /// list, its names under `sTituloNombre`. What the list answers.
     std::string elegirProveedor(const ListaProveedores& fiscal, const ListaProveedores& comercial,
                                 std::string_view sTituloNombre);
-    void escribir(int Index, std::string_view sTexto);
-    void escribirProveedor(std::string_view sCodigo, std::string_view sNombre);
+    void escribir(int Index, std::string_view sTexto) { Text1_[Index].setText(sTexto); }
+    /// The code in `Text1(Index)` and its name, which stands in the next one.
+    void escribirCodigo(int Index, std::string_view sCodigo, std::string_view sNombre);
 
     /// In place of a supplier code: asks the user to search.
     static constexpr std::int32_t nBusquedaInteractiva = -1;
@@ -87,7 +89,6 @@ class CamposCodigo {
   private:
     void buscarProveedorPorNombre();
     bool preguntarNombreFiscal();
-    void escribirMarca(std::string_view sCodigo, std::string_view sDescripcion);
 };
 
 /// How a date field is shown.

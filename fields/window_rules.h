@@ -2,6 +2,7 @@
 
 // What differs from window to window in the handling of its fields and keys: one table of data each.
 
+#include <algorithm>
 #include <iterator>
 #include <span>
 #include <string_view>
@@ -43,7 +44,10 @@ struct ReglasVentana {
     bool bEsperarTab = false;       ///< whether it waits until that has been worked off
     bool bPaginasSinEfecto = true;  ///< whether Page Up and Page Down do nothing, unlike any other key
 
-    ReglaCampo campo(int Index) const;
+    ReglaCampo campo(int Index) const {
+        const auto found = std::ranges::find(campos, Index, &ReglaCampo::Index);
+        return found == campos.end() ? ReglaCampo{Index} : *found;
+    }
 };
 
 /// Indexes 7 to 12 belong to fields that the window does not have; their rules are kept all the same.

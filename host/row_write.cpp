@@ -23,6 +23,11 @@ EscrituraFila& EscrituraFila::agregar(const Columna& columna, const Variant& vVa
     return *this;
 }
 
+EscrituraFila& EscrituraFila::agregar(std::initializer_list<Columna> columnas, const Variant& vValor) {
+    for (const Columna& columna : columnas) agregar(columna, vValor);
+    return *this;
+}
+
 EscrituraFila& EscrituraFila::agregarFechaServidor(const Columna& columna) {
     return agregar(columna, Variant(sFechaServidor));
 }

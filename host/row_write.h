@@ -3,6 +3,7 @@
 // The steps of writing one row through the host's table writer.
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,8 @@ class EscrituraFila {
 
     /// Adds a column with its own kind.
     EscrituraFila& agregar(const Columna& columna, const Variant& vValor);
+    /// Adds columns of one value.
+    EscrituraFila& agregar(std::initializer_list<Columna> columnas, const Variant& vValor);
     /// Adds a column that holds the server's current date and time.
     EscrituraFila& agregarFechaServidor(const Columna& columna);
 

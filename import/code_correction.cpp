@@ -47,10 +47,9 @@ struct CorreccionCodigos::FilaHistoria {
 CorreccionCodigos::CorreccionCodigos(Platform& platform) : platform_(platform) {}
 
 void CorreccionCodigos::ejecutar() {
-    Message pregunta;
-    pregunta.text = "Confirma que desea comenzar el proceso";
-    pregunta.buttons = MessageButtons::YesNo;
-    pregunta.defaultsToNo = true;
+    const Message pregunta{.text = "Confirma que desea comenzar el proceso",
+                           .buttons = MessageButtons::YesNo,
+                           .defaultsToNo = true};
     if (platform_.desktop().messageBox(pregunta) != MessageAnswer::Yes) return;
 
     const ObjectRef<Recordset> rsOrigen = consultar(sOrigen);
@@ -88,13 +87,9 @@ void CorreccionCodigos::pasarExistencias(const Recordset& rsOrigen) {
             .agregarFechaServidor(Exis::Fentrada)
             .agregar(Exis::Pro, nCero)
             .agregar(Exis::Cantidad, vCantidad)
-            .agregar(Exis::Largo, nCero)
-            .agregar(Exis::Ancho, nCero)
-            .agregar(Exis::Espesor, nCero)
-            .agregar(Exis::DMext, nCero)
-            .agregar(Exis::DMint, nCero)
-            .agregar(Exis::Lpc, nCero)
-            .agregar(Exis::Lac, nCero)
+            .agregar(
+                {Exis::Largo, Exis::Ancho, Exis::Espesor, Exis::DMext, Exis::DMint, Exis::Lpc, Exis::Lac},
+                nCero)
             .agregar(Exis::Kg, vCantidad)  // the quantity, not a weight
             .agregar(Exis::Kill, nCero)
             .agregar(Exis::IdArt, vArticuloCero)
@@ -109,8 +104,7 @@ void CorreccionCodigos::pasarExistencias(const Recordset& rsOrigen) {
         const Variant vExistencia = rsDestino->Fields("Exis_Id");
         EscrituraFila(MyBd(), Exis::tabla, AbrirCon::Limpiar)
             .agregarFechaServidor(Exis::Fentrada)
-            .agregar(Exis::Cantidad, vTotal)
-            .agregar(Exis::Kg, vTotal)
+            .agregar({Exis::Cantidad, Exis::Kg}, vTotal)
             .actualizar(condicion(Exis::Id, vExistencia, locale));
         entrada.vExistencia = toLong(vExistencia, locale);
         entrada.nCantidad = toDouble(vTotal, locale);  // the new total, not the quantity moved
@@ -121,8 +115,7 @@ void CorreccionCodigos::pasarExistencias(const Recordset& rsOrigen) {
 
     EscrituraFila(MyBd(), Exis::tabla, AbrirCon::Limpiar)
         .agregarFechaServidor(Exis::Fentrada)
-        .agregar(Exis::Cantidad, nCero)
-        .agregar(Exis::Kg, nCero)
+        .agregar({Exis::Cantidad, Exis::Kg}, nCero)
         .actualizar(condicion(Exis::Id, rsOrigen.Fields("Exis_Id"), locale));
 
     const double nCantidad = toDouble(vCantidad, locale);
@@ -141,20 +134,13 @@ void CorreccionCodigos::escribirHistoria(const Recordset& rsOrigen, const FilaHi
         .agregar(Hexis::alma, rsOrigen.Fields("Exis_alma"))
         .agregar(Hexis::idArt, historia.vArticulo)
         .agregarFechaServidor(Hexis::Fecha)
-        .agregar(Hexis::Cantidad, historia.nCantidad)
-        .agregar(Hexis::Unidades, historia.nCantidad)
-        .agregar(Hexis::Importe, nCero)
-        .agregar(Hexis::Lac, nCero)
-        .agregar(Hexis::Lav, nCero)
+        .agregar({Hexis::Cantidad, Hexis::Unidades}, historia.nCantidad)
+        .agregar({Hexis::Importe, Hexis::Lac, Hexis::Lav}, nCero)
         .agregar(Hexis::Com, historia.sCom)
         .agregar(Hexis::For, nCero)
         .agregar(Hexis::Fac, nFactor)
-        .agregar(Hexis::Largo, nCero)
-        .agregar(Hexis::Ancho, nCero)
-        .agregar(Hexis::Espesor, nCero)
-        .agregar(Hexis::DMext, nCero)
-        .agregar(Hexis::DMint, nCero)
-        .agregar(Hexis::Precio, nCero)
+        .agregar({Hexis::Largo, Hexis::Ancho, Hexis::Espesor, Hexis::DMext, Hexis::DMint, Hexis::Precio},
+                 nCero)
         .agregar(Hexis::Usu, nUsuario)
         .agregar(Hexis::Exis, historia.vExistencia)
         .agregar(Hexis::Lma, nCero)

@@ -42,26 +42,24 @@ enum Campo { campoFichero = 0, campoProveedor = 1, campoMarca = 3 };
 frmImpTarifas::frmImpTarifas(Platform& platform)
     : Window(platform, planVentana),
       Shape1(*this, {.name = "Shape1", .rect = {8, 8, 660, 146}}),
-      Option1(*this, {{.name = "Option1",
-                       .index = opcionTarifa,
-                       .rect = {20, 18, 250, 20},
-                       .tabIndex = 0,
-                       .caption = "Proveedor Same Deutz - Fahr Iberica"},
-                      {.name = "Option1",
-                       .index = opcionCodigosBarras,
-                       .rect = {284, 18, 90, 20},
-                       .tabIndex = 1,
-                       .caption = "AMA"}}),
-      Label1(*this, {{.name = "Label1", .index = 0, .rect = {20, 54, 146, 16}, .caption = sRotuloFichero},
-                     {.name = "Label1", .index = 1, .rect = {20, 88, 146, 16}, .caption = sRotuloProveedor},
-                     {.name = "Label1", .index = 2, .rect = {20, 122, 146, 16}, .caption = sRotuloMarca},
-                     {.name = "Label1", .index = 3, .rect = {486, 20, 64, 16}, .caption = "Ejercicio"}}),
+      Option1(*this, {.name = "Option1"},
+              {{.index = opcionTarifa,
+                .rect = {20, 18, 250, 20},
+                .tabIndex = 0,
+                .caption = "Proveedor Same Deutz - Fahr Iberica"},
+               {.index = opcionCodigosBarras, .rect = {284, 18, 90, 20}, .tabIndex = 1, .caption = "AMA"}}),
+      Label1(*this, {.name = "Label1"},
+             {{.index = 0, .rect = {20, 54, 146, 16}, .caption = sRotuloFichero},
+              {.index = 1, .rect = {20, 88, 146, 16}, .caption = sRotuloProveedor},
+              {.index = 2, .rect = {20, 122, 146, 16}, .caption = sRotuloMarca},
+              {.index = 3, .rect = {486, 20, 64, 16}, .caption = "Ejercicio"}}),
       Combo1(*this, {.name = "Combo1", .rect = {556, 16, 100, 160}, .tabIndex = 2}),
-      Text1(*this, {{.name = "Text1", .index = campoFichero, .rect = {172, 50, 344, 22}, .tabIndex = 3},
-                    {.name = "Text1", .index = campoProveedor, .rect = {172, 84, 80, 22}, .tabIndex = 6},
-                    {.name = "Text1", .index = campoProveedor + 1, .rect = {258, 84, 398, 22}, .tabIndex = 7},
-                    {.name = "Text1", .index = campoMarca, .rect = {172, 118, 80, 22}, .tabIndex = 8},
-                    {.name = "Text1", .index = campoMarca + 1, .rect = {258, 118, 398, 22}, .tabIndex = 9}}),
+      Text1(*this, {.name = "Text1"},
+            {{.index = campoFichero, .rect = {172, 50, 344, 22}, .tabIndex = 3},
+             {.index = campoProveedor, .rect = {172, 84, 80, 22}, .tabIndex = 6},
+             {.index = campoProveedor + 1, .rect = {258, 84, 398, 22}, .tabIndex = 7},
+             {.index = campoMarca, .rect = {172, 118, 80, 22}, .tabIndex = 8},
+             {.index = campoMarca + 1, .rect = {258, 118, 398, 22}, .tabIndex = 9}}),
       cmdFichero(*this, {.name = "cmdFichero", .rect = {520, 49, 28, 24}, .tabIndex = 4, .caption = "..."}),
       XPButton2(
           *this,
@@ -118,10 +116,6 @@ void frmImpTarifas::Form_Load() {
     campos_.msBuscarProveedor(toLong(Text1[campoProveedor].text(), platform().locale()));
     std::string sMarca = Text1[campoMarca].text();
     campos_.msBuscarMarca(sMarca);
-}
-
-void frmImpTarifas::Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift) {
-    campos_.Form_KeyUp(KeyCode, Shift);
 }
 
 void frmImpTarifas::Option1_Click(int Index) {

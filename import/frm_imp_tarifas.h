@@ -8,11 +8,12 @@
 #include <vector>
 
 #include "fields/code_fields.h"
-#include "import/formato_tarifa.h"
 #include "import/import_view.h"
 #include "platform/window.h"
 
 namespace pxtarvo {
+
+struct FormatoTarifa;
 
 class frmImpTarifas : public Window {
   public:
@@ -40,7 +41,6 @@ class frmImpTarifas : public Window {
 
   protected:
     void Form_Load() override;
-    void Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift) override;
 
   private:
     /// A year that Combo1 offers, and the import of its list.

@@ -3,7 +3,6 @@
 #include "fields/window_texts.h"
 #include "import/run_texts.h"
 #include "platform/error_trap.h"
-#include "platform/values/conversion.h"
 #include "platform/values/date_text.h"
 #include "platform/values/number_text.h"
 #include "platform/values/text.h"
@@ -58,11 +57,7 @@ ObjectRef<Recordset> Corrida::buscarArticulo(std::string_view sColumna, std::str
 }
 
 void Corrida::agregarConstantes(EscrituraFila& escritura) {
-    escritura.agregar(Art::Rod, nCero)
-        .agregar(Art::Pas, nCero)
-        .agregar(Art::Mat, nCero)
-        .agregar(Art::TIPO, nUno)
-        .agregar(Art::Alma, nUno);
+    escritura.agregar({Art::Rod, Art::Pas, Art::Mat}, nCero).agregar({Art::TIPO, Art::Alma}, nUno);
 }
 
 std::int32_t Corrida::ultimoArticulo() {
@@ -90,10 +85,6 @@ bool Corrida::escribirProveedor(const ObjectRef<HostDatabase>& bd, const FilaPro
         .agregar(ArtPro::Idp, ventana_.campos.IdProveedor)
         .agregar(ArtPro::Ida, IdArt_)
         .insertar(sMensaje_);
-}
-
-std::string Corrida::texto(const Variant& valor) const {
-    return joinedText(valor, locale());
 }
 
 }  // namespace pxtarvo

@@ -9,7 +9,7 @@
 
 #include "host/row_write.h"
 #include "import/import_view.h"
-#include "platform/values/locale.h"
+#include "platform/values/conversion.h"
 
 namespace pxtarvo {
 
@@ -60,7 +60,7 @@ class Corrida {
                            std::int32_t IdArtPro);
 
     const Locale& locale() const { return ventana_.platform.locale(); }
-    std::string texto(const Variant& valor) const;
+    std::string texto(const Variant& valor) const { return joinedText(valor, locale()); }
 
     VistaImportacion ventana_;
     double nFila_ = 0;        ///< 1-based; 0 before the first row

@@ -5,6 +5,7 @@
 
 #include "import/frm_imp_tarifas.h"
 #include "import/list_2006.h"
+#include "import/row_import.h"
 
 namespace pxtarvo {
 

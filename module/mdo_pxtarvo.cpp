@@ -17,22 +17,18 @@ constexpr std::uint32_t nMaximoRuta = 255;
 constexpr std::string_view sFiltroFichero = "*.xls";
 constexpr std::string_view sTituloFichero = "Selección del fichero de tarifas para importar";
 
-struct Casilla {
-    std::shared_ptr<Instancia> instancia;
-};
-
-using Casillas = ThreadSlots<Casilla>;
+using Casillas = ThreadSlots<std::shared_ptr<Instancia>>;
 
 }  // namespace
 
 void guardarInstancia(std::shared_ptr<Instancia> instancia) {
-    Casillas::get().instancia.swap(instancia);
+    Casillas::get().swap(instancia);
 }
 
 const Instancia& goInstancia() {
-    const Casilla* const casilla = Casillas::find();
-    if (!casilla) throw RuntimeError(ErrorNumber::ObjectNotSet);
-    return *casilla->instancia;
+    const auto* const instancia = Casillas::find();
+    if (!instancia) throw RuntimeError(ErrorNumber::ObjectNotSet);
+    return **instancia;
 }
 
 ObjectRef<HostDatabase> MyBd() {
@@ -72,11 +68,7 @@ std::string ExaminarFichero() {
 }
 
 void avisar(std::string_view sTexto) {
-    const Message mensaje = insisted([&] {
-        Message hecho;
-        hecho.text = sTexto;
-        return hecho;
-    });
+    const Message mensaje = insisted([&] { return Message{.text = std::string(sTexto)}; });
     goInstancia().platform().desktop().messageBox(mensaje);
 }
 

@@ -1,7 +1,5 @@
 #include "platform/controls.h"
 
-#include <algorithm>
-
 #include "platform/values/conversion.h"
 #include "platform/window.h"
 
@@ -10,15 +8,8 @@ namespace pxtarvo {
 namespace {
 
 bool canHaveFocus(ControlKind kind) {
-    switch (kind) {
-        case ControlKind::Label:
-        case ControlKind::Frame:
-        case ControlKind::ProgressBar:
-        case ControlKind::Shape:
-            return false;
-        default:
-            return true;
-    }
+    return kind != ControlKind::Label && kind != ControlKind::Frame && kind != ControlKind::ProgressBar &&
+           kind != ControlKind::Shape;
 }
 
 }  // namespace
@@ -74,8 +65,6 @@ void Control::setFocus() {
     if (window_.observer()) window_.observer()->focusMoved();
 }
 
-TextBox::TextBox(Window& window, const ControlPlan& plan) : Control(window, ControlKind::TextBox, plan) {}
-
 void TextBox::setText(std::string_view text) {
     if (!writable()) return;
     userText(text.substr(0, text.find('\0')));
@@ -85,42 +74,14 @@ void TextBox::setText(std::string_view text) {
 void TextBox::userText(std::string_view text) {
     if (text == text_) return;
     text_ = text;
-    selectionStart_ = 0;
-    selectionLength_ = 0;
+    userSelection(0, 0);
     if (onChange) onChange();
-}
-
-void TextBox::userSelection(int start, int length) noexcept {
-    selectionStart_ = start;
-    selectionLength_ = length;
-}
-
-void TextBox::setBackColor(std::uint32_t color) {
-    if (!writable() || color == backColor_) return;
-    backColor_ = color;
-    changed(ControlProperty::Colors);
-}
-
-void TextBox::setForeColor(std::uint32_t color) {
-    if (!writable() || color == foreColor_) return;
-    foreColor_ = color;
-    changed(ControlProperty::Colors);
 }
 
 void TextBox::select(int start, int length) {
     if (!writable()) return;
-    selectionStart_ = start;
-    selectionLength_ = length;
+    userSelection(start, length);
     changed(ControlProperty::Selection);
-}
-
-Label::Label(Window& window, const ControlPlan& plan)
-    : Control(window, ControlKind::Label, plan), caption_(plan.caption) {}
-
-void Label::setCaption(std::string_view caption) {
-    if (!writable() || caption == caption_) return;
-    caption_ = caption;
-    changed(ControlProperty::Caption);
 }
 
 void OptionButton::setValue(bool value) {
@@ -132,15 +93,7 @@ void OptionButton::setValue(bool value) {
                 option->setValue(false);
         }
     }
-    if (value == value_) return;
-    value_ = value;
-    changed(ControlProperty::Value);
-}
-
-void CheckBox::setValue(bool value) {
-    if (!writable() || value == value_) return;
-    value_ = value;
-    changed(ControlProperty::Value);
+    writeOther(value_, value, ControlProperty::Value);
 }
 
 void ComboBox::addItem(std::string_view item) {
@@ -154,53 +107,16 @@ void ComboBox::setListIndex(int index) {
     if (index < -1 || index >= static_cast<int>(items_.size())) {
         throw RuntimeError(ErrorNumber::InvalidPropertyValue);
     }
-    listIndex_ = index;
-    changed(ControlProperty::Value);
+    write(listIndex_, index, ControlProperty::Value);
 }
 
 std::string ComboBox::text() const {
     return listIndex_ < 0 ? std::string() : items_[static_cast<std::size_t>(listIndex_)];
 }
 
-void ProgressBar::setMinimum(double minimum) {
-    if (!writable()) return;
-    minimum_ = minimum;
-    changed(ControlProperty::Range);
-}
-
-void ProgressBar::setMaximum(double maximum) {
-    if (!writable()) return;
-    maximum_ = maximum;
-    changed(ControlProperty::Range);
-}
-
-void ProgressBar::setValue(double value) {
-    if (!writable()) return;
-    value_ = value;
-    changed(ControlProperty::Value);
-}
-
-void ListView::setColumns(std::vector<ListColumn> columns) {
-    if (!writable()) return;
-    columns_ = std::move(columns);
-    changed(ControlProperty::Columns);
-}
-
 std::string cellText(const GridColumn& column, const Variant& value, const Locale& locale) {
     if (column.format.empty() || value.isNull()) return joinedText(value, locale);
     return dayMonthYear(value, locale);
-}
-
-void DataGrid::setDataSource(ObjectRef<Recordset> rows) {
-    if (!writable()) return;
-    dataSource_ = std::move(rows);
-    changed(ControlProperty::Rows);
-}
-
-void DataGrid::setColumns(std::vector<GridColumn> columns) {
-    if (!writable()) return;
-    columns_ = std::move(columns);
-    changed(ControlProperty::Columns);
 }
 
 void DataGrid::userRow(std::int32_t position) {

@@ -47,9 +47,9 @@ inline constexpr int noTabStop = -1;
 
 /// What a window's class declares of a control, once, for every body of the desktop.
 struct ControlPlan {
-    std::string_view name;   ///< the control's name; elements of an array share it
-    int index = notIndexed;  ///< position in the control array
-    Rect rect;
+    std::string_view name{};  ///< the control's name; elements of an array share it
+    int index = notIndexed;   ///< position in the control array
+    Rect rect{};
     int tabIndex = noTabStop;    ///< place in the tab order; option buttons of one container are one stop
     std::string_view caption{};  ///< "&" marks a mnemonic in push buttons, option buttons and check boxes
     int maxLength = 0;           ///< text boxes: characters that the user can type, 0 for any number
@@ -116,6 +116,18 @@ class Control {
     /// Whether code may still write: false once the window is unloaded.
     bool writable() const;
     void changed(ControlProperty property);
+    /// Writes a member of the control's where code may still write, and tells the observer.
+    template <class Value, class Written>
+    void write(Value& member, Written&& value, ControlProperty property) {
+        if (!writable()) return;
+        member = std::forward<Written>(value);
+        changed(property);
+    }
+    /// The same, but nothing happens where the member has this value already.
+    template <class Value, class Written>
+    void writeOther(Value& member, Written&& value, ControlProperty property) {
+        if (!(member == value)) write(member, std::forward<Written>(value), property);
+    }
 
   private:
     Window& window_;
@@ -128,7 +140,7 @@ class Control {
 
 class TextBox : public Control {
   public:
-    TextBox(Window& window, const ControlPlan& plan);
+    TextBox(Window& window, const ControlPlan& plan) : Control(window, ControlKind::TextBox, plan) {}
 
     const std::string& text() const noexcept { return text_; }
     /// Up to the first character of code 0, as the platform's text box shows and returns it.
@@ -136,9 +148,9 @@ class TextBox : public Control {
 
     /// Colours as 0x00BBGGRR.
     std::uint32_t backColor() const noexcept { return backColor_; }
-    void setBackColor(std::uint32_t color);
+    void setBackColor(std::uint32_t color) { writeOther(backColor_, color, ControlProperty::Colors); }
     std::uint32_t foreColor() const noexcept { return foreColor_; }
-    void setForeColor(std::uint32_t color);
+    void setForeColor(std::uint32_t color) { writeOther(foreColor_, color, ControlProperty::Colors); }
 
     /// Selection in characters.
     int selectionStart() const noexcept { return selectionStart_; }
@@ -152,7 +164,10 @@ class TextBox : public Control {
     /// The user's typing left this text in the box.
     void userText(std::string_view text);
     /// The user's caret and marking, in characters.
-    void userSelection(int start, int length) noexcept;
+    void userSelection(int start, int length) noexcept {
+        selectionStart_ = start;
+        selectionLength_ = length;
+    }
 
   private:
     std::string text_;
@@ -164,9 +179,10 @@ class TextBox : public Control {
 
 class Label : public Control {
   public:
-    Label(Window& window, const ControlPlan& plan);
+    Label(Window& window, const ControlPlan& plan)
+        : Control(window, ControlKind::Label, plan), caption_(plan.caption) {}
     const std::string& caption() const noexcept { return caption_; }
-    void setCaption(std::string_view caption);
+    void setCaption(std::string_view caption) { writeOther(caption_, caption, ControlProperty::Caption); }
 
   private:
     std::string caption_;
@@ -206,7 +222,7 @@ class CheckBox : public Control {
   public:
     CheckBox(Window& window, const ControlPlan& plan) : Control(window, ControlKind::CheckBox, plan) {}
     bool value() const noexcept { return value_; }
-    void setValue(bool value);
+    void setValue(bool value) { writeOther(value_, value, ControlProperty::Value); }
     std::function<void()> onClick;
 
   private:
@@ -238,9 +254,9 @@ class ProgressBar : public Control {
     double minimum() const noexcept { return minimum_; }
     double maximum() const noexcept { return maximum_; }
     double value() const noexcept { return value_; }
-    void setMinimum(double minimum);
-    void setMaximum(double maximum);
-    void setValue(double value);
+    void setMinimum(double minimum) { write(minimum_, minimum, ControlProperty::Range); }
+    void setMaximum(double maximum) { write(maximum_, maximum, ControlProperty::Range); }
+    void setValue(double value) { write(value_, value, ControlProperty::Value); }
 
   private:
     double minimum_ = 0;
@@ -256,7 +272,9 @@ struct ListColumn {
 class ListView : public Control {
   public:
     ListView(Window& window, const ControlPlan& plan) : Control(window, ControlKind::ListView, plan) {}
-    void setColumns(std::vector<ListColumn> columns);
+    void setColumns(std::vector<ListColumn> columns) {
+        write(columns_, std::move(columns), ControlProperty::Columns);
+    }
     const std::vector<ListColumn>& columns() const noexcept { return columns_; }
 
   private:
@@ -280,9 +298,13 @@ class DataGrid : public Control {
   public:
     DataGrid(Window& window, const ControlPlan& plan) : Control(window, ControlKind::DataGrid, plan) {}
     const ObjectRef<Recordset>& dataSource() const noexcept { return dataSource_; }
-    void setDataSource(ObjectRef<Recordset> rows);
+    void setDataSource(ObjectRef<Recordset> rows) {
+        write(dataSource_, std::move(rows), ControlProperty::Rows);
+    }
     const std::vector<GridColumn>& columns() const noexcept { return columns_; }
-    void setColumns(std::vector<GridColumn> columns);
+    void setColumns(std::vector<GridColumn> columns) {
+        write(columns_, std::move(columns), ControlProperty::Columns);
+    }
     /// The user chose the row at this 1-based position.
     void userRow(std::int32_t position);
 
@@ -295,9 +317,13 @@ class DataGrid : public Control {
 template <class T>
 class ControlArray {
   public:
-    ControlArray(Window& window, std::initializer_list<ControlPlan> plans) {
-        for (const ControlPlan& plan : plans)
+    /// All have the name and the container of `common`.
+    ControlArray(Window& window, const ControlPlan& common, std::initializer_list<ControlPlan> plans) {
+        for (ControlPlan plan : plans) {
+            plan.name = common.name;
+            plan.container = common.container;
             elements_.emplace(plan.index, std::make_unique<T>(window, plan));
+        }
     }
     /// 340 (ControlArrayElement) for an index that the array lacks.
     T& operator[](int index) const {

@@ -9,11 +9,9 @@ namespace pxtarvo {
 namespace {
 
 Message reportOf(const RuntimeError& error) {
-    Message report;
-    report.text = joined(
-        {"Error '", plainNumber(error.number()), "' en tiempo de ejecución:\r\n\r\n", error.description()});
-    report.icon = MessageIcon::Critical;
-    return report;
+    return {.text = joined({"Error '", plainNumber(error.number()), "' en tiempo de ejecución:\r\n\r\n",
+                            error.description()}),
+            .icon = MessageIcon::Critical};
 }
 
 }  // namespace

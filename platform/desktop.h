@@ -31,15 +31,13 @@ struct Message {
 
 /// The open-file record of the common dialogs (OPENFILENAME); members that are not here are zero or null.
 struct OpenFileName {
-    std::string lpstrFilter;  ///< handed over unchanged; a buffer of zeros follows it
-    std::uint32_t nFilterIndex = 0;
+    std::string lpstrFilter;     ///< handed over unchanged; a buffer of zeros follows it
     std::string lpstrFile;       ///< in: the buffer's content; out: what the dialog left in it
     std::uint32_t nMaxFile = 0;  ///< the buffer's size in bytes
     std::string lpstrFileTitle;
     std::uint32_t nMaxFileTitle = 0;
     std::string lpstrInitialDir;
     std::string lpstrTitle;
-    std::uint32_t Flags = 0;
 };
 
 /// Shapes of the mouse pointer, in the codes of the language's Screen object.

@@ -5,7 +5,6 @@
 namespace pxtarvo {
 
 /// The platform's virtual key codes that the windows and their bodies name.
-inline constexpr std::int16_t vkBack = 8;
 inline constexpr std::int16_t vkTab = 9;
 inline constexpr std::int16_t vkReturn = 13;
 inline constexpr std::int16_t vkEscape = 27;

@@ -35,10 +35,6 @@ void Window::setCaption(std::string_view caption) {
     if (observer_) observer_->windowChanged();
 }
 
-void Window::setTag(std::string_view tag) {
-    tag_ = tag;
-}
-
 void Window::setEnabled(bool enabled) {
     enabled_ = enabled;
     if (observer_) observer_->windowChanged();
@@ -69,11 +65,10 @@ void Window::handle(const std::function<void()>& handler) {
 }
 
 void Window::keyUp(std::int16_t KeyCode, std::int16_t Shift) {
-    const auto handler = [&] { Form_KeyUp(KeyCode, Shift); };
+    if (!onKeyUp) return;
+    const auto handler = [&] { onKeyUp(KeyCode, Shift); };
     handle(std::cref(handler));  // a copy would need memory before handle() can report that there is none
 }
-
-void Window::Form_KeyUp(std::int16_t, std::int16_t) {}
 
 void Window::focusOn(Control& control) {
     if (unloaded_ || active_ == &control) return;

@@ -42,7 +42,7 @@ class Window {
     const std::string& caption() const noexcept { return caption_; }
     void setCaption(std::string_view caption);
     const std::string& tag() const noexcept { return tag_; }
-    void setTag(std::string_view tag);
+    void setTag(std::string_view tag) { tag_ = tag; }
     bool enabled() const noexcept { return enabled_; }
     void setEnabled(bool enabled);
 
@@ -59,6 +59,9 @@ class Window {
     /// Unloaded, with no handler running any more.
     bool finished() const noexcept { return unloaded_ && running_ == 0; }
 
+    /// A key was released, wherever in the window the focus is (key preview).
+    std::function<void(std::int16_t KeyCode, std::int16_t Shift)> onKeyUp;
+
     // For the bodies of the desktop.
 
     void observer(ControlObserver* observer) noexcept { observer_ = observer; }
@@ -67,7 +70,7 @@ class Window {
     void load();
     /// Runs an event handler; its error is reported and does not leave. Nothing runs in an unloaded window.
     void handle(const std::function<void()>& handler);
-    /// A key was released, wherever in the window the focus is (key preview).
+    /// Runs onKeyUp.
     void keyUp(std::int16_t KeyCode, std::int16_t Shift = 0);
     /// The focus is on `control` now. The handlers run at the next settleFocus().
     void focusOn(Control& control);
@@ -78,7 +81,6 @@ class Window {
 
   protected:
     virtual void Form_Load() = 0;
-    virtual void Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift);
 
   private:
     friend class Control;

@@ -21,17 +21,17 @@ class PXTarvor : public Instancia {
     static std::shared_ptr<PXTarvor> crear(Entorno entorno);
 
     /// Keeps `vData` and releases the context held before; an empty reference is allowed.
-    void MyBd(ObjectRef<HostDatabase> vData);
-    ObjectRef<HostDatabase> MyBd() const override;
+    void MyBd(ObjectRef<HostDatabase> vData) { bd_ = std::move(vData); }
+    ObjectRef<HostDatabase> MyBd() const override { return bd_; }
 
     /// Opens the import window modally, with no owner; returns when it has closed. An error of its loading
     /// leaves as it is.
     void jImportacionTarifas();
 
-    Platform& platform() const override;
-    ObjectRef<HostFieldHelper> crearAyuda() const override;
+    Platform& platform() const override { return *entorno_.platform; }
+    ObjectRef<HostFieldHelper> crearAyuda() const override { return entorno_.crearAyuda(); }
 
-    explicit PXTarvor(Entorno entorno);
+    explicit PXTarvor(Entorno entorno) : entorno_(std::move(entorno)) {}
 
   private:
     Entorno entorno_;

@@ -56,40 +56,22 @@ std::string fechaDeFichero(const CalendarTime& fecha) {
 
 frmExistencias::frmExistencias(Platform& platform)
     : Window(platform, planVentana),
-      Label1(
-          *this,
-          {{.name = "Label1", .index = 0, .rect = {16, 20, 150, 16}, .caption = "Codigo Cliente"},
-           {.name = "Label1", .index = 1, .rect = {16, 52, 150, 16}, .caption = "Organización"},
-           {.name = "Label1", .index = 2, .rect = {16, 84, 150, 16}, .caption = "Codigo Direccion de envio"},
-           {.name = "Label1", .index = 3, .rect = {16, 116, 150, 16}, .caption = sRotuloFichero},
-           {.name = "Label1", .index = 4, .rect = {16, 148, 150, 16}, .caption = sRotuloProveedor},
-           {.name = "Label1", .index = 5, .rect = {16, 180, 150, 16}, .caption = sRotuloMarca}}),
-      Text1(
-          *this,
-          {{.name = "Text1",
-            .index = campoCliente,
-            .rect = {172, 16, 110, 22},
-            .tabIndex = 0,
-            .maxLength = 10},
-           {.name = "Text1",
-            .index = campoOrganizacion,
-            .rect = {172, 48, 50, 22},
-            .tabIndex = 1,
-            .maxLength = 3},
-           {.name = "Text1",
-            .index = campoDireccion,
-            .rect = {172, 80, 190, 22},
-            .tabIndex = 2,
-            .maxLength = 20},
-           {.name = "Text1", .index = campoFichero, .rect = {172, 112, 378, 22}, .tabIndex = 3},
-           {.name = "Text1",
-            .index = campoProveedor,
-            .rect = {172, 144, 90, 22},
-            .tabIndex = 5,
-            .maxLength = 10},
-           {.name = "Text1", .index = campoProveedor + 1, .rect = {268, 144, 316, 22}, .tabIndex = 6},
-           {.name = "Text1", .index = campoMarca, .rect = {172, 176, 90, 22}, .tabIndex = 7, .maxLength = 6},
-           {.name = "Text1", .index = campoMarca + 1, .rect = {268, 176, 316, 22}, .tabIndex = 8}}),
+      Label1(*this, {.name = "Label1"},
+             {{.index = 0, .rect = {16, 20, 150, 16}, .caption = "Codigo Cliente"},
+              {.index = 1, .rect = {16, 52, 150, 16}, .caption = "Organización"},
+              {.index = 2, .rect = {16, 84, 150, 16}, .caption = "Codigo Direccion de envio"},
+              {.index = 3, .rect = {16, 116, 150, 16}, .caption = sRotuloFichero},
+              {.index = 4, .rect = {16, 148, 150, 16}, .caption = sRotuloProveedor},
+              {.index = 5, .rect = {16, 180, 150, 16}, .caption = sRotuloMarca}}),
+      Text1(*this, {.name = "Text1"},
+            {{.index = campoCliente, .rect = {172, 16, 110, 22}, .tabIndex = 0, .maxLength = 10},
+             {.index = campoOrganizacion, .rect = {172, 48, 50, 22}, .tabIndex = 1, .maxLength = 3},
+             {.index = campoDireccion, .rect = {172, 80, 190, 22}, .tabIndex = 2, .maxLength = 20},
+             {.index = campoFichero, .rect = {172, 112, 378, 22}, .tabIndex = 3},
+             {.index = campoProveedor, .rect = {172, 144, 90, 22}, .tabIndex = 5, .maxLength = 10},
+             {.index = campoProveedor + 1, .rect = {268, 144, 316, 22}, .tabIndex = 6},
+             {.index = campoMarca, .rect = {172, 176, 90, 22}, .tabIndex = 7, .maxLength = 6},
+             {.index = campoMarca + 1, .rect = {268, 176, 316, 22}, .tabIndex = 8}}),
       cmdFichero(*this, {.name = "cmdFichero", .rect = {556, 111, 28, 24}, .tabIndex = 4, .caption = "..."}),
       XPButton1(
           *this,
@@ -112,10 +94,6 @@ void frmExistencias::Form_Load() {
     Label2.setCaption("");
     Text1[campoProveedor].setTag(etiquetaProveedor);
     Text1[campoMarca].setTag(etiquetaMarca);
-}
-
-void frmExistencias::Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift) {
-    campos_.Form_KeyUp(KeyCode, Shift);
 }
 
 void frmExistencias::cmdFichero_Click() {

@@ -26,7 +26,6 @@ class frmExistencias : public Window {
 
   protected:
     void Form_Load() override;
-    void Form_KeyUp(std::int16_t KeyCode, std::int16_t Shift) override;
 
   private:
     void cmdFichero_Click();

@@ -41,18 +41,10 @@ std::string LineasExistencias::linea(std::string_view sCodigo, std::string_view 
                    paddedRight(sCantidad, anchoCantidad), sOrganizacion_, sDireccion_});
 }
 
-std::string LineasExistencias::inicio() const {
-    return linea("BEGFILE", "", "");
-}
-
 std::string LineasExistencias::articulo(std::string_view sCodigo, const CalendarTime& fecha,
                                         double nCantidad) const {
     return linea(firstCharacters(trimBlanks(sCodigo), anchoCodigo), replaced(dayMonthYear(fecha), "/", ""),
                  cantidad(nCantidad));
-}
-
-std::string LineasExistencias::fin() const {
-    return linea("ENDFILE", "", "");
 }
 
 }  // namespace pxtarvo

@@ -23,13 +23,13 @@ class LineasExistencias {
     LineasExistencias(std::string_view sCliente, std::string_view sOrganizacion, std::string_view sDireccion);
 
     /// The line that opens the file.
-    std::string inicio() const;
+    std::string inicio() const { return linea("BEGFILE", "", ""); }
     /// One article's line. Of the code, without blanks around it, at most 15 characters are written. The
     /// quantity loses its sign and is rounded to a whole number, halves away from zero; 6 for an infinity or
     /// NaN.
     std::string articulo(std::string_view sCodigo, const CalendarTime& fecha, double nCantidad) const;
     /// The line that closes the file.
-    std::string fin() const;
+    std::string fin() const { return linea("ENDFILE", "", ""); }
 
   private:
     std::string linea(std::string_view sCodigo, std::string_view sFecha, std::string_view sCantidad) const;

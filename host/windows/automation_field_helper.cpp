@@ -26,14 +26,6 @@ double AutomationFieldHelper::Redondear(double valor, std::int16_t decimales) {
     return toDouble(toVariant(rounded.raw()), userLocale());
 }
 
-void AutomationFieldHelper::ColorFondo(double color) {
-    helper_.put(u"ColorFondo", OwnedVariant(color));
-}
-
-void AutomationFieldHelper::ColorFoco(double color) {
-    helper_.put(u"ColorFoco", OwnedVariant(color));
-}
-
 void AutomationFieldHelper::SalirCampo(TextBox& campo, std::string_view sFormato) {
     Reference<IDispatch> box = objectOf(campo);
     Bstr format(sFormato);

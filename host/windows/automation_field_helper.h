@@ -26,8 +26,8 @@ class AutomationFieldHelper : public HostFieldHelper {
     ~AutomationFieldHelper() override;
 
     double Redondear(double valor, std::int16_t decimales) override;
-    void ColorFondo(double color) override;
-    void ColorFoco(double color) override;
+    void ColorFondo(double color) override { helper_.put(u"ColorFondo", OwnedVariant(color)); }
+    void ColorFoco(double color) override { helper_.put(u"ColorFoco", OwnedVariant(color)); }
     void SalirCampo(TextBox& campo, std::string_view sFormato) override;
     void EntrarCampo(TextBox& campo, std::string_view sFormato) override;
     void Conexion(const ObjectRef<Connection>& conexion) override;

@@ -56,24 +56,8 @@ ObjectRef<HostParameters> AutomationHostDatabase::Parametros() const {
     return adapted<Parameters>(database_.object(u"Parametros"));
 }
 
-std::int32_t AutomationHostDatabase::Usuario() const {
-    return database_.number(u"Usuario");
-}
-
-void AutomationHostDatabase::Limpiar(std::int32_t nOpcion) {
-    database_.run(u"Limpiar", OwnedVariant(nOpcion));
-}
-
-void AutomationHostDatabase::Condicion(std::string_view sCondicion) {
-    database_.put(u"Condicion", OwnedVariant(sCondicion));
-}
-
 ObjectRef<HostFieldList> AutomationHostDatabase::Campos() {
     return adapted<FieldList>(database_.object(u"Campos"));
-}
-
-void AutomationHostDatabase::Tabla(std::string_view sTabla) {
-    database_.put(u"Tabla", OwnedVariant(sTabla));
 }
 
 ObjectRef<Connection> AutomationHostDatabase::Conexion() {
@@ -87,16 +71,8 @@ OwnedVariant AutomationHostDatabase::write(std::u16string_view member, std::stri
     return answer;
 }
 
-bool AutomationHostDatabase::Borrar(std::string& sMensaje) {
-    return toBoolean(toVariant(write(u"Borrar", sMensaje).raw()), userLocale());
-}
-
-void AutomationHostDatabase::Ejecutar(std::string& sMensaje) {
-    write(u"Ejecutar", sMensaje);
-}
-
-bool AutomationHostDatabase::Insertar(std::string& sMensaje) {
-    return toBoolean(toVariant(write(u"Insertar", sMensaje).raw()), userLocale());
+bool AutomationHostDatabase::accepted(const OwnedVariant& answer) {
+    return toBoolean(toVariant(answer.raw()), userLocale());
 }
 
 }  // namespace pxtarvo::windows

@@ -23,16 +23,8 @@ PortablePlatform::PortablePlatform(PortableOptions options, SimulatedUser& user)
     }
 }
 
-ObjectRef<Connection> PortablePlatform::createConnection() {
-    return options_.makeConnection(paths_);
-}
-
 ObjectRef<Recordset> PortablePlatform::createRecordset() {
     return makeObject<StreamRecordset>();
-}
-
-ObjectRef<SpreadsheetApplication> PortablePlatform::createSpreadsheet() {
-    return options_.makeSpreadsheet(paths_);
 }
 
 }  // namespace pxtarvo::portable

@@ -11,10 +11,10 @@
 
 namespace pxtarvo::portable {
 
-/// What a portable platform is made of.
 /// A connection to Access files.
 ObjectRef<Connection> accessFileReader(const DrivePaths& paths);
 
+/// What a portable platform is made of.
 struct PortableOptions {
     std::string driveC;  ///< folder that stands for drive C:, empty for none
     std::shared_ptr<const Clock> clock;
@@ -33,9 +33,11 @@ class PortablePlatform : public Platform {
     /// `user` must outlive the platform.
     PortablePlatform(PortableOptions options, SimulatedUser& user);
 
-    ObjectRef<Connection> createConnection() override;
+    ObjectRef<Connection> createConnection() override { return options_.makeConnection(paths_); }
     ObjectRef<Recordset> createRecordset() override;
-    ObjectRef<SpreadsheetApplication> createSpreadsheet() override;
+    ObjectRef<SpreadsheetApplication> createSpreadsheet() override {
+        return options_.makeSpreadsheet(paths_);
+    }
     SimulatedDesktop& desktop() override { return desktop_; }
     SequentialFiles& textFiles() override { return files_; }
     const Clock& clock() const override { return *options_.clock; }

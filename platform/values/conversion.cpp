@@ -46,23 +46,11 @@ NumberReading requireNumber(std::string_view text, const Locale& locale) {
     return *reading;
 }
 
-template <class Whole>
-Whole fitted(double value) {
-    using Limits = std::numeric_limits<Whole>;
+std::int32_t fitted(double value) {
+    using Limits = std::numeric_limits<std::int32_t>;
     const double rounded = roundHalfEven(value);
     if (!(rounded >= Limits::min() && rounded <= Limits::max())) throw RuntimeError(ErrorNumber::Overflow);
-    return static_cast<Whole>(rounded);
-}
-
-template <class Whole>
-Whole toWhole(const Variant& value, const Locale& locale) {
-    const auto* text = value.get<std::string>();
-    if (!text) return fitted<Whole>(toDouble(value, locale));
-    const NumberReading number = requireNumber(*text, locale);
-    using Bits = std::make_unsigned_t<Whole>;
-    if (!number.bits || *number.bits > std::numeric_limits<Bits>::max()) return fitted<Whole>(number.value);
-    const auto whole = static_cast<Whole>(static_cast<Bits>(*number.bits));
-    return fitted<Whole>(number.negative ? -1.0 * whole : whole);
+    return static_cast<std::int32_t>(rounded);
 }
 
 struct DoubleOf {
@@ -127,12 +115,12 @@ double toDouble(const Variant& value, const Locale& locale) {
 
 std::int32_t toLong(const Variant& value, const Locale& locale) {
     if (const auto* exact = value.get<std::int32_t>()) return *exact;
-    return toWhole<std::int32_t>(value, locale);
-}
-
-std::int16_t toInteger(const Variant& value, const Locale& locale) {
-    if (const auto* exact = value.get<std::int16_t>()) return *exact;
-    return toWhole<std::int16_t>(value, locale);
+    const auto* text = value.get<std::string>();
+    if (!text) return fitted(toDouble(value, locale));
+    const NumberReading number = requireNumber(*text, locale);
+    if (!number.bits || *number.bits > std::numeric_limits<std::uint32_t>::max()) return fitted(number.value);
+    const auto whole = static_cast<std::int32_t>(static_cast<std::uint32_t>(*number.bits));
+    return fitted(number.negative ? -1.0 * whole : whole);
 }
 
 bool toBoolean(const Variant& value, const Locale& locale) {

@@ -20,7 +20,6 @@ double toDouble(const Variant& value, const Locale& locale);
 
 /// Rounds halves to the even number, as the platform does when it makes a whole number; 6 beyond the range.
 std::int32_t toLong(const Variant& value, const Locale& locale);
-std::int16_t toInteger(const Variant& value, const Locale& locale);
 
 /// Any number but 0 is true.
 bool toBoolean(const Variant& value, const Locale& locale);

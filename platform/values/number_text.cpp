@@ -167,31 +167,25 @@ std::string plainNumber(std::int32_t value) {
 }
 
 std::string plainNumber(double value) {
-    std::array<char, 32> buffer;
-    char* const end = buffer.data() + buffer.size();
-    if (std::fabs(value) < exactWholeNumbers && value == std::trunc(value)) {
-        return {buffer.data(), std::to_chars(buffer.data(), end, static_cast<std::int64_t>(value)).ptr};
+    std::array<char, 400> buffer;  // holds the smallest double's zeros
+    char* const begin = buffer.data();
+    char* const end = begin + buffer.size();
+    const bool manyDigits = std::fabs(value) >= exactWholeNumbers;
+    if (!manyDigits && value == std::trunc(value)) {
+        return {begin, std::to_chars(begin, end, static_cast<std::int64_t>(value)).ptr};
     }
     if (!std::isfinite(value)) throw RuntimeError(ErrorNumber::Overflow);
+    if (!manyDigits) return {begin, std::to_chars(begin, end, value, std::chars_format::fixed).ptr};
 
-    // The shortest digits, d.ddde+xx, with the point moved to its place.
-    const char* const written = std::to_chars(buffer.data(), end, value, std::chars_format::scientific).ptr;
-    std::string text;
-    const char* at = buffer.data();
-    if (*at == '-') text += *at++;
-    std::string digits;
-    for (; *at != 'e'; ++at) {
-        if (*at != '.') digits += *at;
-    }
+    // A whole number: its shortest digits, d.ddde+xx, and zeros in the place of the others.
+    const std::string_view written(begin,
+                                   std::to_chars(begin, end, value, std::chars_format::scientific).ptr);
+    std::string text = replaced(written.substr(0, written.find('e')), ".", "");
     int exponent = 0;
-    ++at;
-    std::from_chars(*at == '+' ? at + 1 : at, written, exponent);
-    if (exponent < 0) {
-        return text.append("0.").append(static_cast<std::size_t>(-exponent - 1), '0').append(digits);
-    }
-    const auto whole = static_cast<std::size_t>(exponent) + 1;
-    if (whole >= digits.size()) return text.append(digits).append(whole - digits.size(), '0');
-    return text.append(digits, 0, whole).append(".").append(digits, whole);
+    std::from_chars(begin + written.find('e') + 2, begin + written.size(), exponent);
+    const std::size_t sign = value < 0 ? 1 : 0;
+    text.resize(sign + static_cast<std::size_t>(exponent) + 1, '0');
+    return text;
 }
 
 std::string groupedNumber(std::int32_t value, const Locale& locale) {

@@ -14,8 +14,8 @@ namespace pxtarvo {
 /// What a text says as a number.
 struct NumberReading {
     double value = 0;
-    /// The bits of a text written with &H or &O, before its sign: as a 16- or 32-bit whole number &HFFFF or
-    /// &HFFFFFFFF is -1.
+    /// The bits of a text written with &H or &O, before its sign: as a 32-bit whole number &HFFFFFFFF is
+    /// -1.
     std::optional<std::uint64_t> bits;
     bool negative = false;
 };

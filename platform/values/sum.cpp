@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "platform/values/clock.h"
 #include "platform/values/conversion.h"
@@ -18,14 +19,8 @@ using Type = Variant::Type;
 
 /// The type in which a value takes part in a sum of numbers.
 Type addendType(const Variant& value) {
-    switch (value.type()) {
-        case Type::Boolean:
-            return Type::Integer;
-        case Type::Text:
-            return Type::Double;
-        default:
-            return value.type();
-    }
+    if (value.type() == Type::Boolean) return Type::Integer;
+    return value.isText() ? Type::Double : value.type();
 }
 
 /// The wider of two number types, in the order of Variant::Type; a Single cannot take a Long.
@@ -37,17 +32,9 @@ Type widerType(Type a, Type b) {
 
 /// In `type`, or the next wider one that holds it.
 Variant wholeSum(std::int64_t total, Type type) {
-    if (type == Type::Byte && total <= std::numeric_limits<std::uint8_t>::max()) {
-        return static_cast<std::uint8_t>(total);
-    }
-    if (type != Type::Long && total >= std::numeric_limits<std::int16_t>::min() &&
-        total <= std::numeric_limits<std::int16_t>::max()) {
-        return static_cast<std::int16_t>(total);
-    }
-    if (total >= std::numeric_limits<std::int32_t>::min() &&
-        total <= std::numeric_limits<std::int32_t>::max()) {
-        return static_cast<std::int32_t>(total);
-    }
+    if (type == Type::Byte && std::in_range<std::uint8_t>(total)) return static_cast<std::uint8_t>(total);
+    if (type != Type::Long && std::in_range<std::int16_t>(total)) return static_cast<std::int16_t>(total);
+    if (std::in_range<std::int32_t>(total)) return static_cast<std::int32_t>(total);
     return static_cast<double>(total);
 }
 

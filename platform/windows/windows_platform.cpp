@@ -10,11 +10,11 @@
 namespace pxtarvo::windows {
 
 ObjectRef<Connection> WindowsPlatform::createConnection() {
-    return AdoConnection::create();
+    return makeObject<AdoConnection>(Dispatch::create("ADODB.Connection"));
 }
 
 ObjectRef<Recordset> WindowsPlatform::createRecordset() {
-    return AdoRecordset::create();
+    return makeObject<AdoRecordset>(Dispatch::create("ADODB.Recordset"));
 }
 
 ObjectRef<SpreadsheetApplication> WindowsPlatform::createSpreadsheet() {

@@ -1,10 +1,12 @@
 #include "plugin/com/pxtarvor_object.h"
 
+#include "host/windows/automation_field_helper.h"
 #include "host/windows/automation_host_database.h"
+#include "platform/thread_slots.h"
 #include "platform/windows/automation/automation_errors.h"
+#include "platform/windows/windows_platform.h"
+#include "plugin/com/registration.h"
 #include "plugin/com/server_life.h"
-#include "plugin/com/type_library.h"
-#include "plugin/com/windows_bodies.h"
 
 namespace pxtarvo::com {
 
@@ -12,6 +14,14 @@ namespace {
 
 using windows::AutomationHostDatabase;
 using windows::Reference;
+
+/// What an instance of the calling thread stands on. A platform serves its thread as long as the instances
+/// that use it: for ever, so that nobody counts its references.
+Entorno windowsBodies() {
+    Platform* const platform = &ThreadSlots<windows::WindowsPlatform>::get();
+    return {.platform = std::shared_ptr<Platform>(std::shared_ptr<void>(), platform),
+            .crearAyuda = &windows::AutomationFieldHelper::create};
+}
 
 /// Runs a member; what it raises becomes the caller's error.
 template <class Body>
@@ -27,7 +37,7 @@ HRESULT guarded(const Body& body) noexcept {
 }  // namespace
 
 PXTarvorObject::PXTarvorObject() : instance_(PXTarvor::crear(windowsBodies())) {
-    keepServer();
+    serverKept = true;
 }
 
 HRESULT PXTarvorObject::QueryInterface(REFIID iid, void** object) {

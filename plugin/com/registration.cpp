@@ -9,7 +9,6 @@
 
 #include "platform/windows/system/wide_text.h"
 #include "platform/windows/windows_platform.h"
-#include "plugin/com/type_library.h"
 
 namespace pxtarvo::com {
 
@@ -133,6 +132,10 @@ HRESULT unregisterServer() {
     const HRESULT library = removeTypeLibrary(path);
     const HRESULT classes = removeClass(path);
     return FAILED(library) ? library : classes;
+}
+
+HRESULT loadTypeLibrary(Reference<ITypeLib>& library) {
+    return LoadTypeLibEx(windows::WideText(windows::modulePath()).c_str(), REGKIND_NONE, library.put());
 }
 
 }  // namespace pxtarvo::com

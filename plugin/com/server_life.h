@@ -2,23 +2,13 @@
 
 // What keeps the DLL in the process.
 
+#include <atomic>
+
 namespace pxtarvo::com {
 
-/// Keeps the DLL loaded for as long as it lives: a class factory, a lock that a client holds.
-class ServerLock {
-  public:
-    ServerLock() noexcept;
-    ServerLock(const ServerLock&) = delete;
-    ServerLock& operator=(const ServerLock&) = delete;
-    ~ServerLock();
-};
-
-void lockServer() noexcept;
-void unlockServer() noexcept;
-
-/// The first instance was made. Instances are never given up, so the DLL stays from now on.
-void keepServer() noexcept;
-
-bool canUnload() noexcept;
+/// Class factories, and locks that clients hold.
+inline std::atomic<long> serverLocks = 0;
+/// The first instance was made. Instances are never given up, so the DLL stays from then on.
+inline std::atomic<bool> serverKept = false;
 
 }  // namespace pxtarvo::com

@@ -40,7 +40,6 @@ void writeAndRead(const Variant& value) {
     const Locale& locale = spanishLocale();
     const auto text = attempt([&] { return toText(value, locale); });
     attempt([&] { return toLong(value, locale); });
-    attempt([&] { return toInteger(value, locale); });
     attempt([&] { return toDate(value, locale); });
     attempt([&] { return compare(value, Variant("12,5"), locale); });
     if (!text || value.isText()) return;

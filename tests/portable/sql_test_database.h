@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/portable/sqlite/client_recordset.h"
+#include "platform/client_recordset.h"
 #include "platform/portable/sqlite/sqlite_connection.h"
 
 namespace pxtarvo::portable {

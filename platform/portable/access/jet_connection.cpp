@@ -1,5 +1,6 @@
 #include "platform/portable/access/jet_connection.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/portable/access/connection_string.h"
@@ -21,10 +22,8 @@ constexpr std::int32_t providerNotFound = 3706;
 constexpr std::int32_t authenticationFailed = -2147217843;
 
 bool isOtherKeyword(std::string_view keyword) {
-    for (const std::string_view known : otherKeywords) {
-        if (equalIgnoringAsciiCase(keyword, known)) return true;
-    }
-    return false;
+    return std::ranges::any_of(
+        otherKeywords, [&](std::string_view known) { return equalIgnoringAsciiCase(keyword, known); });
 }
 
 struct ListQuery {
@@ -143,10 +142,6 @@ void JetConnection::Open(std::string_view userId, std::string_view password, std
         std::make_shared<const JetFile>(paths_.resolve(dataSource_), dataSource_));
 }
 
-std::int32_t JetConnection::State() const {
-    return catalog_ ? adStateOpen : adStateClosed;
-}
-
 void JetConnection::requireOpen() const {
     if (!catalog_) throw RuntimeError(ErrorNumber::ObjectClosed);
 }
@@ -169,14 +164,6 @@ void JetConnection::endTransaction() {
     requireOpen();
     if (!inTransaction_) throw RuntimeError(ErrorNumber::NoTransactionOpen);
     inTransaction_ = false;
-}
-
-void JetConnection::CommitTrans() {
-    endTransaction();
-}
-
-void JetConnection::RollbackTrans() {
-    endTransaction();
 }
 
 std::unique_ptr<RowStream> JetConnection::openRows(std::string_view statement) {

@@ -31,13 +31,13 @@ class JetConnection : public Connection,
     /// Raises -2147467259 for a file that is missing or cannot be read as a database, 3705 when open already
     /// and -2147217843 for a user or a password other than those of an unprotected file ("" or Admin, none).
     void Open(std::string_view userId, std::string_view password, std::int32_t options) override;
-    std::int32_t State() const override;
+    std::int32_t State() const override { return catalog_ ? adStateOpen : adStateClosed; }
 
     /// Serves the statements of openRows.
     ObjectRef<Recordset> Execute(std::string_view commandText, std::int32_t options) override;
     void BeginTrans() override;
-    void CommitTrans() override;
-    void RollbackTrans() override;
+    void CommitTrans() override { endTransaction(); }
+    void RollbackTrans() override { endTransaction(); }
 
     /// "SELECT * FROM table" and "SELECT count(*) FROM table", the table in brackets or not; -2147217900 for
     /// any other statement, -2147217865 for an unknown table, 3709 while closed.

@@ -55,14 +55,6 @@ std::size_t fixedSizeOf(JetType type) {
 JetRows::JetRows(std::shared_ptr<const JetFile> file, JetTable table)
     : file_(std::move(file)), table_(std::move(table)) {}
 
-std::int32_t JetRows::columnCount() const {
-    return static_cast<std::int32_t>(table_.columns.size());
-}
-
-const std::string& JetRows::columnName(std::int32_t position) const {
-    return table_.columns[static_cast<std::size_t>(position)].name;
-}
-
 void JetRows::rewind() {
     pageNumber_ = 0;
     rowOnPage_ = rowsOnPage_ = 0;
@@ -234,14 +226,6 @@ std::string JetRows::text(JetBytes bytes) const {
 const std::string& JetRowCount::columnName(std::int32_t) const {
     static const std::string name = "Expr1000";  // what the engine calls the first unnamed column
     return name;
-}
-
-bool JetRowCount::next() {
-    return !std::exchange(passed_, true);
-}
-
-Variant JetRowCount::value(std::int32_t) const {
-    return count_;
 }
 
 }  // namespace pxtarvo::portable

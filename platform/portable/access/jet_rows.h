@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/portable/access/jet_table.h"
@@ -17,8 +18,10 @@ class JetRows : public RowStream {
   public:
     JetRows(std::shared_ptr<const JetFile> file, JetTable table);
 
-    std::int32_t columnCount() const override;
-    const std::string& columnName(std::int32_t position) const override;
+    std::int32_t columnCount() const override { return static_cast<std::int32_t>(table_.columns.size()); }
+    const std::string& columnName(std::int32_t position) const override {
+        return table_.columns[static_cast<std::size_t>(position)].name;
+    }
     /// Raises -2147467259 on damage, also when the file ends with fewer rows than the table counts.
     bool next() override;
     /// Texts and memos as Text, whole; Decimal with the column's scale. Raises -2147467259 on damage and for
@@ -65,8 +68,8 @@ class JetRowCount : public RowStream {
 
     std::int32_t columnCount() const override { return 1; }
     const std::string& columnName(std::int32_t position) const override;
-    bool next() override;
-    Variant value(std::int32_t position) const override;
+    bool next() override { return !std::exchange(passed_, true); }
+    Variant value(std::int32_t) const override { return count_; }
     void rewind() override { passed_ = false; }
 
   private:

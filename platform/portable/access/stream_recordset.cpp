@@ -1,7 +1,5 @@
 #include "platform/portable/access/stream_recordset.h"
 
-#include <utility>
-
 #include "platform/values/text.h"
 
 namespace pxtarvo::portable {
@@ -52,10 +50,6 @@ void StreamRecordset::Close() {
     connection_.reset();
 }
 
-std::int32_t StreamRecordset::State() const {
-    return rows_ ? adStateOpen : adStateClosed;
-}
-
 bool StreamRecordset::Bof() const {
     openRows();
     return position_ == Position::Empty;
@@ -85,18 +79,9 @@ std::int32_t StreamRecordset::RecordCount() const {
     return -1;
 }
 
-std::int32_t StreamRecordset::AbsolutePosition() const {
-    openRows();
-    return -1;
-}
-
 void StreamRecordset::AbsolutePosition(std::int32_t) {
     openRows();
     raiseNotAvailable();
-}
-
-std::int32_t StreamRecordset::FieldCount() const {
-    return openRows().columnCount();
 }
 
 std::string StreamRecordset::FieldName(std::int32_t position) const {

@@ -24,7 +24,7 @@ class StreamRecordset : public Recordset {
     void Open(std::string_view source, const ObjectRef<Connection>& connection, std::int32_t cursorType,
               std::int32_t lockType, std::int32_t options) override;
     void Close() override;
-    std::int32_t State() const override;
+    std::int32_t State() const override { return rows_ ? adStateOpen : adStateClosed; }
 
     bool Bof() const override;
     bool Eof() const override;
@@ -34,10 +34,10 @@ class StreamRecordset : public Recordset {
     /// -1: a stream does not know.
     std::int32_t RecordCount() const override;
     /// -1, for the same reason; moving by position is 3251.
-    std::int32_t AbsolutePosition() const override;
+    std::int32_t AbsolutePosition() const override { return RecordCount(); }
     void AbsolutePosition(std::int32_t position) override;
 
-    std::int32_t FieldCount() const override;
+    std::int32_t FieldCount() const override { return openRows().columnCount(); }
     std::string FieldName(std::int32_t position) const override;
     Variant Fields(std::int32_t position) const override;
     Variant Fields(std::string_view name) const override;

@@ -1,12 +1,10 @@
 #include "platform/portable/dialect/sql_grammar.h"
 
-#include <algorithm>
 #include <iterator>
 
 #include "platform/portable/dialect/sql_collation.h"
 #include "platform/portable/dialect/sql_errors.h"
 #include "platform/values/runtime_error.h"
-#include "platform/values/text.h"
 
 namespace pxtarvo::portable {
 
@@ -42,6 +40,10 @@ SqlGrammar::SqlGrammar(std::string_view statement, const SqlSchema& schema) : sc
     } while (tokens_.back().kind != SqlTokenKind::End);
 }
 
+Translation translateStatement(std::string_view statement, const SqlSchema& schema) {
+    return SqlGrammar(statement, schema).translate();
+}
+
 Translation SqlGrammar::translate() {
     if (acceptWord("SELECT")) {
         select(SelectRole::Result);
@@ -57,18 +59,6 @@ Translation SqlGrammar::translate() {
     acceptSymbol(";");
     if (peek().kind != SqlTokenKind::End) refuseToken();
     return std::move(result_);
-}
-
-const SqlToken& SqlGrammar::peek(std::size_t ahead) const {
-    return tokens_[std::min(at_ + ahead, tokens_.size() - 1)];
-}
-
-bool SqlGrammar::isWord(const SqlToken& token, std::string_view word) {
-    return token.kind == SqlTokenKind::Name && equalIgnoringAsciiCase(token.text, word);
-}
-
-bool SqlGrammar::isSymbol(const SqlToken& token, std::string_view symbol) {
-    return token.kind == SqlTokenKind::Symbol && token.text == symbol;
 }
 
 bool SqlGrammar::isName(const SqlToken& token) {
@@ -90,14 +80,6 @@ bool SqlGrammar::acceptSymbol(std::string_view symbol) {
     return found;
 }
 
-void SqlGrammar::expectWord(std::string_view word) {
-    if (!acceptWord(word)) refuseToken();
-}
-
-void SqlGrammar::expectSymbol(std::string_view symbol) {
-    if (!acceptSymbol(symbol)) refuseToken();
-}
-
 std::string SqlGrammar::expectName() {
     if (!isName(peek())) refuseToken();
     return plainText(tokens_[at_++]);
@@ -113,22 +95,10 @@ int SqlGrammar::literalOf(std::size_t token) const {
     return static_cast<int>(found - literalTokens_.begin());
 }
 
-void SqlGrammar::put(std::string_view text) {
-    result_.sql += text;
-}
-
-std::size_t SqlGrammar::length() const {
-    return result_.sql.size();
-}
-
 void SqlGrammar::collate(const Operand& operand) {
     const std::string suffix = std::string(operand.simple ? "" : ")") + " COLLATE " + dealerCollation;
     result_.sql.insert(operand.finish, suffix);
     if (!operand.simple) result_.sql.insert(operand.start, "(");
-}
-
-void SqlGrammar::collateText(const Operand& operand) {
-    if (operand.isText()) collate(operand);
 }
 
 void SqlGrammar::meet(const Operand& value, ColumnType column, bool assigned) {

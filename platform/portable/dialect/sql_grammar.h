@@ -2,6 +2,7 @@
 
 // The grammar of the host server's dialect, read by recursive descent. Only the translator uses it.
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,6 +12,7 @@
 #include "platform/portable/dialect/sql_schema.h"
 #include "platform/portable/dialect/sql_tokens.h"
 #include "platform/portable/dialect/sql_translator.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::portable {
 
@@ -79,14 +81,24 @@ class SqlGrammar {
   private:
     // --- tokens
 
-    const SqlToken& peek(std::size_t ahead = 0) const;
-    static bool isWord(const SqlToken& token, std::string_view word);
-    static bool isSymbol(const SqlToken& token, std::string_view symbol);
+    const SqlToken& peek(std::size_t ahead = 0) const {
+        return tokens_[std::min(at_ + ahead, tokens_.size() - 1)];
+    }
+    static bool isWord(const SqlToken& token, std::string_view word) {
+        return token.kind == SqlTokenKind::Name && equalIgnoringAsciiCase(token.text, word);
+    }
+    static bool isSymbol(const SqlToken& token, std::string_view symbol) {
+        return token.kind == SqlTokenKind::Symbol && token.text == symbol;
+    }
     static bool isName(const SqlToken& token);
     bool acceptWord(std::string_view word);
     bool acceptSymbol(std::string_view symbol);
-    void expectWord(std::string_view word);
-    void expectSymbol(std::string_view symbol);
+    void expectWord(std::string_view word) {
+        if (!acceptWord(word)) refuseToken();
+    }
+    void expectSymbol(std::string_view symbol) {
+        if (!acceptSymbol(symbol)) refuseToken();
+    }
     std::string expectName();
     /// At the end of the statement the server names the last word before it.
     [[noreturn]] void refuseToken() const;
@@ -94,11 +106,13 @@ class SqlGrammar {
 
     // --- the translated text
 
-    void put(std::string_view text);
-    std::size_t length() const;
+    void put(std::string_view text) { result_.sql += text; }
+    std::size_t length() const { return result_.sql.size(); }
     /// Makes the comparison or ordering that `operand` takes part in the server's own.
     void collate(const Operand& operand);
-    void collateText(const Operand& operand);
+    void collateText(const Operand& operand) {
+        if (operand.isText()) collate(operand);
+    }
     /// A literal that meets a column is read as that column's type.
     void meet(const Operand& value, ColumnType column, bool assigned);
     void meetEachOther(const Operand& left, const Operand& right);
@@ -163,7 +177,7 @@ class SqlGrammar {
     // --- statements that write (sql_writes.cpp)
 
     void whereClause();
-    void assign(const SqlColumn& column);
+    void assign(const SqlColumn& column) { meet(plainValue(), column.declaration.type, true); }
     void insertStatement();
     [[noreturn]] static void refuseValueCount();
     void updateStatement();

@@ -90,10 +90,7 @@ Operand SqlGrammar::select(SelectRole role) {
     std::vector<std::pair<std::string, Operand>> items;
     const bool starred = valueList(role, distinct, nested, items);
     if (acceptWord("FROM")) sources();
-    if (acceptWord("WHERE")) {
-        put(" WHERE ");
-        condition();
-    }
+    whereClause();
     groupBy();
     orderBy(items, role == SelectRole::Result && !starred);
     if (limit != noLiteral) put(" LIMIT ?" + std::to_string(limit + 1));

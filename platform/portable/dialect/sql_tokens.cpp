@@ -207,30 +207,19 @@ bool SqlTokenizer::takeExactly(std::string_view text) {
     return true;
 }
 
-ShapePieces shapePieces(std::string_view statement) {
-    ShapePieces pieces;
-    SqlTokenizer tokenizer(statement);
-    std::size_t from = 0;
-    for (;;) {
-        const SqlToken token = tokenizer.nextLiteral();
-        const std::size_t to = token.kind == SqlTokenKind::End ? statement.size() : token.start;
-        pieces.push_back({std::string(statement.substr(from, to - from)), token.kind});
-        if (token.kind == SqlTokenKind::End) return pieces;
-        from = token.finish;
-    }
-}
-
-bool followShape(std::string_view statement, const ShapePieces& pieces, StatementShape& shape) {
+bool followShape(std::string_view statement, const ShapeModel& model, StatementShape& shape) {
     shape.literals.clear();
     SqlTokenizer tokenizer(statement);
-    for (const ShapePiece& piece : pieces) {
-        if (!tokenizer.takeExactly(piece.text)) return false;
-        if (piece.literal == SqlTokenKind::End) break;
-        SqlToken literal;
-        if (!tokenizer.takeLiteral(piece.literal, literal)) return false;
-        shape.literals.push_back(literal);
+    const std::string_view text = model.text;
+    std::size_t from = 0;
+    for (const SqlToken& known : model.literals) {
+        if (!tokenizer.takeExactly(text.substr(from, known.start - from)) ||
+            !tokenizer.takeLiteral(known.kind, shape.literals.emplace_back())) {
+            return false;
+        }
+        from = known.finish;
     }
-    return tokenizer.atEnd();
+    return tokenizer.takeExactly(text.substr(from)) && tokenizer.atEnd();
 }
 
 void takeShape(std::string_view statement, StatementShape& shape) {

@@ -64,19 +64,15 @@ struct StatementShape {
     std::vector<SqlToken> literals;  ///< the numbers and texts in their order
 };
 
-/// A shape in pieces: a stretch of text and the kind of the literal behind it, End behind the last one.
-struct ShapePiece {
+/// A statement that stands for all of its shape.
+struct ShapeModel {
     std::string text;
-    SqlTokenKind literal = SqlTokenKind::End;
+    std::vector<SqlToken> literals;  ///< only their kinds and places count
 };
-using ShapePieces = std::vector<ShapePiece>;
 
-/// The pieces of the shape that takeShape() gives `statement`.
-ShapePieces shapePieces(std::string_view statement);
-
-/// Whether `statement` has the shape of these pieces; its literals are then in `shape`, whose key is left as
-/// it was. Much faster than taking the shape. Raises as SqlTokenizer::next does.
-bool followShape(std::string_view statement, const ShapePieces& pieces, StatementShape& shape);
+/// Whether `statement` has the shape of `model`; its literals are then in `shape`, whose key is left as it
+/// was. Much faster than taking the shape. Raises as SqlTokenizer::next does.
+bool followShape(std::string_view statement, const ShapeModel& model, StatementShape& shape);
 
 /// Fills `shape`, whose memory is used again. Raises as SqlTokenizer::next does.
 void takeShape(std::string_view statement, StatementShape& shape);

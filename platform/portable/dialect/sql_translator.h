@@ -12,6 +12,7 @@
 // with comparisons, IN, BETWEEN, EXISTS, IS NULL, CASE, scalar sub-selects, arithmetic, `+` between texts,
 // and the functions of the table in sql_values.cpp.
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,7 +44,7 @@ struct Translation {
     std::vector<ColumnDeclaration> columns;
 
     /// Whether the translation serves every statement of the same shape.
-    bool servesShape() const;
+    bool servesShape() const { return std::ranges::all_of(literals, &LiteralUse::bound); }
 };
 
 /// Raises SqlSyntax or NoSuchTable with the server's text.

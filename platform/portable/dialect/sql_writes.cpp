@@ -11,10 +11,6 @@ void SqlGrammar::whereClause() {
     }
 }
 
-void SqlGrammar::assign(const SqlColumn& column) {
-    meet(plainValue(), column.declaration.type, true);
-}
-
 void SqlGrammar::insertStatement() {
     acceptWord("INTO");
     const SqlTable& table = expectTable();

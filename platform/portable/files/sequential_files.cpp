@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "platform/values/runtime_error.h"
-#include "platform/values/text.h"
 
 namespace pxtarvo::portable {
 
@@ -122,14 +121,6 @@ std::unique_ptr<SystemFile> SequentialFiles::openFile(std::string_view path, boo
         return std::make_unique<DiscardedFile>(place, fs::exists(fs::symlink_status(place, unknown)));
     }
     return std::make_unique<DescriptorFile>(place, forOutput);
-}
-
-std::string SequentialFiles::encoded(std::string_view text) const {
-    return toWindows1252(text);
-}
-
-std::string SequentialFiles::decoded(std::string_view bytes) const {
-    return fromWindows1252(bytes);
 }
 
 }  // namespace pxtarvo::portable

@@ -5,6 +5,7 @@
 
 #include "platform/numbered_files.h"
 #include "platform/portable/files/drive_paths.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::portable {
 
@@ -17,8 +18,8 @@ class SequentialFiles : public NumberedFiles {
 
   private:
     std::unique_ptr<SystemFile> openFile(std::string_view path, bool forOutput) override;
-    std::string encoded(std::string_view text) const override;
-    std::string decoded(std::string_view bytes) const override;
+    std::string encoded(std::string_view text) const override { return toWindows1252(text); }
+    std::string decoded(std::string_view bytes) const override { return fromWindows1252(bytes); }
 
     DrivePaths paths_;
     Output output_;

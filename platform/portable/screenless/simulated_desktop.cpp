@@ -20,29 +20,13 @@ class Shown {
     std::vector<Window*>& windows_;
 };
 
-std::size_t characterLength(unsigned char lead) {
-    if (lead < 0x80) return 1;
-    if (lead < 0xE0) return 2;
-    return lead < 0xF0 ? 3 : 4;
-}
-
 }  // namespace
-
-SimulatedDesktop::SimulatedDesktop(SimulatedUser& user) : user_(user) {}
 
 void SimulatedDesktop::showModal(Window& window) {
     window.load();
     const Shown shown(windows_, window);
     user_.windowShown(window);
     window.Unload();
-}
-
-void SimulatedDesktop::unloaded(Window& window) {
-    user_.windowUnloaded(window);
-}
-
-Window* SimulatedDesktop::activeWindow() const {
-    return windows_.empty() ? nullptr : windows_.back();
 }
 
 MessageAnswer SimulatedDesktop::showMessage(const Message& message) {
@@ -163,11 +147,11 @@ void SimulatedDesktop::type(TextBox& box, std::string_view text) {
         return;
     }
     bool replacing = true;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t length = characterLength(static_cast<unsigned char>(text[at]));
-        typeCharacter(box, text.substr(at, length), replacing);
-        release(keyOf(static_cast<unsigned char>(text[at])));
-        at += length;
+    while (!text.empty()) {
+        const std::string_view character = firstCharacters(text, 1);
+        typeCharacter(box, character, replacing);
+        release(keyOf(static_cast<unsigned char>(character.front())));
+        text.remove_prefix(character.size());
     }
 }
 
@@ -187,10 +171,6 @@ void SimulatedDesktop::press(std::int16_t key) {
         if (button && button->takesFocus()) window->handle(button->onClick);
     }
     workOffKeys();
-}
-
-void SimulatedDesktop::close(Window& window) {
-    if (window.takesInput()) window.Unload();
 }
 
 }  // namespace pxtarvo::portable

@@ -17,7 +17,7 @@ namespace pxtarvo::portable {
 class SimulatedDesktop : public Desktop {
   public:
     /// `user` must outlive the desktop.
-    explicit SimulatedDesktop(SimulatedUser& user);
+    explicit SimulatedDesktop(SimulatedUser& user) : user_(user) {}
 
     void showModal(Window& window) override;
     bool getOpenFileName(OpenFileName& record) override;
@@ -25,10 +25,10 @@ class SimulatedDesktop : public Desktop {
     void sendKeys(std::string_view keys, bool wait) override;
     void pointer(PointerShape shape) override { pointer_ = shape; }
     PointerShape pointer() const override { return pointer_; }
-    void unloaded(Window& window) override;
+    void unloaded(Window& window) override { user_.windowUnloaded(window); }
 
     /// The topmost open window, or nullptr.
-    Window* activeWindow() const;
+    Window* activeWindow() const { return windows_.empty() ? nullptr : windows_.back(); }
 
     // What a user can do. Acting on a control that cannot be reached (disabled, hidden, of a window below
     // another or closed) raises std::logic_error: no user could.
@@ -41,7 +41,9 @@ class SimulatedDesktop : public Desktop {
     void chooseRow(DataGrid& grid, std::int32_t position);
     /// Presses and releases a key in the active window.
     void press(std::int16_t key);
-    void close(Window& window);
+    void close(Window& window) {
+        if (window.takesInput()) window.Unload();
+    }
 
     /// A dialog of the host's own opens on top: it takes the keys pressed and released so far.
     void dialogOpens();

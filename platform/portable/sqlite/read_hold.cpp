@@ -13,14 +13,6 @@ void ReadHold::begin() noexcept {
     sqlite3_step(reader_.get());  // a statement that has rows left keeps its transaction
 }
 
-void ReadHold::end() noexcept {
-    if (--walks_ == 0) release();
-}
-
-void ReadHold::release() noexcept {
-    sqlite3_reset(reader_.get());
-}
-
 void ReadHold::finish() noexcept {
     reader_.reset();
     database_ = nullptr;

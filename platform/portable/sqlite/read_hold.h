@@ -31,11 +31,13 @@ class ReadHold {
     /// Lets go for good whatever walks are under way: the connection ends.
     void finish() noexcept;
     /// Lets go until the next walk begins: some statements tolerate no reader.
-    void release() noexcept;
+    void release() noexcept { sqlite3_reset(reader_.get()); }
 
   private:
     void begin() noexcept;
-    void end() noexcept;
+    void end() noexcept {
+        if (--walks_ == 0) release();
+    }
 
     sqlite3* database_;
     StatementHandle reader_;

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <limits>
 
+#include "platform/values/decimal_number.h"
 #include "platform/values/runtime_error.h"
 
 namespace pxtarvo::portable {
@@ -23,14 +24,15 @@ constexpr std::size_t wordsFor(std::size_t bytes) {
     return (bytes + wordBytes - 1) / wordBytes;
 }
 
+struct ResultColumn {
+    const std::string& name;
+    ColumnDeclaration declaration;
+};
+
 [[noreturn]] void raiseUnfit(const ResultColumn& column) {
     throw RuntimeError(ErrorNumber::ConversionFailed,
                        "El valor almacenado en la columna '" + column.name + "' no es del tipo de datos " +
                            std::string(serverTypeName(column.declaration.type)) + ".");
-}
-
-double powerOfTen(int exponent) {
-    return std::pow(10.0, exponent);
 }
 
 /// A value of SQLite's: NULL, an integer, a double or a text.
@@ -75,18 +77,9 @@ Variant asWhole(const StoredValue& value, const ResultColumn& column) {
 
 /// A number in units of 10^-scale, as whole as it can be; beyond 18 digits it does not fit.
 std::int64_t scaled(const StoredValue& value, int scale, const ResultColumn& column) {
-    const double units = std::round(value.number() * powerOfTen(scale));
+    const double units = std::round(value.number() * std::pow(10.0, scale));
     if (!(std::fabs(units) < 1e18)) raiseUnfit(column);
     return static_cast<std::int64_t>(units);
-}
-
-Variant asDecimal(const StoredValue& value, const ResultColumn& column) {
-    const std::int64_t units = scaled(value, column.declaration.scale, column);
-    Decimal decimal;
-    decimal.negative = units < 0;
-    decimal.low = static_cast<std::uint64_t>(units < 0 ? -units : units);
-    decimal.scale = column.declaration.scale;
-    return decimal;
 }
 
 Variant declaredValue(const StoredValue& value, const ResultColumn& column) {
@@ -104,7 +97,7 @@ Variant declaredValue(const StoredValue& value, const ResultColumn& column) {
     if (type == ColumnType::Float) return value.number();
     if (type == ColumnType::Real) return static_cast<float>(value.number());
     if (type == ColumnType::Money) return Currency{scaled(value, 4, column)};
-    return asDecimal(value, column);
+    return decimalOf(scaled(value, column.declaration.scale, column), column.declaration.scale);
 }
 
 }  // namespace
@@ -120,7 +113,7 @@ void StoredRows::makeRoom(std::size_t words, std::size_t kept) {
 }
 
 void StoredRows::append(sqlite3_stmt* statement) {
-    const std::size_t count = columns().size();
+    const std::size_t count = names().size();
     const std::size_t headWords = count + wordsFor(count);
     makeRoom(headWords, 0);
     std::size_t used = headWords * wordBytes;
@@ -161,7 +154,7 @@ void StoredRows::append(sqlite3_stmt* statement) {
 Variant StoredRows::value(std::size_t row, std::size_t column) const {
     const Word* const words = row == 0 ? firstRow_ : laterRows_[row - 1];
     StoredValue stored;
-    stored.kind = reinterpret_cast<const unsigned char*>(words + columns().size())[column];
+    stored.kind = reinterpret_cast<const unsigned char*>(words + names().size())[column];
     const Word payload = words[column];
     switch (stored.kind) {
         case SQLITE_NULL:
@@ -176,7 +169,7 @@ Variant StoredRows::value(std::size_t row, std::size_t column) const {
             stored.text = {reinterpret_cast<const char*>(words) + (payload >> 32),
                            static_cast<std::size_t>(payload & 0xFFFFFFFF)};
     }
-    return declaredValue(stored, columns()[column]);
+    return declaredValue(stored, {names()[column], columns_->declarations[column]});
 }
 
 }  // namespace pxtarvo::portable

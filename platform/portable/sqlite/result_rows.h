@@ -1,6 +1,6 @@
 #pragma once
 
-// The rows of a client-side result, shared by every cursor over it.
+// The rows of a statement's result.
 
 #include <cstddef>
 #include <cstdint>
@@ -8,46 +8,31 @@
 #include <string>
 #include <vector>
 
+#include "platform/client_recordset.h"
 #include "platform/portable/dialect/column_types.h"
-#include "platform/values/variant.h"
 
 struct sqlite3_stmt;
 
 namespace pxtarvo::portable {
 
-struct ResultColumn {
-    std::string name;
-    ColumnDeclaration declaration;
-};
-using ResultColumns = std::vector<ResultColumn>;
-
-class ResultRows {
-  public:
-    explicit ResultRows(std::shared_ptr<const ResultColumns> columns) : columns_(std::move(columns)) {}
-    ResultRows(const ResultRows&) = delete;
-    ResultRows& operator=(const ResultRows&) = delete;
-    virtual ~ResultRows() = default;
-
-    const ResultColumns& columns() const noexcept { return *columns_; }
-    virtual std::size_t rowCount() const noexcept = 0;
-    /// `row` and `column` must be in range. Raises ConversionFailed for a stored value that the column's
-    /// declared type cannot hold.
-    virtual Variant value(std::size_t row, std::size_t column) const = 0;
-
-  private:
-    std::shared_ptr<const ResultColumns> columns_;
+/// Both in the order of the columns.
+struct ResultColumns {
+    std::vector<std::string> names;
+    std::vector<ColumnDeclaration> declarations;
 };
 
 /// Rows as SQLite stored them, one behind the other in a few large blocks; a value is made when it is asked
 /// for.
 class StoredRows final : public ResultRows {
   public:
-    explicit StoredRows(std::shared_ptr<const ResultColumns> columns) : ResultRows(std::move(columns)) {}
+    explicit StoredRows(std::shared_ptr<const ResultColumns> columns)
+        : ResultRows(columns->names), columns_(std::move(columns)) {}
 
     /// Copies the current row of a statement with as many columns.
     void append(sqlite3_stmt* statement);
 
     std::size_t rowCount() const noexcept override { return rowCount_; }
+    /// Raises ConversionFailed for a stored value that the column's declared type cannot hold.
     Variant value(std::size_t row, std::size_t column) const override;
 
   private:
@@ -59,6 +44,7 @@ class StoredRows final : public ResultRows {
     void makeRoom(std::size_t words, std::size_t kept);
 
     static constexpr std::size_t innerWords = 48;  ///< enough for a result of one ordinary row
+    std::shared_ptr<const ResultColumns> columns_;
     // not set to anything: every word is written before it is read
     Word inner_[innerWords];
     std::vector<std::unique_ptr<Word[]>> blocks_;
@@ -68,19 +54,6 @@ class StoredRows final : public ResultRows {
     const Word* firstRow_ = nullptr;  ///< most results have one row
     std::vector<const Word*> laterRows_;
     std::size_t rowCount_ = 0;
-};
-
-/// Rows made of values.
-class VariantRows final : public ResultRows {
-  public:
-    /// Every row must have a value for each column.
-    VariantRows(std::shared_ptr<const ResultColumns> columns, std::vector<std::vector<Variant>> rows)
-        : ResultRows(std::move(columns)), rows_(std::move(rows)) {}
-    std::size_t rowCount() const noexcept override { return rows_.size(); }
-    Variant value(std::size_t row, std::size_t column) const override { return rows_[row][column]; }
-
-  private:
-    std::vector<std::vector<Variant>> rows_;
 };
 
 }  // namespace pxtarvo::portable

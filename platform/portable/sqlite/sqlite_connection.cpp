@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "platform/portable/sqlite/client_recordset.h"
-
 namespace pxtarvo::portable {
 
 namespace {
@@ -20,6 +18,30 @@ class StatementReset {
 
   private:
     sqlite3_stmt* statement_;
+};
+
+/// Keeps the hold from the first step to the last.
+class WalkedRecordset final : public ClientRecordset {
+  public:
+    WalkedRecordset(std::shared_ptr<const ResultRows> rows, const std::shared_ptr<ReadHold>& hold)
+        : ClientRecordset(std::move(rows)), hold_(hold) {}
+
+    void Close() override {
+        ClientRecordset::Close();
+        walk_.reset();
+    }
+    void MoveNext() override {
+        ClientRecordset::MoveNext();
+        if (Eof()) {
+            walk_.reset();
+        } else if (!walk_) {
+            if (auto hold = hold_.lock()) walk_ = std::make_unique<ReadHold::Walk>(std::move(hold));
+        }
+    }
+
+  private:
+    std::weak_ptr<ReadHold> hold_;
+    std::unique_ptr<ReadHold::Walk> walk_;
 };
 
 DatabaseHandle openDatabase(const std::string& path, DatabaseMode mode) {
@@ -57,14 +79,6 @@ SqliteConnection::SqliteConnection(const std::string& path, const Clock& clock, 
     schema_.refresh(database);
 }
 
-void SqliteConnection::ConnectionString(std::string_view) {
-    throw RuntimeError(ErrorNumber::ObjectOpen);
-}
-
-void SqliteConnection::Open(std::string_view, std::string_view, std::int32_t) {
-    throw RuntimeError(ErrorNumber::ObjectOpen);
-}
-
 void SqliteConnection::readColumns(PreparedStatement& statement) const {
     sqlite3_stmt* const handle = statement.handle.get();
     const int count = sqlite3_column_count(handle);
@@ -78,7 +92,8 @@ void SqliteConnection::readColumns(PreparedStatement& statement) const {
         } else if (statement.translatedTypes.size() == static_cast<std::size_t>(count)) {
             declaration = statement.translatedTypes[static_cast<std::size_t>(column)];
         }
-        columns->push_back({sqlite3_column_name(handle, column), declaration});
+        columns->names.emplace_back(sqlite3_column_name(handle, column));
+        columns->declarations.push_back(declaration);
     }
     statement.columns = std::move(columns);
 }
@@ -101,7 +116,7 @@ PreparedStatement& SqliteConnection::lookUp(std::string_view commandText,
     if (schema_.refresh(database_.get())) cache_.clear();
     own = prepareTranslated(commandText);
     if (!own->servesShape) return *own;
-    own->pieces = shapePieces(commandText);
+    own->model = {std::string(commandText), shape_.literals};
     return cache_.insert(shape_.key, std::move(own));
 }
 
@@ -127,7 +142,9 @@ ObjectRef<Recordset> SqliteConnection::run(PreparedStatement& statement, bool wa
     if (!statement.columns) return makeObject<ClientRecordset>();
     auto rows = std::make_shared<StoredRows>(statement.columns);
     for (; row; row = step(handle)) rows->append(handle);
-    return makeObject<ClientRecordset>(std::move(rows), hold_);
+    constexpr std::size_t longResult = 100;
+    if (rows->rowCount() < longResult) return makeObject<ClientRecordset>(std::move(rows));
+    return makeObject<WalkedRecordset>(std::move(rows), hold_);
 }
 
 ObjectRef<Recordset> SqliteConnection::runAsWritten(PreparedStatement& statement, bool wantsRecords) {
@@ -143,7 +160,7 @@ ObjectRef<Recordset> SqliteConnection::Execute(std::string_view commandText, std
     const bool wantsRecords = options == adOptionUnspecified || (options & adExecuteNoRecords) == 0;
     try {
         if (PreparedStatement* expected = cache_.expected();
-            expected && followShape(commandText, expected->pieces, shape_)) {
+            expected && followShape(commandText, expected->model, shape_)) {
             return runAsWritten(*expected, wantsRecords);
         }
         std::unique_ptr<PreparedStatement> own;

@@ -42,8 +42,10 @@ class SqliteConnection final : public Connection {
     }
 
     /// 3705, both: the connection is open already.
-    void ConnectionString(std::string_view value) override;
-    void Open(std::string_view userId, std::string_view password, std::int32_t options) override;
+    void ConnectionString(std::string_view) override { throw RuntimeError(ErrorNumber::ObjectOpen); }
+    void Open(std::string_view, std::string_view, std::int32_t) override {
+        throw RuntimeError(ErrorNumber::ObjectOpen);
+    }
     std::int32_t State() const override { return adStateOpen; }
 
     /// Runs one statement in the server's dialect (sql_translator.h); every command is a text, and of the

@@ -1,8 +1,10 @@
 #include "platform/portable/sqlite/sqlite_handles.h"
 
+#include <algorithm>
 #include <string>
 
 #include "platform/portable/dialect/sql_errors.h"
+#include "platform/values/text.h"
 
 namespace pxtarvo::portable {
 
@@ -11,32 +13,24 @@ namespace {
 /// A failure that has a text of its own. An extended code is looked for before the primary one.
 struct CodeText {
     int code;
-    ErrorNumber number;
     std::string_view text;
-    bool withDetail;  ///< SQLite's message from its first ": " on follows the text
 };
 
 constexpr CodeText codeTexts[] = {
-    {SQLITE_CONSTRAINT_NOTNULL, ErrorNumber::IntegrityViolation,
-     "No se puede insertar el valor NULL en la columna", true},
-    {SQLITE_CONSTRAINT_UNIQUE, ErrorNumber::IntegrityViolation, "Infracción de la restricción UNIQUE", true},
-    {SQLITE_CONSTRAINT_PRIMARYKEY, ErrorNumber::IntegrityViolation,
-     "Infracción de la restricción PRIMARY KEY", true},
-    {SQLITE_CONSTRAINT_CHECK, ErrorNumber::IntegrityViolation, "Infracción de la restricción CHECK", true},
-    {SQLITE_CONSTRAINT_FOREIGNKEY, ErrorNumber::IntegrityViolation,
-     "Infracción de la restricción FOREIGN KEY", false},
-    {SQLITE_BUSY, ErrorNumber::ProviderFailure, "La base de datos está bloqueada por otro proceso.", false},
-    {SQLITE_LOCKED, ErrorNumber::ProviderFailure, "La base de datos está bloqueada por otra operación.",
-     false},
-    {SQLITE_READONLY, ErrorNumber::ProviderFailure, "La base de datos es de sólo lectura.", false},
-    {SQLITE_FULL, ErrorNumber::ProviderFailure, "No queda espacio en el disco para la base de datos.", false},
-    {SQLITE_IOERR, ErrorNumber::ProviderFailure,
-     "Error de lectura o escritura en el archivo de la base de datos.", false},
-    {SQLITE_CORRUPT, ErrorNumber::ProviderFailure, "El archivo de la base de datos está dañado.", false},
-    {SQLITE_NOTADB, ErrorNumber::ProviderFailure, "El archivo no es una base de datos.", false},
-    {SQLITE_CANTOPEN, ErrorNumber::ProviderFailure, "No se puede abrir el archivo de la base de datos.",
-     false},
-    {SQLITE_NOMEM, ErrorNumber::ProviderFailure, "No hay memoria suficiente para la base de datos.", false},
+    {SQLITE_CONSTRAINT_NOTNULL, "No se puede insertar el valor NULL en la columna"},
+    {SQLITE_CONSTRAINT_UNIQUE, "Infracción de la restricción UNIQUE"},
+    {SQLITE_CONSTRAINT_PRIMARYKEY, "Infracción de la restricción PRIMARY KEY"},
+    {SQLITE_CONSTRAINT_CHECK, "Infracción de la restricción CHECK"},
+    {SQLITE_CONSTRAINT_FOREIGNKEY, "Infracción de la restricción FOREIGN KEY"},
+    {SQLITE_BUSY, "La base de datos está bloqueada por otro proceso."},
+    {SQLITE_LOCKED, "La base de datos está bloqueada por otra operación."},
+    {SQLITE_READONLY, "La base de datos es de sólo lectura."},
+    {SQLITE_FULL, "No queda espacio en el disco para la base de datos."},
+    {SQLITE_IOERR, "Error de lectura o escritura en el archivo de la base de datos."},
+    {SQLITE_CORRUPT, "El archivo de la base de datos está dañado."},
+    {SQLITE_NOTADB, "El archivo no es una base de datos."},
+    {SQLITE_CANTOPEN, "No se puede abrir el archivo de la base de datos."},
+    {SQLITE_NOMEM, "No hay memoria suficiente para la base de datos."},
 };
 
 /// A compiler message of SQLite: what stands around the offending word, and what the server says of it.
@@ -57,23 +51,23 @@ constexpr MessageText messageTexts[] = {
 RuntimeError providerError(sqlite3* database) {
     const int code = sqlite3_extended_errcode(database);
     const std::string_view message = sqlite3_errmsg(database);
-    for (const int wanted : {code, code & 0xFF}) {
-        for (const CodeText& known : codeTexts) {
-            if (known.code != wanted) continue;
-            std::string text(known.text);
-            const std::size_t colon = message.find(": ");
-            if (known.withDetail && colon != message.npos) text += message.substr(colon);
-            return {known.number, text};
-        }
+    const int primary = code & 0xFF;
+    const bool constraint = primary == SQLITE_CONSTRAINT;
+    const ErrorNumber number = constraint ? ErrorNumber::IntegrityViolation : ErrorNumber::ProviderFailure;
+    for (const int wanted : {code, primary}) {
+        const auto known = std::ranges::find(codeTexts, wanted, &CodeText::code);
+        if (known == std::end(codeTexts)) continue;
+        // What a constraint is broken by stands in SQLite's message, from its first ": " on.
+        const std::size_t colon = constraint ? message.find(": ") : message.npos;
+        return {number, joined({known->text, message.substr(std::min(colon, message.size()))})};
     }
-    if ((code & 0xFF) == SQLITE_CONSTRAINT) return {ErrorNumber::IntegrityViolation, std::string(message)};
+    if (constraint) return {number, std::string(message)};
     for (const MessageText& known : messageTexts) {
         if (!message.starts_with(known.before) || !message.ends_with(known.after)) continue;
         return known.error(
             message.substr(known.before.size(), message.size() - known.before.size() - known.after.size()));
     }
-    const bool refused = (code & 0xFF) == SQLITE_ERROR;
-    return {refused ? ErrorNumber::SqlSyntax : ErrorNumber::ProviderFailure, std::string(message)};
+    return {primary == SQLITE_ERROR ? ErrorNumber::SqlSyntax : number, std::string(message)};
 }
 
 StatementHandle prepare(sqlite3* database, std::string_view sql, unsigned flags) {

@@ -26,7 +26,7 @@ struct PreparedStatement {
     bool servesShape = true;  ///< serves every statement of its shape, so that it may be cached
     int preparations = 0;     ///< how often SQLite has prepared it anew, for a changed schema
     std::uint64_t lastUse = 0;
-    ShapePieces pieces;                      ///< of its shape
+    ShapeModel model;                        ///< of its shape
     PreparedStatement* successor = nullptr;  ///< the statement that ran after it the last time
 };
 

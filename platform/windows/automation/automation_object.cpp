@@ -30,12 +30,6 @@ VARIANTARG& CallArguments::raw(std::size_t position) const {
     return parameters_.rgvarg[count() - 1 - position];
 }
 
-bool CallArguments::isMissing(std::size_t position) const noexcept {
-    if (position >= count()) return true;
-    const VARIANTARG& argument = parameters_.rgvarg[count() - 1 - position];
-    return V_VT(&argument) == VT_ERROR && V_ERROR(&argument) == DISP_E_PARAMNOTFOUND;
-}
-
 std::string CallArguments::text(std::size_t position) const {
     const Variant argument = value(position);
     if (const auto* text = argument.get<std::string>()) return *text;
@@ -49,31 +43,22 @@ std::int32_t CallArguments::number(std::size_t position) const {
     throw RuntimeError(ErrorNumber::TypeMismatch);
 }
 
-void CallArguments::giveBack(std::size_t position, std::string_view text) const {
-    VARIANTARG* argument = &raw(position);
-    if (V_VT(argument) == (VT_BYREF | VT_VARIANT)) {
-        OwnedVariant replacement(text);
-        VariantClear(V_VARIANTREF(argument));
-        *V_VARIANTREF(argument) = replacement.detach();
-        return;
-    }
-    if (!(V_VT(argument) & VT_BYREF)) return;
-    if (V_VT(argument) != (VT_BYREF | VT_BSTR)) throw RuntimeError(ErrorNumber::TypeMismatch);
-    Bstr replacement(text);
-    std::swap(*V_BSTRREF(argument), *replacement.address());
-}
-
-void CallArguments::giveBack(std::size_t position, std::int16_t value) const {
+void CallArguments::giveBack(std::size_t position, const Variant& value) const {
     VARIANTARG& argument = raw(position);
-    if (V_VT(&argument) == (VT_BYREF | VT_VARIANT)) {
-        VARIANT& target = *V_VARIANTREF(&argument);
-        VariantClear(&target);
-        target = OwnedVariant(value).detach();
-        return;
-    }
     if (!(V_VT(&argument) & VT_BYREF)) return;
-    if (V_VT(&argument) != (VT_BYREF | VT_I2)) throw RuntimeError(ErrorNumber::TypeMismatch);
-    *V_I2REF(&argument) = value;
+    OwnedVariant given(value);
+    const VARTYPE type = V_VT(&given.raw());
+    if (V_VT(&argument) == (VT_BYREF | VT_VARIANT)) {
+        VariantClear(V_VARIANTREF(&argument));
+        *V_VARIANTREF(&argument) = given.detach();
+    } else if (V_VT(&argument) != (VT_BYREF | type)) {
+        throw RuntimeError(ErrorNumber::TypeMismatch);
+    } else if (type == VT_BSTR) {
+        SysFreeString(std::exchange(*V_BSTRREF(&argument), V_BSTR(&given.raw())));
+        given.detach();
+    } else {
+        *V_I2REF(&argument) = V_I2(&given.raw());
+    }
 }
 
 HRESULT identifiersOf(const MemberNames& members, LPOLESTR* names, UINT count, DISPID* identifiers) {

@@ -31,8 +31,6 @@ class CallArguments {
 
     /// The argument as it was handed over.
     VARIANTARG& raw(std::size_t position) const;
-    /// Whether an optional argument was left out.
-    bool isMissing(std::size_t position) const noexcept;
     /// Read through references; see toVariant().
     Variant value(std::size_t position) const { return toVariant(raw(position)); }
     /// A text argument; 13 for any other type.
@@ -44,8 +42,7 @@ class CallArguments {
 
     /// Changes what the caller passed by reference, a text or a 16-bit integer; nothing happens where it was
     /// passed by value, 13 where it is of another type.
-    void giveBack(std::size_t position, std::string_view text) const;
-    void giveBack(std::size_t position, std::int16_t value) const;
+    void giveBack(std::size_t position, const Variant& value) const;
 
   private:
     DISPPARAMS& parameters_;

@@ -1,7 +1,9 @@
 #include "platform/windows/automation/automation_values.h"
 
+#include <cstring>
 #include <limits>
 
+#include "platform/values/decimal_number.h"
 #include "platform/values/runtime_error.h"
 #include "platform/values/text.h"
 
@@ -39,34 +41,13 @@ struct Filler {
 
     void operator()(Empty) const {}
     void operator()(Null) const { V_VT(&to) = VT_NULL; }
-    void operator()(bool value) const {
-        V_VT(&to) = VT_BOOL;
-        V_BOOL(&to) = value ? VARIANT_TRUE : VARIANT_FALSE;
-    }
-    void operator()(std::uint8_t value) const {
-        V_VT(&to) = VT_UI1;
-        V_UI1(&to) = value;
-    }
-    void operator()(std::int16_t value) const {
-        V_VT(&to) = VT_I2;
-        V_I2(&to) = value;
-    }
-    void operator()(std::int32_t value) const {
-        V_VT(&to) = VT_I4;
-        V_I4(&to) = value;
-    }
-    void operator()(float value) const {
-        V_VT(&to) = VT_R4;
-        V_R4(&to) = value;
-    }
-    void operator()(double value) const {
-        V_VT(&to) = VT_R8;
-        V_R8(&to) = value;
-    }
-    void operator()(Currency value) const {
-        V_VT(&to) = VT_CY;
-        V_CY(&to).int64 = value.tenThousandths;
-    }
+    void operator()(bool value) const { fill(VT_BOOL, V_BOOL(&to), value ? VARIANT_TRUE : VARIANT_FALSE); }
+    void operator()(std::uint8_t value) const { fill(VT_UI1, V_UI1(&to), value); }
+    void operator()(std::int16_t value) const { fill(VT_I2, V_I2(&to), value); }
+    void operator()(std::int32_t value) const { fill(VT_I4, V_I4(&to), value); }
+    void operator()(float value) const { fill(VT_R4, V_R4(&to), value); }
+    void operator()(double value) const { fill(VT_R8, V_R8(&to), value); }
+    void operator()(Currency value) const { fill(VT_CY, V_CY(&to).int64, value.tenThousandths); }
     void operator()(const Decimal& value) const {
         // The DECIMAL lies over the whole VARIANT, its reserved word over the type.
         DECIMAL& decimal = V_DECIMAL(&to);
@@ -76,52 +57,41 @@ struct Filler {
         decimal.Lo64 = value.low;
         V_VT(&to) = VT_DECIMAL;
     }
-    void operator()(Date value) const {
-        V_VT(&to) = VT_DATE;
-        V_DATE(&to) = value.days;
-    }
-    void operator()(const std::string& value) const {
-        V_BSTR(&to) = allocate(value);
-        V_VT(&to) = VT_BSTR;
-    }
-    void operator()(ErrorValue value) const {
-        V_VT(&to) = VT_ERROR;
-        V_ERROR(&to) = value.code;
+    void operator()(Date value) const { fill(VT_DATE, V_DATE(&to), value.days); }
+    void operator()(std::string_view value) const { fill(VT_BSTR, V_BSTR(&to), allocate(value)); }
+    void operator()(ErrorValue value) const { fill(VT_ERROR, V_ERROR(&to), value.code); }
+
+  private:
+    template <class Place, class Value>
+    void fill(VARTYPE type, Place& place, Value value) const {
+        place = value;
+        V_VT(&to) = type;
     }
 };
 
-template <class T>
-OwnedVariant byReference(VARTYPE type, T* target) noexcept {
-    VARIANT value;
-    VariantInit(&value);
-    V_VT(&value) = static_cast<VARTYPE>(type | VT_BYREF);
-    V_BYREF(&value) = target;
-    OwnedVariant owned;
-    *owned.put() = value;
-    return owned;
+/// The bytes of a value of this type, of those that are read through a reference; 0 for any other.
+std::size_t sizeOf(VARTYPE type) {
+    const auto isOneOf = [type](auto... types) { return ((type == types) || ...); };
+    if (isOneOf(VT_I1, VT_UI1)) return 1;
+    if (isOneOf(VT_I2, VT_UI2, VT_BOOL)) return 2;
+    if (isOneOf(VT_I4, VT_UI4, VT_INT, VT_UINT, VT_R4, VT_ERROR)) return 4;
+    if (isOneOf(VT_I8, VT_UI8, VT_R8, VT_DATE, VT_CY)) return 8;
+    return isOneOf(VT_BSTR, VT_DISPATCH, VT_UNKNOWN) ? sizeof(void*) : 0;
 }
 
-Variant wholeNumber(std::uint64_t magnitude, bool negative) {
-    constexpr std::uint64_t highest = std::numeric_limits<std::int32_t>::max();
-    if (magnitude <= highest + (negative ? 1 : 0)) {
-        const auto whole = static_cast<std::int64_t>(magnitude);
-        return static_cast<std::int32_t>(negative ? -whole : whole);
-    }
-    return Decimal{.low = magnitude, .high = 0, .scale = 0, .negative = negative};
+Variant wholeNumber(std::uint64_t value) {
+    if (value <= std::numeric_limits<std::int32_t>::max()) return static_cast<std::int32_t>(value);
+    return Decimal{.low = value};
 }
 
 Variant signedNumber(std::int64_t value) {
-    const auto bits = static_cast<std::uint64_t>(value);
-    return value < 0 ? wholeNumber(0 - bits, true) : wholeNumber(bits, false);
+    const auto narrow = static_cast<std::int32_t>(value);
+    return narrow == value ? Variant(narrow) : Variant(decimalOf(value));
 }
 
 }  // namespace
 
 Bstr::Bstr(std::string_view utf8) : text_(allocate(utf8)) {}
-
-std::string Bstr::utf8() const {
-    return utf8Of(text_);
-}
 
 std::string utf8Of(BSTR text) {
     const std::size_t length = SysStringLen(text);
@@ -138,20 +108,7 @@ OwnedVariant::OwnedVariant(const Variant& value) : OwnedVariant() {
     value.visit(Filler{value_});
 }
 OwnedVariant::OwnedVariant(std::string_view text) : OwnedVariant() {
-    V_BSTR(&value_) = allocate(text);
-    V_VT(&value_) = VT_BSTR;
-}
-OwnedVariant::OwnedVariant(std::int32_t value) noexcept : OwnedVariant() {
-    Filler{value_}(value);
-}
-OwnedVariant::OwnedVariant(std::int16_t value) noexcept : OwnedVariant() {
-    Filler{value_}(value);
-}
-OwnedVariant::OwnedVariant(double value) noexcept : OwnedVariant() {
-    Filler{value_}(value);
-}
-OwnedVariant::OwnedVariant(bool value) noexcept : OwnedVariant() {
-    Filler{value_}(value);
+    Filler{value_}(text);
 }
 OwnedVariant::OwnedVariant(Reference<IDispatch> object) noexcept : OwnedVariant() {
     V_VT(&value_) = VT_DISPATCH;
@@ -164,25 +121,6 @@ OwnedVariant OwnedVariant::missing() noexcept {
     return value;
 }
 
-OwnedVariant OwnedVariant::reference(Bstr& text) noexcept {
-    return byReference(VT_BSTR, text.address());
-}
-OwnedVariant OwnedVariant::reference(std::int32_t& value) noexcept {
-    return byReference(VT_I4, &value);
-}
-OwnedVariant OwnedVariant::reference(std::int16_t& value) noexcept {
-    return byReference(VT_I2, &value);
-}
-OwnedVariant OwnedVariant::reference(double& value) noexcept {
-    return byReference(VT_R8, &value);
-}
-OwnedVariant OwnedVariant::reference(OwnedVariant& value) noexcept {
-    return byReference(VT_VARIANT, &value.value_);
-}
-OwnedVariant OwnedVariant::reference(Reference<IDispatch>& object) noexcept {
-    return byReference(VT_DISPATCH, object.address());
-}
-
 const VARIANT& referredTo(const VARIANT& value, VARIANT& storage) noexcept {
     const VARIANT* target = &value;
     while (V_VT(target) == (VT_VARIANT | VT_BYREF) && V_VARIANTREF(target)) target = V_VARIANTREF(target);
@@ -191,41 +129,12 @@ const VARIANT& referredTo(const VARIANT& value, VARIANT& storage) noexcept {
     const VARTYPE type = V_VT(target) & ~VT_BYREF;
     const void* place = V_BYREF(target);
     if (!place) return storage;
-    switch (type) {
-        case VT_DECIMAL:
-            V_DECIMAL(&storage) = *static_cast<const DECIMAL*>(place);
-            break;
-        case VT_I1:
-        case VT_UI1:
-            V_UI1(&storage) = *static_cast<const BYTE*>(place);
-            break;
-        case VT_I2:
-        case VT_UI2:
-        case VT_BOOL:
-            V_I2(&storage) = *static_cast<const SHORT*>(place);
-            break;
-        case VT_I8:
-        case VT_UI8:
-        case VT_R8:
-        case VT_DATE:
-        case VT_CY:
-            V_I8(&storage) = *static_cast<const LONGLONG*>(place);
-            break;
-        case VT_BSTR:
-        case VT_DISPATCH:
-        case VT_UNKNOWN:
-            V_BYREF(&storage) = *static_cast<void* const*>(place);
-            break;
-        case VT_I4:
-        case VT_UI4:
-        case VT_INT:
-        case VT_UINT:
-        case VT_R4:
-        case VT_ERROR:
-            V_I4(&storage) = *static_cast<const LONG*>(place);
-            break;
-        default:
-            return *target;
+    if (type == VT_DECIMAL) {
+        V_DECIMAL(&storage) = *static_cast<const DECIMAL*>(place);
+    } else if (const std::size_t size = sizeOf(type)) {
+        std::memcpy(&V_I8(&storage), place, size);
+    } else {
+        return *target;
     }
     V_VT(&storage) = type;
     return storage;
@@ -254,11 +163,11 @@ Variant toVariant(const VARIANT& value) {
             return std::int32_t{V_UI2(&direct)};
         case VT_UI4:
         case VT_UINT:
-            return wholeNumber(V_UI4(&direct), false);
+            return wholeNumber(V_UI4(&direct));
         case VT_I8:
             return signedNumber(V_I8(&direct));
         case VT_UI8:
-            return wholeNumber(V_UI8(&direct), false);
+            return wholeNumber(V_UI8(&direct));
         case VT_R4:
             return V_R4(&direct);
         case VT_R8:

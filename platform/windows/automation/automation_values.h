@@ -6,12 +6,16 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "platform/values/variant.h"
 #include "platform/windows/automation/com_headers.h"
 #include "platform/windows/automation/reference.h"
 
 namespace pxtarvo::windows {
+
+/// A null text is "".
+std::string utf8Of(BSTR text);
 
 class Bstr {
   public:
@@ -27,7 +31,7 @@ class Bstr {
     ~Bstr() { SysFreeString(text_); }
 
     BSTR get() const noexcept { return text_; }
-    std::string utf8() const;
+    std::string utf8() const { return utf8Of(text_); }
     /// Where a function leaves a text for the caller, or replaces the one held.
     BSTR* address() noexcept { return &text_; }
     BSTR detach() noexcept { return std::exchange(text_, nullptr); }
@@ -36,21 +40,17 @@ class Bstr {
     BSTR text_ = nullptr;
 };
 
-/// A null text is "".
-std::string utf8Of(BSTR text);
-
 /// A VARIANT and what it owns. By-reference ones refer to something that must outlive them.
 class OwnedVariant {
   public:
     OwnedVariant() noexcept { VariantInit(&value_); }
     /// The same value in the same type: 16-bit integers stay VT_I2, and so on.
     OwnedVariant(const Variant& value);
+    template <class Number>
+    requires std::is_arithmetic_v<Number>
+    explicit OwnedVariant(Number value) : OwnedVariant(Variant(value)) {}
     explicit OwnedVariant(std::string_view text);
     explicit OwnedVariant(const std::string& text) : OwnedVariant(std::string_view(text)) {}
-    explicit OwnedVariant(std::int32_t value) noexcept;
-    explicit OwnedVariant(std::int16_t value) noexcept;
-    explicit OwnedVariant(double value) noexcept;
-    explicit OwnedVariant(bool value) noexcept;
     explicit OwnedVariant(Reference<IDispatch> object) noexcept;  ///< empty is Nothing
     OwnedVariant(const OwnedVariant&) = delete;
     OwnedVariant(OwnedVariant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
@@ -65,12 +65,14 @@ class OwnedVariant {
 
     // Arguments by reference, each of exactly the type that the called member declares. The member may
     // replace what they refer to.
-    static OwnedVariant reference(Bstr& text) noexcept;
-    static OwnedVariant reference(std::int32_t& value) noexcept;
-    static OwnedVariant reference(std::int16_t& value) noexcept;
-    static OwnedVariant reference(double& value) noexcept;
-    static OwnedVariant reference(OwnedVariant& value) noexcept;
-    static OwnedVariant reference(Reference<IDispatch>& object) noexcept;
+    static OwnedVariant reference(Bstr& text) noexcept { return {VT_BSTR, text.address()}; }
+    static OwnedVariant reference(std::int32_t& value) noexcept { return {VT_I4, &value}; }
+    static OwnedVariant reference(std::int16_t& value) noexcept { return {VT_I2, &value}; }
+    static OwnedVariant reference(double& value) noexcept { return {VT_R8, &value}; }
+    static OwnedVariant reference(OwnedVariant& value) noexcept { return {VT_VARIANT, &value.value_}; }
+    static OwnedVariant reference(Reference<IDispatch>& object) noexcept {
+        return {VT_DISPATCH, object.address()};
+    }
 
     const VARIANT& raw() const noexcept { return value_; }
     /// Where a function leaves a value for the caller.
@@ -86,6 +88,10 @@ class OwnedVariant {
     }
 
   private:
+    OwnedVariant(VARTYPE type, void* target) noexcept : OwnedVariant() {
+        V_VT(&value_) = static_cast<VARTYPE>(type | VT_BYREF);
+        V_BYREF(&value_) = target;
+    }
     void clear() noexcept {
         // Numbers and references own nothing.
         const VARTYPE type = V_VT(&value_);

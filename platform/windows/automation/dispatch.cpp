@@ -169,10 +169,6 @@ OwnedVariant Dispatch::invoke(std::u16string_view member, WORD kind,
     return answer;
 }
 
-void Dispatch::put(std::u16string_view member, const OwnedVariant& value) const {
-    invoke(member, DISPATCH_PROPERTYPUT, packed(value));
-}
-
 void Dispatch::putReference(std::u16string_view member, Reference<IDispatch> value) const {
     const OwnedVariant object(std::move(value));
     invoke(member, DISPATCH_PROPERTYPUTREF, packed(object));

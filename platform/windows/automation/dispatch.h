@@ -51,7 +51,9 @@ class Dispatch {
     void run(std::u16string_view member, const Arguments&... arguments) const {
         invoke(member, DISPATCH_METHOD, packed(arguments...));
     }
-    void put(std::u16string_view member, const OwnedVariant& value) const;
+    void put(std::u16string_view member, const OwnedVariant& value) const {
+        invoke(member, DISPATCH_PROPERTYPUT, packed(value));
+    }
     /// An object assignment; an empty reference assigns Nothing.
     void putReference(std::u16string_view member, Reference<IDispatch> value) const;
 

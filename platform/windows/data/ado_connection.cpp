@@ -6,19 +6,11 @@
 
 namespace pxtarvo::windows {
 
-ObjectRef<Connection> AdoConnection::create() {
-    return makeObject<AdoConnection>(Dispatch::create("ADODB.Connection"));
-}
-
 Reference<IDispatch> AdoConnection::objectOf(const ObjectRef<Connection>& connection) {
     if (!connection) return {};
     const auto* ours = dynamic_cast<const AdoConnection*>(connection.shared().get());
     if (!ours) throw RuntimeError(ErrorNumber::TypeMismatch);
     return ours->connection_.object();
-}
-
-void AdoConnection::ConnectionString(std::string_view value) {
-    connection_.put(u"ConnectionString", OwnedVariant(value));
 }
 
 void AdoConnection::Open(std::string_view userId, std::string_view password, std::int32_t options) {
@@ -27,26 +19,10 @@ void AdoConnection::Open(std::string_view userId, std::string_view password, std
                     OwnedVariant(options));
 }
 
-std::int32_t AdoConnection::State() const {
-    return connection_.number(u"State");
-}
-
 ObjectRef<Recordset> AdoConnection::Execute(std::string_view commandText, std::int32_t options) {
     Dispatch result = connection_.object(u"Execute", OwnedVariant(commandText), OwnedVariant::missing(),
                                          OwnedVariant(options));
     return result ? makeObject<AdoRecordset>(std::move(result)) : ObjectRef<AdoRecordset>();
-}
-
-void AdoConnection::BeginTrans() {
-    connection_.run(u"BeginTrans");
-}
-
-void AdoConnection::CommitTrans() {
-    connection_.run(u"CommitTrans");
-}
-
-void AdoConnection::RollbackTrans() {
-    connection_.run(u"RollbackTrans");
 }
 
 }  // namespace pxtarvo::windows

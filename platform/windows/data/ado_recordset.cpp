@@ -6,10 +6,6 @@
 
 namespace pxtarvo::windows {
 
-ObjectRef<Recordset> AdoRecordset::create() {
-    return makeObject<AdoRecordset>(Dispatch::create("ADODB.Recordset"));
-}
-
 void AdoRecordset::forgetFields() noexcept {
     byPosition_.clear();
     byName_.clear();
@@ -41,49 +37,9 @@ void AdoRecordset::Close() {
     recordset_.run(u"Close");
 }
 
-std::int32_t AdoRecordset::State() const {
-    return recordset_.number(u"State");
-}
-
-bool AdoRecordset::Bof() const {
-    return recordset_.truth(u"BOF");
-}
-
-bool AdoRecordset::Eof() const {
-    return recordset_.truth(u"EOF");
-}
-
-void AdoRecordset::MoveFirst() {
-    recordset_.run(u"MoveFirst");
-}
-
-void AdoRecordset::MoveNext() {
-    recordset_.run(u"MoveNext");
-}
-
-std::int32_t AdoRecordset::RecordCount() const {
-    return recordset_.number(u"RecordCount");
-}
-
 std::int32_t AdoRecordset::AbsolutePosition() const {
     // Before the first and past the last row ADO answers with codes of its own, all negative.
     return std::max(recordset_.number(u"AbsolutePosition"), std::int32_t{-1});
-}
-
-void AdoRecordset::AbsolutePosition(std::int32_t position) {
-    recordset_.put(u"AbsolutePosition", OwnedVariant(position));
-}
-
-std::int32_t AdoRecordset::FieldCount() const {
-    return fields().number(u"Count");
-}
-
-std::string AdoRecordset::FieldName(std::int32_t position) const {
-    return field(position).text(u"Name");
-}
-
-Variant AdoRecordset::Fields(std::int32_t position) const {
-    return field(position).value(u"Value");
 }
 
 Variant AdoRecordset::Fields(std::string_view name) const {
@@ -93,10 +49,6 @@ Variant AdoRecordset::Fields(std::string_view name) const {
         known = std::prev(byName_.end());
     }
     return known->second.value(u"Value");
-}
-
-ObjectRef<Recordset> AdoRecordset::Clone() const {
-    return makeObject<AdoRecordset>(recordset_.object(u"Clone"));
 }
 
 }  // namespace pxtarvo::windows

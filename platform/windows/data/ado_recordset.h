@@ -16,25 +16,27 @@ class AdoRecordset : public Recordset {
   public:
     /// `recordset` may be empty: every member then raises 91.
     explicit AdoRecordset(Dispatch recordset) : recordset_(std::move(recordset)) {}
-    /// A new, closed one; 429 where ADO is not installed.
-    static ObjectRef<Recordset> create();
 
     void Open(std::string_view source, const ObjectRef<Connection>& connection, std::int32_t cursorType,
               std::int32_t lockType, std::int32_t options) override;
     void Close() override;
-    std::int32_t State() const override;
-    bool Bof() const override;
-    bool Eof() const override;
-    void MoveFirst() override;
-    void MoveNext() override;
-    std::int32_t RecordCount() const override;
+    std::int32_t State() const override { return recordset_.number(u"State"); }
+    bool Bof() const override { return recordset_.truth(u"BOF"); }
+    bool Eof() const override { return recordset_.truth(u"EOF"); }
+    void MoveFirst() override { recordset_.run(u"MoveFirst"); }
+    void MoveNext() override { recordset_.run(u"MoveNext"); }
+    std::int32_t RecordCount() const override { return recordset_.number(u"RecordCount"); }
     std::int32_t AbsolutePosition() const override;
-    void AbsolutePosition(std::int32_t position) override;
-    std::int32_t FieldCount() const override;
-    std::string FieldName(std::int32_t position) const override;
-    Variant Fields(std::int32_t position) const override;
+    void AbsolutePosition(std::int32_t position) override {
+        recordset_.put(u"AbsolutePosition", OwnedVariant(position));
+    }
+    std::int32_t FieldCount() const override { return fields().number(u"Count"); }
+    std::string FieldName(std::int32_t position) const override { return field(position).text(u"Name"); }
+    Variant Fields(std::int32_t position) const override { return field(position).value(u"Value"); }
     Variant Fields(std::string_view name) const override;
-    ObjectRef<Recordset> Clone() const override;
+    ObjectRef<Recordset> Clone() const override {
+        return makeObject<AdoRecordset>(recordset_.object(u"Clone"));
+    }
 
   private:
     const Dispatch& fields() const;

@@ -1,5 +1,4 @@
-// Everything that is clicked, and what stands around it: push buttons, option buttons, check boxes, frames
-// and shapes.
+// Everything that is clicked, and what stands around it: push buttons, option buttons, check boxes, frames.
 
 #include "platform/windows/screen/control_view.h"
 #include "platform/windows/screen/window_view.h"
@@ -8,10 +7,12 @@ namespace pxtarvo::windows {
 
 namespace {
 
+/// Also a frame, whose inside is the window's own background.
 class ButtonView : public ControlView {
   public:
-    ButtonView(WindowView& parent, Control& control, DWORD style) : ControlView(parent, control) {
-        create(WC_BUTTONW, WS_TABSTOP | style, 0, control.plan().caption);
+    ButtonView(WindowView& parent, Control& control, DWORD style, DWORD extendedStyle = 0)
+        : ControlView(parent, control) {
+        create(WC_BUTTONW, style, extendedStyle, control.plan().caption);
     }
 
     void command(WORD code) override {
@@ -28,7 +29,7 @@ class ButtonView : public ControlView {
 class PushButtonView : public ButtonView {
   public:
     PushButtonView(WindowView& parent, PushButton& button)
-        : ButtonView(parent, button, BS_PUSHBUTTON), button_(button) {}
+        : ButtonView(parent, button, WS_TABSTOP | BS_PUSHBUTTON), button_(button) {}
 
     void activate() override { button_.window().handle(button_.onClick); }
 
@@ -41,7 +42,7 @@ template <class Marked>
 class MarkView : public ButtonView {
   public:
     MarkView(WindowView& parent, Marked& marked, DWORD style)
-        : ButtonView(parent, marked, style), marked_(marked) {
+        : ButtonView(parent, marked, WS_TABSTOP | style), marked_(marked) {
         mark();
     }
 
@@ -62,45 +63,14 @@ class MarkView : public ButtonView {
     Marked& marked_;
 };
 
-class FrameView : public ControlView {
-  public:
-    FrameView(WindowView& parent, Frame& frame) : ControlView(parent, frame) {
-        // Its inside is the window's own background.
-        create(WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT, frame.plan().caption);
-    }
-
-    HBRUSH colors(UINT, HDC dc) override {
-        SetBkMode(dc, TRANSPARENT);
-        return GetSysColorBrush(COLOR_BTNFACE);
-    }
-};
-
-/// The window paints it.
-class ShapeView : public ControlView {
-  public:
-    using ControlView::ControlView;
-};
-
 }  // namespace
 
-std::unique_ptr<ControlView> makePushButtonView(WindowView& parent, PushButton& button) {
-    return std::make_unique<PushButtonView>(parent, button);
-}
-
-std::unique_ptr<ControlView> makeOptionView(WindowView& parent, OptionButton& option) {
-    return std::make_unique<MarkView<OptionButton>>(parent, option, BS_RADIOBUTTON);
-}
-
-std::unique_ptr<ControlView> makeCheckView(WindowView& parent, CheckBox& check) {
-    return std::make_unique<MarkView<CheckBox>>(parent, check, BS_CHECKBOX);
-}
-
-std::unique_ptr<ControlView> makeFrameView(WindowView& parent, Frame& frame) {
-    return std::make_unique<FrameView>(parent, frame);
-}
-
-std::unique_ptr<ControlView> makeShapeView(WindowView& parent, Shape& shape) {
-    return std::make_unique<ShapeView>(parent, shape);
+std::unique_ptr<ControlView> makeButtonView(WindowView& parent, Control& control) {
+    if (auto view = viewOfKind<PushButtonView, PushButton>(parent, control)) return view;
+    if (auto view = viewOfKind<MarkView<OptionButton>, OptionButton>(parent, control, BS_RADIOBUTTON))
+        return view;
+    if (auto view = viewOfKind<MarkView<CheckBox>, CheckBox>(parent, control, BS_CHECKBOX)) return view;
+    return viewOfKind<ButtonView, Frame>(parent, control, BS_GROUPBOX, WS_EX_TRANSPARENT);
 }
 
 }  // namespace pxtarvo::windows

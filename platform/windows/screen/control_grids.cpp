@@ -212,12 +212,9 @@ class GridView : public ReportView {
 
 }  // namespace
 
-std::unique_ptr<ControlView> makeListView(WindowView& parent, ListView& list) {
-    return std::make_unique<ListControlView>(parent, list);
-}
-
-std::unique_ptr<ControlView> makeGridView(WindowView& parent, DataGrid& grid) {
-    return std::make_unique<GridView>(parent, grid);
+std::unique_ptr<ControlView> makeGridView(WindowView& parent, Control& control) {
+    if (auto view = viewOfKind<ListControlView, ListView>(parent, control)) return view;
+    return viewOfKind<GridView, DataGrid>(parent, control);
 }
 
 }  // namespace pxtarvo::windows

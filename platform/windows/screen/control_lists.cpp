@@ -98,12 +98,9 @@ class ProgressView : public ControlView {
 
 }  // namespace
 
-std::unique_ptr<ControlView> makeComboView(WindowView& parent, ComboBox& combo) {
-    return std::make_unique<ComboView>(parent, combo);
-}
-
-std::unique_ptr<ControlView> makeProgressView(WindowView& parent, ProgressBar& bar) {
-    return std::make_unique<ProgressView>(parent, bar);
+std::unique_ptr<ControlView> makeListView(WindowView& parent, Control& control) {
+    if (auto view = viewOfKind<ComboView, ComboBox>(parent, control)) return view;
+    return viewOfKind<ProgressView, ProgressBar>(parent, control);
 }
 
 }  // namespace pxtarvo::windows

@@ -12,13 +12,6 @@ namespace pxtarvo::windows {
 
 namespace {
 
-/// A colour with this bit is the number of a system colour.
-constexpr std::uint32_t systemColorBit = 0x80000000;
-
-COLORREF realColor(std::uint32_t color) {
-    return color & systemColorBit ? GetSysColor(static_cast<int>(color & 0xFF)) : color;
-}
-
 /// The ANSI code that a key press has in the language, 0 for a character outside the code page's bytes.
 std::int16_t ansiCode(wchar_t character) {
     char bytes[2]{};
@@ -88,9 +81,9 @@ class TextView : public ControlView {
 
     HBRUSH colors(UINT message, HDC dc) override {
         if (message != WM_CTLCOLOREDIT) return nullptr;  // a disabled box keeps its grey
-        if (!brush_) brush_.reset(CreateSolidBrush(realColor(box_.backColor())));
-        SetBkColor(dc, realColor(box_.backColor()));
-        SetTextColor(dc, realColor(box_.foreColor()));
+        if (!brush_) brush_.reset(CreateSolidBrush(box_.backColor()));
+        SetBkColor(dc, box_.backColor());
+        SetTextColor(dc, box_.foreColor());
         return brush_.get();
     }
 
@@ -188,12 +181,9 @@ class LabelView : public ControlView {
 
 }  // namespace
 
-std::unique_ptr<ControlView> makeTextView(WindowView& parent, TextBox& box) {
-    return std::make_unique<TextView>(parent, box);
-}
-
-std::unique_ptr<ControlView> makeLabelView(WindowView& parent, Label& label) {
-    return std::make_unique<LabelView>(parent, label);
+std::unique_ptr<ControlView> makeTextView(WindowView& parent, Control& control) {
+    if (auto view = viewOfKind<TextView, TextBox>(parent, control)) return view;
+    return viewOfKind<LabelView, Label>(parent, control);
 }
 
 }  // namespace pxtarvo::windows

@@ -84,31 +84,10 @@ LRESULT ControlView::message(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 std::unique_ptr<ControlView> makeView(WindowView& parent, Control& control) {
-    switch (control.kind()) {
-        case ControlKind::TextBox:
-            return makeTextView(parent, static_cast<TextBox&>(control));
-        case ControlKind::Label:
-            return makeLabelView(parent, static_cast<Label&>(control));
-        case ControlKind::Frame:
-            return makeFrameView(parent, static_cast<Frame&>(control));
-        case ControlKind::OptionButton:
-            return makeOptionView(parent, static_cast<OptionButton&>(control));
-        case ControlKind::ComboBox:
-            return makeComboView(parent, static_cast<ComboBox&>(control));
-        case ControlKind::CheckBox:
-            return makeCheckView(parent, static_cast<CheckBox&>(control));
-        case ControlKind::PushButton:
-            return makePushButtonView(parent, static_cast<PushButton&>(control));
-        case ControlKind::ProgressBar:
-            return makeProgressView(parent, static_cast<ProgressBar&>(control));
-        case ControlKind::ListView:
-            return makeListView(parent, static_cast<ListView&>(control));
-        case ControlKind::DataGrid:
-            return makeGridView(parent, static_cast<DataGrid&>(control));
-        case ControlKind::Shape:
-            return makeShapeView(parent, static_cast<Shape&>(control));
+    for (const auto make : {makeTextView, makeButtonView, makeListView, makeGridView}) {
+        if (auto view = make(parent, control)) return view;
     }
-    return nullptr;
+    return std::make_unique<ControlView>(parent, control);
 }
 
 }  // namespace pxtarvo::windows

@@ -69,20 +69,20 @@ class ControlView {
     bool takingFocus_ = false;
 };
 
-/// The view that shows a control of this kind.
+/// The view that shows a control of this kind; a bare one for a shape, which the window paints.
 std::unique_ptr<ControlView> makeView(WindowView& parent, Control& control);
 
-// By kind.
-std::unique_ptr<ControlView> makeTextView(WindowView& parent, TextBox& box);
-std::unique_ptr<ControlView> makeLabelView(WindowView& parent, Label& label);
-std::unique_ptr<ControlView> makeFrameView(WindowView& parent, Frame& frame);
-std::unique_ptr<ControlView> makeShapeView(WindowView& parent, Shape& shape);
-std::unique_ptr<ControlView> makePushButtonView(WindowView& parent, PushButton& button);
-std::unique_ptr<ControlView> makeOptionView(WindowView& parent, OptionButton& option);
-std::unique_ptr<ControlView> makeCheckView(WindowView& parent, CheckBox& check);
-std::unique_ptr<ControlView> makeComboView(WindowView& parent, ComboBox& combo);
-std::unique_ptr<ControlView> makeProgressView(WindowView& parent, ProgressBar& bar);
-std::unique_ptr<ControlView> makeListView(WindowView& parent, ListView& list);
-std::unique_ptr<ControlView> makeGridView(WindowView& parent, DataGrid& grid);
+// What makeView() asks one after the other; each answers with nothing for a control of another kind.
+std::unique_ptr<ControlView> makeTextView(WindowView& parent, Control& control);
+std::unique_ptr<ControlView> makeButtonView(WindowView& parent, Control& control);
+std::unique_ptr<ControlView> makeListView(WindowView& parent, Control& control);
+std::unique_ptr<ControlView> makeGridView(WindowView& parent, Control& control);
+
+/// A view of this class where `control` is of the class that it shows.
+template <class View, class Shown, class... Arguments>
+std::unique_ptr<ControlView> viewOfKind(WindowView& parent, Control& control, Arguments... arguments) {
+    auto* const shown = dynamic_cast<Shown*>(&control);
+    return shown ? std::make_unique<View>(parent, *shown, arguments...) : nullptr;
+}
 
 }  // namespace pxtarvo::windows

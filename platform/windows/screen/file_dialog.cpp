@@ -45,14 +45,12 @@ bool WindowsDesktop::getOpenFileName(OpenFileName& record) {
     dialog.lStructSize = sizeof(dialog);
     dialog.hInstance = moduleHandle();
     dialog.lpstrFilter = filter.c_str();
-    dialog.nFilterIndex = record.nFilterIndex;
     dialog.lpstrFile = file.data();
     dialog.nMaxFile = record.nMaxFile;
     dialog.lpstrFileTitle = fileTitle.data();
     dialog.nMaxFileTitle = record.nMaxFileTitle;
     dialog.lpstrInitialDir = folder.c_str();
     dialog.lpstrTitle = title.c_str();
-    dialog.Flags = record.Flags;
 
     const ThemeScope theme;
     if (!GetOpenFileNameA(reinterpret_cast<OPENFILENAMEA*>(&dialog))) return false;

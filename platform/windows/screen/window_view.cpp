@@ -1,6 +1,7 @@
 #include "platform/windows/screen/window_view.h"
 
 #include <algorithm>
+#include <mutex>
 #include <ranges>
 
 #include "platform/windows/screen/window_handles.h"
@@ -42,6 +43,29 @@ int dpiOf(HWND window) {
     return dpi;
 }
 
+/// The name of the windows' class, which is registered as long as a window uses it, so that it is gone before
+/// the DLL is. Raises 7 (out of memory) when Windows refuses.
+std::shared_ptr<const wchar_t> windowClass(WNDPROC procedure) {
+    static std::mutex lock;
+    static std::weak_ptr<const wchar_t> registered;
+    const std::lock_guard guard(lock);
+    if (auto name = registered.lock()) return name;
+    WNDCLASSEXW description{};
+    description.cbSize = sizeof(description);
+    description.lpfnWndProc = procedure;
+    description.hInstance = moduleHandle();
+    description.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
+    description.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
+    description.lpszClassName = L"PXTarvoWindow";
+    const ATOM atom = RegisterClassExW(&description);
+    if (atom == 0) throw RuntimeError(ErrorNumber::OutOfMemory);
+    const std::shared_ptr<const wchar_t> name(MAKEINTATOM(atom), [](const wchar_t* registeredName) {
+        UnregisterClassW(registeredName, moduleHandle());
+    });
+    registered = name;
+    return name;
+}
+
 SIZE sizeOf(const RECT& rect) {
     return {rect.right - rect.left, rect.bottom - rect.top};
 }
@@ -49,10 +73,10 @@ SIZE sizeOf(const RECT& rect) {
 }  // namespace
 
 WindowView::WindowView(WindowsDesktop& desktop, Window& window)
-    : desktop_(desktop), window_(window), class_(WindowClass::use(&WindowView::procedure)) {
+    : desktop_(desktop), window_(window), class_(windowClass(&WindowView::procedure)) {
     const ThemeScope theme;
-    CreateWindowExW(windowExtendedStyle, class_->name(), WideText(window.caption()).c_str(), windowStyle, 0,
-                    0, 0, 0, nullptr, nullptr, moduleHandle(), this);
+    CreateWindowExW(windowExtendedStyle, class_.get(), WideText(window.caption()).c_str(), windowStyle, 0, 0,
+                    0, 0, nullptr, nullptr, moduleHandle(), this);
     if (!handle_) throw RuntimeError(ErrorNumber::OutOfMemory);
     try {
         createControls();

@@ -3,16 +3,13 @@
 // The real window behind a Window: shows its controls, observes them, and passes on what the user does by the
 // rules of key preview and focus that hold in every message loop.
 
-#include <chrono>
 #include <exception>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "platform/window.h"
 #include "platform/windows/screen/control_view.h"
 #include "platform/windows/screen/gdi_object.h"
-#include "platform/windows/screen/window_class.h"
 
 namespace pxtarvo::windows {
 
@@ -118,7 +115,7 @@ class WindowView : public ControlObserver {
 
     WindowsDesktop& desktop_;
     Window& window_;
-    std::shared_ptr<WindowClass> class_;
+    std::shared_ptr<const wchar_t> class_;  ///< name of the class that it keeps registered
     HWND handle_ = nullptr;
     int dpi_ = 96;
     int fieldHeight_ = 0;

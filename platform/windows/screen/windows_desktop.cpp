@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "platform/window.h"
-#include "platform/windows/screen/modal_block.h"
 #include "platform/windows/screen/window_view.h"
 #include "platform/windows/system/module_theme.h"
 #include "platform/windows/system/wide_text.h"
@@ -20,21 +19,44 @@ constexpr auto frame = 16ms;
 /// How long keys that were sent may take until they have been worked off.
 constexpr auto sentKeysLimit = 1s;
 
-constexpr UINT iconOf(MessageIcon icon) {
-    switch (icon) {
-        case MessageIcon::Information:
-            return MB_ICONINFORMATION;
-        case MessageIcon::Warning:
-            return MB_ICONWARNING;
-        case MessageIcon::Critical:
-            return MB_ICONERROR;
-        case MessageIcon::Question:
-            return MB_ICONQUESTION;
-        case MessageIcon::None:
-            break;
+/// By MessageIcon.
+constexpr UINT icons[] = {0, MB_ICONINFORMATION, MB_ICONWARNING, MB_ICONERROR, MB_ICONQUESTION};
+
+/// Makes a window modal while it lives: disables the thread's other enabled top-level windows, and at the end
+/// enables exactly those again and gives the activation back.
+class ModalBlock {
+  public:
+    explicit ModalBlock(HWND modal) : modal_(modal), active_(GetActiveWindow()) {
+        EnumThreadWindows(GetCurrentThreadId(), &ModalBlock::disable, reinterpret_cast<LPARAM>(this));
     }
-    return 0;
-}
+    ModalBlock(const ModalBlock&) = delete;
+    ModalBlock& operator=(const ModalBlock&) = delete;
+    ~ModalBlock() {
+        for (const HWND window : disabled_) {
+            if (IsWindow(window)) EnableWindow(window, TRUE);
+        }
+        // Before the modal window goes: Windows would activate whichever window comes next, another
+        // program's too.
+        const HWND now = GetActiveWindow();
+        if (IsWindow(active_) && IsWindowVisible(active_) && (!now || now == modal_))
+            SetActiveWindow(active_);
+    }
+
+  private:
+    static BOOL CALLBACK disable(HWND window, LPARAM block) {
+        auto& self = *reinterpret_cast<ModalBlock*>(block);
+        // The input method's own windows are no windows that a user works in.
+        const bool inputMethod = (GetClassLongPtrW(window, GCL_STYLE) & CS_IME) != 0;
+        if (window == self.modal_ || inputMethod || !IsWindowEnabled(window)) return TRUE;
+        self.disabled_.push_back(window);
+        EnableWindow(window, FALSE);
+        return TRUE;
+    }
+
+    HWND modal_;
+    HWND active_;  ///< before the modal window
+    std::vector<HWND> disabled_;
+};
 
 /// The screen's pointer outlives every window and desktop of its thread.
 thread_local PointerShape currentPointer = PointerShape::Default;
@@ -148,10 +170,6 @@ void WindowsDesktop::sendKeys(std::string_view keys, bool wait) {
     awaitingTab_ = false;
 }
 
-void WindowsDesktop::keyWorkedOff(WPARAM key) noexcept {
-    if (key == VK_TAB) awaitingTab_ = false;
-}
-
 void WindowsDesktop::pointer(PointerShape shape) {
     currentPointer = shape;
     if (!showPointer()) SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW)));
@@ -167,15 +185,6 @@ bool WindowsDesktop::showPointer() const {
     return true;
 }
 
-void WindowsDesktop::unloaded(Window&) {
-    // A run that is under way hides it at its next yield.
-    wake();
-}
-
-bool WindowsDesktop::uncovered(const WindowView& view) const noexcept {
-    return top() == &view;
-}
-
 MessageAnswer WindowsDesktop::showMessage(const Message& message) {
     WindowView* view = top();
     if (view) view->settle();
@@ -185,7 +194,7 @@ MessageAnswer WindowsDesktop::showMessage(const Message& message) {
     HWND owner = GetActiveWindow();
     if (!owner && view) owner = view->handle();
     if (owner && !IsWindowVisible(owner)) owner = nullptr;
-    UINT style = iconOf(message.icon);
+    UINT style = icons[static_cast<std::size_t>(message.icon)];
     if (!owner) style |= MB_TASKMODAL | MB_SETFOREGROUND;
     const bool question = message.buttons == MessageButtons::YesNo;
     if (question) style |= MB_YESNO;

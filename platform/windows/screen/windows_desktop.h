@@ -26,18 +26,21 @@ class WindowsDesktop : public Desktop {
     void sendKeys(std::string_view keys, bool wait) override;
     void pointer(PointerShape shape) override;
     PointerShape pointer() const override;
-    void unloaded(Window& window) override;
+    /// A run that is under way hides it at its next yield.
+    void unloaded(Window&) override { wake(); }
 
     // For the windows.
 
     /// Whether nothing of ours lies over the window.
-    bool uncovered(const WindowView& view) const noexcept;
+    bool uncovered(const WindowView& view) const noexcept { return top() == &view; }
     /// Sets the pointer while it is over a window; false when the control's own is to be used.
     bool showPointer() const;
     /// Makes the loop that waits look at its window's end.
     static void wake() noexcept { PostMessageW(nullptr, WM_NULL, 0, 0); }
     /// The handlers of a key's release have returned.
-    void keyWorkedOff(WPARAM key) noexcept;
+    void keyWorkedOff(WPARAM key) noexcept {
+        if (key == VK_TAB) awaitingTab_ = false;
+    }
 
   protected:
     MessageAnswer showMessage(const Message& message) override;

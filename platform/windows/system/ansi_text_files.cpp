@@ -1,7 +1,6 @@
 #include "platform/windows/system/ansi_text_files.h"
 
 #include "platform/values/runtime_error.h"
-#include "platform/windows/system/wide_text.h"
 
 namespace pxtarvo::windows {
 
@@ -106,14 +105,6 @@ class HandleFile : public SystemFile {
 
 std::unique_ptr<SystemFile> AnsiTextFiles::openFile(std::string_view path, bool forOutput) {
     return std::make_unique<HandleFile>(path, forOutput);
-}
-
-std::string AnsiTextFiles::encoded(std::string_view text) const {
-    return toAnsi(text);
-}
-
-std::string AnsiTextFiles::decoded(std::string_view bytes) const {
-    return fromAnsi(bytes);
 }
 
 }  // namespace pxtarvo::windows

@@ -1,7 +1,5 @@
 #include "platform/windows/system/user_locale.h"
 
-#include <string_view>
-
 #include "platform/values/text.h"
 #include "platform/windows/system/wide_text.h"
 
