@@ -41,7 +41,7 @@ struct Use {
     }
 };
 
-constexpr int openings = 100;
+constexpr int openings = 200;
 constexpr int warm = 20;
 
 /// Holds the uses at the last of the openings against those when everything had been opened a few times.
