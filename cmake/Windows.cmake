@@ -2,7 +2,7 @@
 add_compile_definitions(UNICODE _UNICODE _WIN32_WINNT=0x0${PXTARVO_OLDEST_MAJOR}0${PXTARVO_OLDEST_MINOR})
 enable_testing()
 
-add_room(automation platform/windows/automation PUBLIC values ole32 oleaut32 uuid)
+add_room(automation platform/windows/automation SEPARATE PUBLIC values ole32 oleaut32 uuid)
 add_room(windows_data platform/windows/data PUBLIC automation platform)
 add_room(windows_system platform/windows/system PUBLIC platform values)
 add_room(windows_screen platform/windows/screen PUBLIC windows_system platform PRIVATE values comctl32 comdlg32 gdi32)

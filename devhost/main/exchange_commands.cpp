@@ -41,6 +41,8 @@ template <class... Functions>
 struct Overloaded : Functions... {
     using Functions::operator()...;
 };
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
 
 /// The text with "\t", "\n", "\r" and "\\" in place of the characters that end a cell or a line, and of the
 /// backslash.

@@ -232,7 +232,8 @@ TEST(Conversion, AddsInTheWiderType) {
         {1.7e308, 1.7e308, overflow},     {Currency{mostCurrency}, Currency{1}, overflow},
         {Currency{1}, 1e300, overflow},   {mostDecimal, Decimal{.low = 5, .scale = 1}, overflow},
     };
-    for (const auto& [a, b, number] : failures) EXPECT_EQ(errorOf([&] { sum(a, b, es); }), number);
+    for (const auto& [a, b, number] : failures)
+        EXPECT_EQ(errorOf([&, &a = a, &b = b] { sum(a, b, es); }), number);
 }
 
 TEST(Conversion, WritesPlainAndGroupedNumbers) {

@@ -297,7 +297,7 @@ TEST(JetConnection, ReadsConnectionStringsAsOleDbDoes) {
     };
     for (const auto& [text, number] : cases) {
         const auto connection = makeObject<JetConnection>(DrivePaths());
-        EXPECT_EQ(tests::errorOf([&] {
+        EXPECT_EQ(tests::errorOf([&, &text = text] {
                       connection->ConnectionString(text);
                       connection->Open("", "", adOptionUnspecified);
                   }),
