@@ -19,7 +19,9 @@ class DatabaseImage {
     void showIn(sqlite3* connection, const char* schema) const;
 
   private:
-    sqlite3_int64 size_ = 0;  ///< set as the bytes are made
+    void readFile(sqlite3* database);
+
+    sqlite3_int64 size_ = 0;
     portable::SqliteMemory bytes_;
 };
 

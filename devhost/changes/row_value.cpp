@@ -5,6 +5,7 @@
 namespace pxtarvo::devhost {
 
 std::string_view RowValue::text() const noexcept {
+    if (type() == SQLITE_TEXT) return bytes();
     const auto* text = value_ ? reinterpret_cast<const char*>(sqlite3_value_text(value_)) : nullptr;
     return text ? std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value_)))
                 : std::string_view();

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <future>
 #include <iterator>
+#include <optional>
 
 #include "devhost/changes/changeset_writer.h"
 #include "platform/values/text.h"
@@ -12,16 +13,18 @@ namespace pxtarvo::devhost {
 
 namespace {
 
+constexpr std::size_t parts = std::size(tablasHost) * 2;
+
 class Comparing {
   public:
     Comparing(const BeforeAndAfter& states, bool wantsChangeset, const VisitorOf& visitorOf)
         : states_(states), wantsChangeset_(wantsChangeset), visitorOf_(visitorOf) {}
 
-    /// Takes tables until none is left.
+    /// Takes parts until none is left.
     void work() {
         const portable::DatabaseHandle connection = states_.open();
-        for (std::size_t at = next_++; at < std::size(tablasHost); at = next_++) {
-            changesets_[at] = compare(connection.get(), tablasHost[at]);
+        for (std::size_t at = next_++; at < parts; at = next_++) {
+            changesets_[at] = compare(connection.get(), tablasHost[at / 2], at % 2);
         }
     }
 
@@ -35,36 +38,46 @@ class Comparing {
     }
 
   private:
-    std::string compare(sqlite3* connection, const Tabla& table) {
+    /// The next row's key; nothing past the last row.
+    static std::optional<std::int64_t> next(sqlite3_stmt* rows, int key) {
+        if (!portable::step(rows)) return std::nullopt;
+        return sqlite3_column_int64(rows, key);
+    }
+
+    std::string compare(sqlite3* connection, const Tabla& table, std::size_t half) {
         const TableColumns columns(connection, table.sNombre);
         if (!columns.exists()) return {};
         const int key = columns.key();
         const int count = static_cast<int>(columns.names().size());
+        const std::string keyName = joined({"\"", columns.names().at(static_cast<std::size_t>(key)), "\""});
+        const auto middle = portable::prepare(
+            connection,
+            joined({"SELECT (min(", keyName, ") + max(", keyName, ")) / 2 FROM main.", table.sNombre}));
+        portable::step(middle.get());
         const auto rows = [&](std::string_view schema) {
-            return portable::prepare(connection,
-                                     joined({"SELECT * FROM ", schema, ".", table.sNombre, " ORDER BY \"",
-                                             columns.names().at(static_cast<std::size_t>(key)), "\""}));
+            auto query = portable::prepare(
+                connection, joined({"SELECT * FROM ", schema, ".", table.sNombre, " WHERE ", keyName,
+                                    half == 0 ? " <= ?1" : " > ?1", " ORDER BY ", keyName}));
+            sqlite3_bind_int64(query.get(), 1, sqlite3_column_int64(middle.get(), 0));
+            return query;
         };
         const auto before = rows(BeforeAndAfter::beforeSchema);
         const auto after = rows("main");
-        const RowVisitor visitor = visitorOf_ ? visitorOf_(table, columns) : RowVisitor();
+        const RowVisitor visitor = visitorOf_ ? visitorOf_({table, columns, half}) : RowVisitor();
         ChangesetWriter writer(table.sNombre, count, key);
         RowPair pair(before.get(), after.get(), count);
-        bool hasBefore = portable::step(before.get());
-        bool hasAfter = portable::step(after.get());
         bool any = false;
-        const auto keyOf = [&](const portable::StatementHandle& row) {
-            return sqlite3_column_int64(row.get(), key);
-        };
-        while (hasBefore || hasAfter) {
-            const bool takesBefore = hasBefore && (!hasAfter || keyOf(before) <= keyOf(after));
-            const bool takesAfter = hasAfter && (!hasBefore || keyOf(after) <= keyOf(before));
+        auto keyBefore = next(before.get(), key);
+        auto keyAfter = next(after.get(), key);
+        while (keyBefore || keyAfter) {
+            const bool takesBefore = keyBefore && (!keyAfter || *keyBefore <= *keyAfter);
+            const bool takesAfter = keyAfter && (!keyBefore || *keyAfter <= *keyBefore);
             pair.take(takesBefore, takesAfter);
             any = any || pair.change() != RowChange::None;
             if (wantsChangeset_) writer.row(pair);
             if (visitor) visitor(pair);
-            if (takesBefore) hasBefore = portable::step(before.get());
-            if (takesAfter) hasAfter = portable::step(after.get());
+            if (takesBefore) keyBefore = next(before.get(), key);
+            if (takesAfter) keyAfter = next(after.get(), key);
         }
         if (any) any_ = true;
         return writer.take();
@@ -75,7 +88,7 @@ class Comparing {
     const VisitorOf& visitorOf_;
     std::atomic<std::size_t> next_ = 0;
     std::atomic<bool> any_ = false;
-    std::array<std::string, std::size(tablasHost)> changesets_;
+    std::array<std::string, parts> changesets_;
 };
 
 }  // namespace

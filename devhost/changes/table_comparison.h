@@ -3,6 +3,7 @@
 // What a run really changed: each table as it was beside the table as it is. A session of SQLite that records
 // while the run writes would double the run's time, and its own comparison takes more than twice this one's.
 
+#include <cstddef>
 #include <functional>
 #include <string>
 
@@ -13,10 +14,17 @@
 
 namespace pxtarvo::devhost {
 
-/// Sees the rows of one table in the order of their keys, those that did not change among them.
+/// Half of a table's keys, so that two threads have as much to do.
+struct TablePart {
+    const Tabla& table;
+    const TableColumns& columns;
+    std::size_t half;  ///< 0 the lower one, 1 the upper one
+};
+
+/// Sees the rows of a part in the order of their keys, those that did not change among them.
 using RowVisitor = std::function<void(const RowPair&)>;
-/// Who sees the rows of a table; may be empty and may give nobody.
-using VisitorOf = std::function<RowVisitor(const Tabla&, const TableColumns&)>;
+/// Who sees the rows of a part; may be empty and may give nobody.
+using VisitorOf = std::function<RowVisitor(const TablePart&)>;
 
 struct RunChanges {
     bool any = false;

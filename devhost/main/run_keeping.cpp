@@ -59,7 +59,7 @@ RunKeeping::RunKeeping(const CommonOptions& options, const WindowCommand& comman
     if (reports_ && command.list) {
         findings_.emplace(*command.list);
         watch_->wanted = findings_->wanted();
-        watch_->onRow = [this](ListRow row) { findings_->row(std::move(row)); };
+        watch_->onRow = [this](ListRow& row) { findings_->row(row); };
     }
 }
 
@@ -117,8 +117,6 @@ void RunKeeping::takeEnding(const DevHost& host, const RunEnding& ending) {
 }
 
 void RunKeeping::takeList(const RunEnding& ending) {
-    if (listPlace_.empty()) return;
-    report_.list = describeListFile(listPlace_);
     if (!report_.list) return;
     ListFile& list = *report_.list;
     list.year = command_.year;
@@ -152,34 +150,49 @@ void RunKeeping::findFurtherFaults() {
 
 ListPrice RunKeeping::listPrice() {
     if (!findings_ || command_.list->columns.nPrecio < 0) return {};
-    return [&findings = findings_->settled()](std::string_view code) { return findings.lastPrice(code); };
+    return [&findings = findings_->settled(), next = std::size_t(0)](std::string_view code) mutable {
+        return findings.lastPrice(code, next);
+    };
 }
 
-/// Keeps the changes, and takes the facts from the same comparison.
-void RunKeeping::takeChanges() {
-    if (!log_) return;
+/// Takes the facts from the comparison that gives the changes; what is left to do is to write these down.
+std::future<void> RunKeeping::takeChanges() {
+    if (!log_) return {};
     const BeforeAndAfter states = log_->end();
     log_.reset();
     FactGathering facts(listPrice());
-    const RunChanges changes =
-        compareTables(states, changesFile_.has_value(), [&](const Tabla& table, const TableColumns& columns) {
-            return reports_ ? facts.visitor(table, columns) : RowVisitor();
+    RunChanges changes = compareTables(states, changesFile_.has_value(), [&](const TablePart& part) {
+        return reports_ ? facts.visitor(part) : RowVisitor();
+    });
+    std::future<void> written;
+    if (changesFile_) {
+        written = std::async(std::launch::async, [this, changeset = std::move(changes.changeset)] {
+            changesFile_->write(changeset);
         });
-    if (changesFile_) changesFile_->write(changes.changeset);
+    }
     report_.facts = facts.finish(states);
     report_.facts.changed = changes.any;
+    return written;
 }
 
 void RunKeeping::finish(DevHost& host, const RunEnding& ending) {
-    takeChanges();
-    if (!reports_) return;
-    takeEnding(host, ending);
-    takeList(ending);
-    if (!options_.report.empty()) {
-        std::ofstream page(options_.report, std::ios::binary | std::ios::trunc);
-        page << reportPage(report_);
-        page.close();
-        if (!page) throw std::runtime_error("'" + options_.report + "' could not be written whole");
+    auto list = std::async(std::launch::async, [this]() -> std::optional<ListFile> {
+        return reports_ && !listPlace_.empty() ? describeListFile(listPlace_) : std::nullopt;
+    });
+    std::future<void> changesWritten = takeChanges();
+    std::string page;
+    report_.list = list.get();
+    if (reports_) {
+        takeEnding(host, ending);
+        takeList(ending);
+        if (!options_.report.empty()) page = reportPage(report_);
+    }
+    if (changesWritten.valid()) changesWritten.get();
+    if (!page.empty()) {
+        std::ofstream file(options_.report, std::ios::binary | std::ios::trunc);
+        file << page;
+        file.close();
+        if (!file) throw std::runtime_error("'" + options_.report + "' could not be written whole");
     }
     if (!options_.csvFolder.empty()) writeReportTables(report_, options_.csvFolder);
 }

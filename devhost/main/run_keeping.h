@@ -2,6 +2,7 @@
 
 // What the options ask to be kept of a run: its changes, the report, the report's tables.
 
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,7 +39,7 @@ class RunKeeping {
 
   private:
     void takeFields();
-    void takeChanges();
+    std::future<void> takeChanges();
     void takeEnding(const DevHost& host, const RunEnding& ending);
     void takeList(const RunEnding& ending);
     void findFurtherFaults();

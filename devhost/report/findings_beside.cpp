@@ -1,5 +1,7 @@
 #include "devhost/report/findings_beside.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace pxtarvo::devhost {
@@ -22,9 +24,10 @@ FindingsBeside::~FindingsBeside() {
     thread_.join();
 }
 
-void FindingsBeside::row(ListRow row) {
-    batch_.push_back(std::move(row));
-    if (batch_.size() == batchRows) handOver();
+void FindingsBeside::row(ListRow& row) {
+    batch_.rows.resize(batchRows);
+    std::swap(batch_.rows[batch_.used++], row);
+    if (batch_.used == batchRows) handOver();
 }
 
 void FindingsBeside::handOver() {
@@ -32,6 +35,10 @@ void FindingsBeside::handOver() {
         std::unique_lock held(guard_);
         changed_.wait(held, [&] { return waiting_.size() < mostWaiting; });
         waiting_.push_back(std::exchange(batch_, {}));
+        if (!done_.empty()) {
+            batch_ = std::move(done_.back());
+            done_.pop_back();
+        }
     }
     changed_.notify_all();
 }
@@ -49,14 +56,15 @@ void FindingsBeside::work() {
     while (true) {
         changed_.wait(held, [&] { return ending_ || !waiting_.empty(); });
         if (ending_) return;
-        const std::vector<Batch> taken = std::exchange(waiting_, {});
+        std::vector<Batch> taken = std::exchange(waiting_, {});
         working_ = true;
         held.unlock();
         changed_.notify_all();
         std::exception_ptr failure;
         try {
-            for (const Batch& batch : taken) {
-                for (const ListRow& row : batch) findings_.row(row);
+            for (Batch& batch : taken) {
+                for (std::size_t at = 0; at < batch.used; ++at) findings_.row(batch.rows[at]);
+                batch.used = 0;
             }
         } catch (...) {
             failure = std::current_exception();
@@ -64,6 +72,7 @@ void FindingsBeside::work() {
         held.lock();
         working_ = false;
         if (failure) failure_ = failure;
+        std::ranges::move(taken, std::back_inserter(done_));
         changed_.notify_all();
     }
 }

@@ -19,10 +19,31 @@ const Variant& at(const ListRow& row, std::int32_t position) {
                : row.values[static_cast<std::size_t>(position)];
 }
 
+/// A value as a text, without a copy of one that is a text already.
+class ListedText {
+  public:
+    explicit ListedText(const Variant& value) {
+        if (const auto* text = value.get<std::string>()) {
+            text_ = *text;
+        } else {
+            text_ = own_ = textOf(value);
+        }
+    }
+    ListedText(const ListedText&) = delete;
+    ListedText& operator=(const ListedText&) = delete;
+
+    std::string_view text() const noexcept { return text_; }
+    std::string_view trimmed() const noexcept { return trimBlanks(text_); }
+
+  private:
+    std::string own_;
+    std::string_view text_;
+};
+
 }  // namespace
 
 /// Letters beyond ASCII take no part, and what the comparison passes over neither.
-std::size_t ListFindings::SameCode::operator()(const std::string& code) const {
+std::size_t ListFindings::SameCode::operator()(std::string_view code) const {
     std::size_t hash = 14695981039346656037U;  // FNV-1a
     for (const char character : trimTrailingBlanks(code)) {
         const auto byte = static_cast<unsigned char>(character);
@@ -32,7 +53,7 @@ std::size_t ListFindings::SameCode::operator()(const std::string& code) const {
     return hash;
 }
 
-bool ListFindings::SameCode::operator()(const std::string& one, const std::string& other) const noexcept {
+bool ListFindings::SameCode::operator()(std::string_view one, std::string_view other) const noexcept {
     return one == other || portable::compareDealerTexts(one, other) == 0;
 }
 
@@ -55,20 +76,21 @@ std::vector<std::int32_t> ListFindings::wanted() const {
     return positions;
 }
 
-void ListFindings::add(WarningKind kind, const std::string& code, std::string value, std::int32_t otherRow,
+void ListFindings::add(WarningKind kind, std::string_view code, std::string value, std::int32_t otherRow,
                        std::string otherValue) {
-    warnings_.push_back({kind, rows_, code, std::move(value), otherRow, std::move(otherValue)});
+    warnings_.push_back({kind, rows_, std::string(code), std::move(value), otherRow, std::move(otherValue)});
 }
 
 void ListFindings::row(const ListRow& row) {
     const ColumnasLista& columns = kind_.columns;
     rows_ = row.number;
-    const std::string asItStands = textOf(at(row, columns.nCodigo));
-    const std::string code(trimBlanks(asItStands));
-    if (code.size() != asItStands.size()) add(WarningKind::BlanksAroundCode, code, asItStands);
-    if (code.find('\'') != code.npos) add(WarningKind::ApostropheInCode, code, code);
+    const ListedText asItStands(at(row, columns.nCodigo));
+    const std::string_view code = asItStands.trimmed();
+    if (code.size() != asItStands.text().size())
+        add(WarningKind::BlanksAroundCode, code, std::string(asItStands.text()));
+    if (code.find('\'') != code.npos) add(WarningKind::ApostropheInCode, code, std::string(code));
 
-    Stood stands{row.number, {}, {}};
+    Stood stands{.place = inOrder_.size(), .row = row.number, .price = {}, .listedPrice = {}};
     if (columns.nPrecio >= 0) {
         stands.listedPrice = at(row, columns.nPrecio);
         stands.price = numberOf(stands.listedPrice);
@@ -76,31 +98,41 @@ void ListFindings::row(const ListRow& row) {
             add(WarningKind::PriceNotPositive, code, textOf(stands.listedPrice));
         }
     }
-    const auto [before, fresh] = codes_.try_emplace(code, stands);
-    if (!fresh) {
+    const auto [before, fresh] = codes_.try_emplace(std::pmr::string(code, &memory_), stands);
+    if (fresh) {
+        inOrder_.push_back(&*before);
+    } else {
         add(WarningKind::RepeatedCode, code, textOf(stands.listedPrice), before->second.row,
             textOf(before->second.listedPrice));
+        stands.place = before->second.place;
         before->second = std::move(stands);
     }
 
     if (kind_.knowsGroup) {
-        const std::string group(trimBlanks(textOf(at(row, columns.nGrupo))));
+        const ListedText listed(at(row, columns.nGrupo));
+        const std::string_view group = listed.trimmed();
         if (kind_.knowsGroup(group)) {
             groupRow_ = row.number;
         } else {
-            add(WarningKind::UnknownGroup, code, group, kind_.groupCarriesOver ? groupRow_ : 0);
+            add(WarningKind::UnknownGroup, code, std::string(group), kind_.groupCarriesOver ? groupRow_ : 0);
         }
     }
 
     for (const auto& [position, size] : texts_) {
-        const std::string text(trimBlanks(textOf(at(row, position))));
-        if (text.size() > size && characterCount(text) > size) add(WarningKind::LongText, code, text);
+        const ListedText listed(at(row, position));
+        const std::string_view text = listed.trimmed();
+        if (text.size() > size && characterCount(text) > size)
+            add(WarningKind::LongText, code, std::string(text));
     }
 }
 
-std::optional<double> ListFindings::lastPrice(std::string_view code) const {
-    const auto found = codes_.find(std::string(code));
-    return found == codes_.end() ? std::nullopt : found->second.price;
+std::optional<double> ListFindings::lastPrice(std::string_view code, std::size_t& next) const {
+    if (next == inOrder_.size() || std::string_view(inOrder_[next]->first) != code) {
+        const auto found = codes_.find(code);
+        if (found == codes_.end()) return std::nullopt;
+        next = found->second.place;
+    }
+    return inOrder_[next++]->second.price;
 }
 
 }  // namespace pxtarvo::devhost

@@ -13,31 +13,35 @@ namespace pxtarvo::devhost {
 
 namespace {
 
-void appendEscaped(std::string& page, std::string_view text) {
-    for (const char character : text) {
-        switch (character) {
-            case '&':
-                page += "&amp;";
-                break;
-            case '<':
-                page += "&lt;";
-                break;
-            case '>':
-                page += "&gt;";
-                break;
-            case '"':
-                page += "&quot;";
-                break;
-            case '\'':
-                page += "&#39;";
-                break;
-            default:
-                // HTML knows no other control characters.
-                page += static_cast<unsigned char>(character) < ' ' && character != '\t' && character != '\n'
-                            ? ' '
-                            : character;
-        }
+/// What stands in a page for a character that is not itself there; empty for one that is.
+std::string_view escaped(char character) {
+    switch (character) {
+        case '&':
+            return "&amp;";
+        case '<':
+            return "&lt;";
+        case '>':
+            return "&gt;";
+        case '"':
+            return "&quot;";
+        case '\'':
+            return "&#39;";
+        default:
+            // HTML knows no other control characters.
+            return static_cast<unsigned char>(character) < ' ' && character != '\t' && character != '\n' ? " "
+                                                                                                         : "";
     }
+}
+
+void appendEscaped(std::string& page, std::string_view text) {
+    std::size_t copied = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const std::string_view instead = escaped(text[at]);
+        if (instead.empty()) continue;
+        page.append(text, copied, at - copied).append(instead);
+        copied = at + 1;
+    }
+    page.append(text, copied);
 }
 
 class Page {

@@ -1,6 +1,7 @@
 #include "devhost/report/run_facts.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/values/text.h"
 
@@ -33,46 +34,68 @@ void nameArticles(std::vector<Fact>& facts, sqlite3* connection) {
     }
 }
 
+template <class Fact>
+void append(std::vector<Fact>& facts, std::vector<Fact>& others) {
+    std::ranges::move(others, std::back_inserter(facts));
+}
+
+void append(RunFacts& facts, RunFacts& others) {
+    for (const auto list : {&RunFacts::repriced, &RunFacts::firstPriced, &RunFacts::added, &RunFacts::retired,
+                            &RunFacts::deleted}) {
+        append(facts.*list, others.*list);
+    }
+    append(facts.stock, others.stock);
+    append(facts.places, others.places);
+    for (const auto count : {&RunFacts::retiredThoughListed, &RunFacts::reactivated, &RunFacts::keptHigher,
+                             &RunFacts::supplierRowsNew, &RunFacts::supplierRowsChanged,
+                             &RunFacts::discountTexts, &RunFacts::historyRows}) {
+        facts.*count += others.*count;
+    }
+}
+
 }  // namespace
 
-RowVisitor FactGathering::visitor(const Tabla& table, const TableColumns& columns) {
-    const std::string_view name = table.sNombre;
-    if (name == Art::tabla.sNombre) return articles(columns);
-    if (name == Exis::tabla.sNombre) return stock(columns);
-    if (name == Ubi::tabla.sNombre) return places(columns);
+RowVisitor FactGathering::visitor(const TablePart& part) {
+    Half& half = halves_[part.half];
+    RunFacts& facts = half.facts;
+    const std::string_view name = part.table.sNombre;
+    if (name == Art::tabla.sNombre) return articles(half, part.columns, listPrice_);
+    if (name == Exis::tabla.sNombre) return stock(half, part.columns);
+    if (name == Ubi::tabla.sNombre) return places(half, part.columns);
     if (name == ArtPro::tabla.sNombre) {
-        return [this](const RowPair& row) {
-            facts_.supplierRowsNew += row.change() == RowChange::Inserted;
-            facts_.supplierRowsChanged += row.change() == RowChange::Updated;
+        return [&facts](const RowPair& row) {
+            facts.supplierRowsNew += row.change() == RowChange::Inserted;
+            facts.supplierRowsChanged += row.change() == RowChange::Updated;
         };
     }
     if (name == Aat::tabla.sNombre) {
-        return [this](const RowPair& row) {
-            facts_.discountTexts += row.change() == RowChange::Inserted || row.change() == RowChange::Updated;
+        return [&facts](const RowPair& row) {
+            facts.discountTexts += row.change() == RowChange::Inserted || row.change() == RowChange::Updated;
         };
     }
     if (name == Hexis::tabla.sNombre) {
-        return [this](const RowPair& row) { facts_.historyRows += row.change() == RowChange::Inserted; };
+        return [&facts](const RowPair& row) { facts.historyRows += row.change() == RowChange::Inserted; };
     }
     return {};
 }
 
-RowVisitor FactGathering::articles(const TableColumns& columns) {
+RowVisitor FactGathering::articles(Half& half, const TableColumns& columns, ListPrice listPrice) {
     const auto at = [&](const Columna& column) { return columns.position(column.sNombre); };
-    return [this, id = at(Art::Id), code = at(Art::Cod), description = at(Art::Des), price = at(Art::PVE),
+    return [&facts = half.facts, &prices = half.prices, listPrice = std::move(listPrice), id = at(Art::Id),
+            code = at(Art::Cod), description = at(Art::Des), price = at(Art::PVE),
             state = at(Art::Estado)](const RowPair& row) {
         const RowChange change = row.change();
         const auto before = priceOf(row.before(price));
         const auto after = priceOf(row.after(price));
         const bool deleted = change == RowChange::Deleted;
         const auto value = [&](int column) { return deleted ? row.before(column) : row.after(column); };
-        if (before || after) prices_.push_back({value(id).whole(), before.value_or(0), after.value_or(0)});
+        if (before || after) prices.push_back({value(id).whole(), before.value_or(0), after.value_or(0)});
 
         const bool repriced = change == RowChange::Updated && row.changed(price);
         const bool keptPrice = change == RowChange::None || (change == RowChange::Updated && !repriced);
-        if (listPrice_ && keptPrice && after) {
-            const auto listed = listPrice_(value(code).text());
-            if (listed && *after > *listed) ++facts_.keptHigher;
+        if (listPrice && keptPrice && after) {
+            const auto listed = listPrice(value(code).text());
+            if (listed && *after > *listed) ++facts.keptHigher;
         }
         if (change == RowChange::None) return;
         const auto fact = [&] {
@@ -82,70 +105,81 @@ RowVisitor FactGathering::articles(const TableColumns& columns) {
                                .before = before,
                                .after = after};
         };
-        if (deleted) facts_.deleted.push_back(fact());
-        if (change == RowChange::Inserted) facts_.added.push_back(fact());
-        if (repriced) (before.value_or(0) == 0 ? facts_.firstPriced : facts_.repriced).push_back(fact());
+        if (deleted) facts.deleted.push_back(fact());
+        if (change == RowChange::Inserted) facts.added.push_back(fact());
+        if (repriced) (before.value_or(0) == 0 ? facts.firstPriced : facts.repriced).push_back(fact());
         if (change == RowChange::Updated) {
             const bool wasActive = isActive(row.before(state));
             const bool active = isActive(row.after(state));
             if (wasActive && !active) {
-                facts_.retired.push_back(fact());
-                facts_.retiredThoughListed += listPrice_ && listPrice_(value(code).text());
+                facts.retired.push_back(fact());
+                facts.retiredThoughListed += listPrice && listPrice(value(code).text());
             }
-            if (!wasActive && active) ++facts_.reactivated;
+            if (!wasActive && active) ++facts.reactivated;
         }
     };
 }
 
-RowVisitor FactGathering::stock(const TableColumns& columns) {
-    return [this, article = columns.position(Exis::IdArt.sNombre),
+RowVisitor FactGathering::stock(Half& half, const TableColumns& columns) {
+    return [&stock = half.stock, &facts = half.facts, article = columns.position(Exis::IdArt.sNombre),
             units = columns.position(Exis::Cantidad.sNombre)](const RowPair& row) {
         const RowValue before = row.before(units);
         const RowValue after = row.after(units);
-        if (before.number() != 0) stock_[row.before(article).whole()].before += before.number();
-        if (after.number() != 0) stock_[row.after(article).whole()].after += after.number();
+        if (before.number() != 0) stock[row.before(article).whole()].before += before.number();
+        if (after.number() != 0) stock[row.after(article).whole()].after += after.number();
         if (row.change() == RowChange::None) return;
         if (row.change() == RowChange::Updated && !row.changed(units)) return;
         const bool deleted = row.change() == RowChange::Deleted;
-        facts_.stock.push_back({.article = (deleted ? row.before(article) : row.after(article)).whole(),
-                                .code = {},
-                                .before = before.number(),
-                                .after = after.number()});
+        facts.stock.push_back({.article = (deleted ? row.before(article) : row.after(article)).whole(),
+                               .code = {},
+                               .before = before.number(),
+                               .after = after.number()});
     };
 }
 
-RowVisitor FactGathering::places(const TableColumns& columns) {
-    return [this, article = columns.position(Ubi::IdArt.sNombre),
+RowVisitor FactGathering::places(Half& half, const TableColumns& columns) {
+    return [&facts = half.facts, article = columns.position(Ubi::IdArt.sNombre),
             place = columns.position(Ubi::Pasillo.sNombre)](const RowPair& row) {
         if (row.change() == RowChange::None) return;
         if (row.change() == RowChange::Updated && !row.changed(place)) return;
         const bool deleted = row.change() == RowChange::Deleted;
-        facts_.places.push_back({.article = (deleted ? row.before(article) : row.after(article)).whole(),
-                                 .code = {},
-                                 .before = std::string(row.before(place).text()),
-                                 .after = std::string(row.after(place).text())});
+        facts.places.push_back({.article = (deleted ? row.before(article) : row.after(article)).whole(),
+                                .code = {},
+                                .before = std::string(row.before(place).text()),
+                                .after = std::string(row.after(place).text())});
     };
 }
 
 FactGathering::Units FactGathering::unitsOf(std::int64_t article) const {
-    const auto found = stock_.find(article);
-    return found == stock_.end() ? Units() : found->second;
+    Units units;
+    for (const Half& half : halves_) {
+        const auto found = half.stock.find(article);
+        if (found == half.stock.end()) continue;
+        units.before += found->second.before;
+        units.after += found->second.after;
+    }
+    return units;
 }
 
 RunFacts FactGathering::finish(const BeforeAndAfter& states) {
-    for (const Prices& prices : prices_) {
-        const Units units = unitsOf(prices.article);
-        facts_.stockValueBefore += units.before * prices.before;
-        facts_.stockValueAfter += units.after * prices.after;
+    RunFacts& facts = halves_.front().facts;
+    append(facts, halves_.back().facts);
+    for (const Half& half : halves_) {
+        for (const Prices& prices : half.prices) {
+            const Units units = unitsOf(prices.article);
+            facts.stockValueBefore += units.before * prices.before;
+            facts.stockValueAfter += units.after * prices.after;
+        }
     }
-    for (auto* articles : {&facts_.repriced, &facts_.firstPriced, &facts_.added, &facts_.retired}) {
-        for (ArticleFact& fact : *articles) fact.stock = unitsOf(fact.id).after;
+    for (const auto list :
+         {&RunFacts::repriced, &RunFacts::firstPriced, &RunFacts::added, &RunFacts::retired}) {
+        for (ArticleFact& fact : facts.*list) fact.stock = unitsOf(fact.id).after;
     }
-    for (ArticleFact& fact : facts_.deleted) fact.stock = unitsOf(fact.id).before;
+    for (ArticleFact& fact : facts.deleted) fact.stock = unitsOf(fact.id).before;
     const portable::DatabaseHandle connection = states.open();
-    nameArticles(facts_.stock, connection.get());
-    nameArticles(facts_.places, connection.get());
-    return std::move(facts_);
+    nameArticles(facts.stock, connection.get());
+    nameArticles(facts.places, connection.get());
+    return std::move(facts);
 }
 
 }  // namespace pxtarvo::devhost

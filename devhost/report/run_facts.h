@@ -2,6 +2,7 @@
 
 // What a run did to the dealer's tables, from each row before and after it.
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -68,9 +69,9 @@ class FactGathering {
     /// `listPrice` may be empty.
     explicit FactGathering(ListPrice listPrice) : listPrice_(std::move(listPrice)) {}
 
-    /// Who sees the rows of a table. Each table has fields of its own here, so that several may be compared
-    /// at once.
-    RowVisitor visitor(const Tabla& table, const TableColumns& columns);
+    /// Who sees the rows of a part. Each part of a table has fields of its own here, so that several may be
+    /// compared at once.
+    RowVisitor visitor(const TablePart& part);
     /// Once all tables are compared. Raises the provider's error.
     RunFacts finish(const BeforeAndAfter& states);
 
@@ -85,16 +86,20 @@ class FactGathering {
         double before = 0;
         double after = 0;
     };
+    /// What one half of each table gives.
+    struct Half {
+        RunFacts facts;
+        std::vector<Prices> prices;                     ///< of each article that has or had one
+        std::unordered_map<std::int64_t, Units> stock;  ///< by article, where it has or had any
+    };
 
-    RowVisitor articles(const TableColumns& columns);
-    RowVisitor stock(const TableColumns& columns);
-    RowVisitor places(const TableColumns& columns);
+    static RowVisitor articles(Half& half, const TableColumns& columns, ListPrice listPrice);
+    static RowVisitor stock(Half& half, const TableColumns& columns);
+    static RowVisitor places(Half& half, const TableColumns& columns);
     Units unitsOf(std::int64_t article) const;
 
     ListPrice listPrice_;
-    std::vector<Prices> prices_;                     ///< of each article that has or had one
-    std::unordered_map<std::int64_t, Units> stock_;  ///< by article, where it has or had any
-    RunFacts facts_;
+    std::array<Half, 2> halves_;
 };
 
 }  // namespace pxtarvo::devhost

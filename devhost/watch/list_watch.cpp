@@ -9,7 +9,7 @@ namespace pxtarvo::devhost {
 void ListWatch::columns(std::vector<std::string> names) {
     names_ = std::move(names);
     read_.resize(names_.size());
-    values_.resize(names_.size());
+    row_.values.resize(names_.size());
     present_.resize(names_.size());
 }
 
@@ -17,7 +17,7 @@ void ListWatch::beginRow(Rest rest) {
     endRow();
     rest_ = std::move(rest);
     present_.assign(present_.size(), false);
-    row_ += 1;
+    number_ += 1;
     last_ = -1;
     inRow_ = true;
     stopped_ = false;
@@ -25,25 +25,25 @@ void ListWatch::beginRow(Rest rest) {
 
 void ListWatch::reading(std::int32_t position) {
     const auto at = static_cast<std::size_t>(position);
-    if (!inRow_ || at >= values_.size()) return;
+    if (!inRow_ || at >= row_.values.size()) return;
     last_ = position;
     read_[at] = true;
 }
 
 void ListWatch::seen(std::int32_t position, const Variant& value) {
     const auto at = static_cast<std::size_t>(position);
-    if (!inRow_ || at >= values_.size() || present_[at]) return;
-    values_[at] = value;
+    if (!inRow_ || at >= row_.values.size() || present_[at]) return;
+    row_.values[at] = value;
     present_[at] = true;
 }
 
 void ListWatch::complete(std::int32_t position) {
     const auto at = static_cast<std::size_t>(position);
-    if (at >= values_.size() || present_[at]) return;
+    if (at >= row_.values.size() || present_[at]) return;
     try {
-        values_[at] = rest_ ? rest_(position) : Variant();
+        row_.values[at] = rest_ ? rest_(position) : Variant();
     } catch (const RuntimeError&) {
-        values_[at] = Variant();  // damage in what no run reads stops none
+        row_.values[at] = Variant();  // damage in what no run reads stops none
     }
     present_[at] = true;
 }
@@ -51,21 +51,26 @@ void ListWatch::complete(std::int32_t position) {
 void ListWatch::endRow(bool stopped) {
     if (!std::exchange(inRow_, false)) return;
     if (stopped && last_ < 0) {
-        row_ -= 1;
+        number_ -= 1;
         rest_ = nullptr;
         return;
     }
     stopped_ = stopped;
     if (stopped) {
-        for (std::size_t at = 0; at < values_.size(); ++at) complete(static_cast<std::int32_t>(at));
+        for (std::size_t at = 0; at < row_.values.size(); ++at) complete(static_cast<std::int32_t>(at));
     } else {
         for (const std::int32_t position : wanted) complete(position);
     }
     rest_ = nullptr;
     if (!onRow) return;
-    const std::size_t count = values_.size();
-    onRow({row_, stopped ? values_ : std::move(values_)});
-    values_.resize(count);
+    row_.number = number_;
+    if (stopped) {
+        ListRow copy = row_;
+        onRow(copy);
+    } else {
+        onRow(row_);
+        row_.values.resize(present_.size());
+    }
 }
 
 }  // namespace pxtarvo::devhost

@@ -11,7 +11,7 @@
 
 namespace pxtarvo::devhost {
 
-/// A row of the list.
+/// A row of the list. Valid while it is being visited.
 struct ListRow {
     std::int32_t number = 0;      ///< 1-based
     std::vector<Variant> values;  ///< by position; Empty where there is none
@@ -20,8 +20,9 @@ struct ListRow {
 /// Follows a list over one run, or over several that go on where the one before stopped.
 class ListWatch {
   public:
-    /// Each row once, after the run has finished with it.
-    std::function<void(ListRow)> onRow;
+    /// Each row once, after the run has finished with it. Values may be swapped for others of a row that was
+    /// given earlier.
+    std::function<void(ListRow&)> onRow;
     /// The positions whose values onRow needs, whether the run reads them or not.
     std::vector<std::int32_t> wanted;
     /// Gives the value at a position that the run itself has not read; Empty for none.
@@ -45,21 +46,21 @@ class ListWatch {
     /// Whether the run that left the last row has stopped in it.
     bool stoppedInRow() const noexcept { return stopped_; }
     /// The row at hand or, between two rows, the last one; 0 before the first.
-    std::int32_t row() const noexcept { return row_; }
+    std::int32_t row() const noexcept { return number_; }
     /// What was read last, in that row; -1 for nothing.
     std::int32_t lastPosition() const noexcept { return last_; }
     /// The values of the row at hand, or of the last one where a run has stopped in it.
-    const std::vector<Variant>& values() const noexcept { return values_; }
+    const std::vector<Variant>& values() const noexcept { return row_.values; }
 
   private:
     void complete(std::int32_t position);
 
     std::vector<std::string> names_;
     std::vector<bool> read_;
-    std::vector<Variant> values_;
-    std::vector<bool> present_;  ///< of values_, in this row
+    ListRow row_;
+    std::int32_t number_ = 0;
+    std::vector<bool> present_;  ///< of its values
     Rest rest_;
-    std::int32_t row_ = 0;
     std::int32_t last_ = -1;
     bool inRow_ = false;
     bool stopped_ = false;
