@@ -1,6 +1,7 @@
 #include "devhost/changes/changes_file.h"
 
 #include <filesystem>
+#include <future>
 #include <iterator>
 #include <stdexcept>
 #include <system_error>
@@ -27,7 +28,11 @@ ChangesFile::ChangesFile(std::string path) : path_(std::move(path)) {
 }
 
 void ChangesFile::write(std::string_view changes) {
-    file_ << formatLine << sha256(changes) << '\n' << changes;
+    auto checksum = std::async(std::launch::async, [changes] { return sha256(changes); });
+    // Whatever ends the writing early leaves a file that is not taken for a whole one.
+    file_ << formatLine << sha256({}) << '\n' << changes;
+    file_.seekp(static_cast<std::streamoff>(formatLine.size()));
+    file_ << checksum.get();
     file_.close();
     if (!file_)
         throw std::runtime_error("'" + path_ + "' could not be written whole; the changes are not kept");

@@ -14,11 +14,11 @@
 
 namespace pxtarvo::devhost {
 
-/// Half of a table's keys, so that two threads have as much to do.
+/// A table, or half of the keys of a large one, so that two threads have as much to do.
 struct TablePart {
     const Tabla& table;
     const TableColumns& columns;
-    std::size_t half;  ///< 0 the lower one, 1 the upper one
+    std::size_t half;  ///< 0 the lower one or the whole, 1 the upper one
 };
 
 /// Sees the rows of a part in the order of their keys, those that did not change among them.

@@ -176,6 +176,7 @@ RunFacts FactGathering::finish(const BeforeAndAfter& states) {
         for (ArticleFact& fact : facts.*list) fact.stock = unitsOf(fact.id).after;
     }
     for (ArticleFact& fact : facts.deleted) fact.stock = unitsOf(fact.id).before;
+    if (facts.stock.empty() && facts.places.empty()) return std::move(facts);
     const portable::DatabaseHandle connection = states.open();
     nameArticles(facts.stock, connection.get());
     nameArticles(facts.places, connection.get());
