@@ -81,7 +81,7 @@ int main(int argc, char** argv) {
     elapsed({"import", imported, "--year", "2012", "--file", list, "--quiet"});
     change(imported);
     const auto comparison = [](std::string_view title, const std::string& dealer, const std::string& rows) {
-        return Comparison{title, [&] { return import(dealer, rows, false); },
+        return Comparison{std::string(title), [&] { return import(dealer, rows, false); },
                           [&] { return import(dealer, rows, true); }};
     };
     const Comparison comparisons[] = {comparison("first import, report and changes kept", sample, list),
