@@ -15,8 +15,8 @@ namespace pxtarvo::devhost {
 
 namespace {
 
-/// Keys of a table that are not worth a thread of their own.
-constexpr std::int64_t fewKeys = 10'000;
+/// Keys of a table that are not worth a second thread.
+constexpr std::int64_t fewKeys = 500;
 
 /// What one thread compares at a time.
 struct Part {
