@@ -13,7 +13,8 @@ namespace pxtarvo::devhost {
 class ChangeLog {
   public:
     /// What is changed from now on counts. No transaction may be open. Raises std::runtime_error for a table
-    /// whose rows have no key, as older versions of this host made them; the provider's error otherwise.
+    /// whose rows have no key, as older versions of this host made them, and for an empty database; the
+    /// provider's error otherwise.
     explicit ChangeLog(ObjectRef<portable::SqliteConnection> connection);
 
     /// The database as it was and as it is; to be asked once, with no transaction open. Raises

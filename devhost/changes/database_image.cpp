@@ -3,7 +3,10 @@
 #include <limits>
 #include <new>
 #include <span>
+#include <stdexcept>
 #include <string_view>
+
+#include "platform/values/text.h"
 
 namespace pxtarvo::devhost {
 
@@ -23,13 +26,14 @@ void require(int result, sqlite3* connection) {
 DatabaseImage::DatabaseImage(sqlite3* database) {
     readFile(database);
     if (!bytes_) bytes_.reset(sqlite3_serialize(database, "main", &size_, 0));
+    if (!bytes_ && size_ == 0) throw std::runtime_error("the database is empty, without even a table");
     if (!bytes_) throw std::bad_alloc();
     const std::span bytes(static_cast<unsigned char*>(bytes_.get()), static_cast<std::size_t>(size_));
     for (unsigned char& version : bytes.subspan(fileVersions, 2)) version = withoutLog;
 }
 
 /// A file that holds all of its database is read in one piece, in a third of the time that its pages take.
-/// What has none, and what is too large for one reading, is left to SQLite.
+/// What has none, an empty one and one too large for one reading are left to SQLite.
 void DatabaseImage::readFile(sqlite3* database) {
     const auto journal = portable::prepare(database, "PRAGMA main.journal_mode");
     portable::step(journal.get());
@@ -39,8 +43,8 @@ void DatabaseImage::readFile(sqlite3* database) {
     if (mode != "delete" || !file || !file->pMethods) return;
     const auto reading = portable::prepare(database, "SELECT 1 FROM main.sqlite_master");
     portable::step(reading.get());  // until it ends nobody writes
-    if (file->pMethods->xFileSize(file, &size_) != SQLITE_OK || size_ > std::numeric_limits<int>::max())
-        return;
+    constexpr int most = std::numeric_limits<int>::max();
+    if (file->pMethods->xFileSize(file, &size_) != SQLITE_OK || size_ == 0 || size_ > most) return;
     bytes_.reset(sqlite3_malloc64(static_cast<sqlite3_uint64>(size_)));
     if (!bytes_) throw std::bad_alloc();
     if (file->pMethods->xRead(file, bytes_.get(), static_cast<int>(size_), 0) != SQLITE_OK) bytes_.reset();
@@ -59,7 +63,7 @@ portable::DatabaseHandle BeforeAndAfter::open() const {
     portable::DatabaseHandle connection(opened);
     require(result, opened);
     after.showIn(opened, "main");
-    portable::run(opened, "ATTACH ':memory:' AS antes");
+    portable::run(opened, joined({"ATTACH ':memory:' AS ", beforeSchema}).c_str());
     before.showIn(opened, beforeSchema);
     return connection;
 }

@@ -11,7 +11,7 @@ namespace pxtarvo::devhost {
 /// In memory. Any number of connections may show it at once; none of them can change it.
 class DatabaseImage {
   public:
-    /// No transaction may be open. Raises the provider's error.
+    /// No transaction may be open. Raises std::runtime_error for a file of no bytes, the provider's error.
     explicit DatabaseImage(sqlite3* database);
 
     /// Makes a schema of the connection, its name "main" or that of an attached one, show the image, which

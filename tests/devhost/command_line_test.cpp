@@ -102,6 +102,7 @@ TEST_F(CommandLine, RefusesWhatIsWrongWithAClearLastLine) {
         {"delete dealer.db --brand NADA", 1, "--brand: the window refused 'NADA'"},
         {"delete dealer.db --in-transaction", 1, ""},
         {"import text.db", 1, ""},
+        {"import void.db --changes changes", 1, "the database is empty, without even a table"},
         {"import void.db", 1, "El nombre de objeto 'Pro' no es válido."},
     };
     for (const Case& one : cases) {
