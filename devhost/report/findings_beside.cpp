@@ -36,7 +36,7 @@ void FindingsBeside::handOver() {
         changed_.wait(held, [&] { return waiting_.size() < mostWaiting; });
         waiting_.push_back(std::exchange(batch_, {}));
         if (!done_.empty()) {
-            batch_ = std::move(done_.back());
+            batch_.rows = std::move(done_.back().rows);
             done_.pop_back();
         }
     }
@@ -62,9 +62,8 @@ void FindingsBeside::work() {
         changed_.notify_all();
         std::exception_ptr failure;
         try {
-            for (Batch& batch : taken) {
+            for (const Batch& batch : taken) {
                 for (std::size_t at = 0; at < batch.used; ++at) findings_.row(batch.rows[at]);
-                batch.used = 0;
             }
         } catch (...) {
             failure = std::current_exception();
