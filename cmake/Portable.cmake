@@ -37,7 +37,7 @@ if(NOT PXTARVO_WINE)  # of the command line alone
     find_package(Threads REQUIRED)
     pkg_check_modules(NETTLE REQUIRED IMPORTED_TARGET nettle)
     add_room(changes devhost/changes PUBLIC sqlite platform host PRIVATE values PkgConfig::NETTLE Threads::Threads)
-    target_compile_definitions(changes PUBLIC SQLITE_ENABLE_SESSION SQLITE_ENABLE_PREUPDATE_HOOK)
+    target_compile_definitions(changes PUBLIC SQLITE_ENABLE_SESSION)
     add_room(watch devhost/watch PUBLIC portable files platform values PRIVATE record access workbook)
     add_room(report devhost/report PUBLIC changes watch access sqlite import values Threads::Threads
              PRIVATE dealer dialect host)

@@ -26,9 +26,7 @@ KeptChange::KeptChange(sqlite3_changeset_iter* row) : row_(row) {
         raiseDamaged();
     }
     table_ = table;
-    kind_ = operation == SQLITE_INSERT   ? ChangeKind::Inserted
-            : operation == SQLITE_DELETE ? ChangeKind::Deleted
-                                         : ChangeKind::Updated;
+    inserted_ = operation == SQLITE_INSERT;
     int found = 0;
     for (int column = 0; column < columns_; ++column) {
         if (keys[column] != 0 && ++found == 1) key_ = column;
@@ -38,14 +36,13 @@ KeptChange::KeptChange(sqlite3_changeset_iter* row) : row_(row) {
 
 RowValue KeptChange::before(int column) const {
     sqlite3_value* value = nullptr;
-    if (kind_ != ChangeKind::Inserted && sqlite3changeset_old(row_, column, &value) != SQLITE_OK)
-        raiseDamaged();
+    if (!inserted_ && sqlite3changeset_old(row_, column, &value) != SQLITE_OK) raiseDamaged();
     return RowValue(value);
 }
 
 std::int64_t KeptChange::keyValue() const {
     if (key_ < 0) return 0;
-    if (kind_ != ChangeKind::Inserted) return before(key_).whole();
+    if (!inserted_) return before(key_).whole();
     sqlite3_value* value = nullptr;
     if (sqlite3changeset_new(row_, key_, &value) != SQLITE_OK) raiseDamaged();
     return RowValue(value).whole();

@@ -12,15 +12,12 @@
 
 namespace pxtarvo::devhost {
 
-enum class ChangeKind { Inserted, Updated, Deleted };
-
 /// One changed row.
 class KeptChange {
   public:
     explicit KeptChange(sqlite3_changeset_iter* row);
 
     std::string_view table() const noexcept { return table_; }
-    ChangeKind kind() const noexcept { return kind_; }
     int columnCount() const noexcept { return columns_; }
     /// The position of the key, -1 for one of several columns.
     int key() const noexcept { return key_; }
@@ -33,7 +30,7 @@ class KeptChange {
   private:
     sqlite3_changeset_iter* row_;
     std::string_view table_;
-    ChangeKind kind_ = ChangeKind::Inserted;
+    bool inserted_ = false;
     int columns_ = 0;
     int key_ = -1;
 };

@@ -51,38 +51,36 @@ void appendValue(std::string& bytes, const RowValue& value) {
 
 }  // namespace
 
-ChangesetWriter::ChangesetWriter(std::string_view table, int columns, int key)
-    : table_(table), columns_(columns), key_(key) {}
-
-void ChangesetWriter::header() {
+void ChangesetWriter::header(int columns) {
     bytes_ += tableFollows;
-    appendVarint(bytes_, static_cast<std::uint64_t>(columns_));
-    for (int column = 0; column < columns_; ++column) bytes_ += column == key_ ? '\1' : '\0';
+    appendVarint(bytes_, static_cast<std::uint64_t>(columns));
+    for (int column = 0; column < columns; ++column) bytes_ += column == key_ ? '\1' : '\0';
     bytes_.append(table_).append(1, '\0');
 }
 
 void ChangesetWriter::row(const RowPair& pair) {
     if (pair.change() == RowChange::None) return;
-    if (bytes_.empty()) header();
+    if (bytes_.empty()) header(pair.columnCount());
+    const auto append = [&](auto side, const auto& wanted) {
+        for (int column = 0; column < pair.columnCount(); ++column)
+            wanted(column) ? appendValue(bytes_, (pair.*side)(column)) : void(bytes_ += unchanged);
+    };
+    const auto all = [](int) { return true; };
     switch (pair.change()) {
         case RowChange::None:
             break;
         case RowChange::Inserted:
             bytes_.append({SQLITE_INSERT, notIndirect});
-            for (int column = 0; column < columns_; ++column) appendValue(bytes_, pair.after(column));
+            append(&RowPair::after, all);
             break;
         case RowChange::Deleted:
             bytes_.append({SQLITE_DELETE, notIndirect});
-            for (int column = 0; column < columns_; ++column) appendValue(bytes_, pair.before(column));
+            append(&RowPair::before, all);
             break;
         case RowChange::Updated:
             bytes_.append({SQLITE_UPDATE, notIndirect});
-            for (int column = 0; column < columns_; ++column) {
-                const bool needed = column == key_ || pair.changed(column);
-                needed ? appendValue(bytes_, pair.before(column)) : void(bytes_ += unchanged);
-            }
-            for (int column = 0; column < columns_; ++column)
-                pair.changed(column) ? appendValue(bytes_, pair.after(column)) : void(bytes_ += unchanged);
+            append(&RowPair::before, [&](int column) { return column == key_ || pair.changed(column); });
+            append(&RowPair::after, [&](int column) { return pair.changed(column); });
             break;
     }
 }

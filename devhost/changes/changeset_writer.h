@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "devhost/changes/row_pair.h"
 
@@ -15,7 +16,7 @@ namespace pxtarvo::devhost {
 class ChangesetWriter {
   public:
     /// `key` is the 0-based position of the key.
-    ChangesetWriter(std::string_view table, int columns, int key);
+    ChangesetWriter(std::string_view table, int key) : table_(table), key_(key) {}
 
     /// A row that is as it was leaves nothing.
     void row(const RowPair& pair);
@@ -23,10 +24,9 @@ class ChangesetWriter {
     std::string take() { return std::move(bytes_); }
 
   private:
-    void header();
+    void header(int columns);
 
     std::string table_;
-    int columns_;
     int key_;
     std::string bytes_;
 };

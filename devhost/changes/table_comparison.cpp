@@ -118,7 +118,7 @@ class Comparing {
         const auto after = rows("main");
         const RowVisitor visitor =
             visitorOf_ ? visitorOf_({*part.table, *part.columns, part.half}) : RowVisitor();
-        ChangesetWriter writer(table, count, key);
+        ChangesetWriter writer(table, key);
         RowPair pair(before.get(), after.get(), count);
         bool any = false;
         auto keyBefore = next(before.get(), key);

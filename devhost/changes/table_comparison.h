@@ -31,8 +31,9 @@ struct RunChanges {
     std::string changeset;  ///< of SQLite's session extension, table by table; empty where it was not wanted
 };
 
-/// Compares the host's tables, those that the database has. Two threads take the tables in turn, so visitors
-/// of different tables may be at work at once. Raises the provider's error, and what a visitor raises.
+/// Compares the host's tables, those that the database has. Where there is much to do, two threads take
+/// the parts in turn: visitors of different parts may then be at work, and be asked for, at once. Raises the
+/// provider's error, and what a visitor raises.
 RunChanges compareTables(const BeforeAndAfter& states, bool wantsChangeset, const VisitorOf& visitorOf);
 
 }  // namespace pxtarvo::devhost

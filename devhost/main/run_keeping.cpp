@@ -176,12 +176,11 @@ std::future<void> RunKeeping::takeChanges() {
 }
 
 void RunKeeping::finish(DevHost& host, const RunEnding& ending) {
-    auto list = std::async(std::launch::async, [this]() -> std::optional<ListFile> {
-        return reports_ && !listPlace_.empty() ? describeListFile(listPlace_) : std::nullopt;
-    });
+    std::future<std::optional<ListFile>> list;
+    if (!listPlace_.empty()) list = std::async(std::launch::async, describeListFile, listPlace_);
     std::future<void> changesWritten = takeChanges();
     std::string page;
-    report_.list = list.get();
+    if (list.valid()) report_.list = list.get();
     if (reports_) {
         takeEnding(host, ending);
         takeList(ending);
